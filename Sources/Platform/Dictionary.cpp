@@ -1,0 +1,43 @@
+#include "Platform/Dictionary.h"
+
+#include "Platform/Class.h"
+#include "Platform/Send.h"
+#include "Platform/ValueConversion.h"
+
+namespace zib {
+
+Dictionary Dictionary::retained(objc::id object) {
+  const bool isDictionary = isNSObject(object) && isKindOf(object, classNamed<"NSDictionary">());
+  return isDictionary ? Dictionary(Object::retained(object)) : Dictionary();
+}
+
+Dictionary Dictionary::from(const ValueMap& values) { return Dictionary(objectFrom(values)); }
+
+bool Dictionary::empty() const {
+  return send<objc::UInteger>(native_.raw(), selector<"count">()) == 0;
+}
+
+std::optional<std::string> Dictionary::string(ConstantString key) const {
+  return native_ ? stringForKey(key.object()) : std::nullopt;
+}
+
+std::optional<std::string> Dictionary::string(std::string_view key) const {
+  return native_ ? stringForKey(makeString(key).raw()) : std::nullopt;
+}
+
+std::optional<std::string> Dictionary::stringForKey(objc::id key) const {
+  const objc::id value = send<objc::id>(native_.raw(), selector<"objectForKey:">(), key);
+  if (!isString(value)) return std::nullopt;
+  return utf8From(value);
+}
+
+ValueMap Dictionary::values() const {
+  if (!native_) return {};
+  const Value value = valueFrom(native_.raw());
+  const auto* map = value.get<ValueMap>();
+  return map == nullptr ? ValueMap() : *map;
+}
+
+Object Dictionary::native() const { return native_ ? native_ : objectFrom(ValueMap()); }
+
+}  // namespace zib

@@ -1,0 +1,44 @@
+// A handle on a platform dictionary, such as a notification's `userInfo`.
+
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Platform/Object.h"
+#include "Platform/Strings.h"
+#include "Platform/Value.h"
+
+namespace zib {
+
+// Keeps the platform's own dictionary and reads it in place: nothing is converted but the entries
+// that are asked for. Copies share the dictionary. Reading is safe from any thread as long as
+// nobody changes the dictionary.
+class Dictionary {
+ public:
+  // An empty dictionary.
+  Dictionary() noexcept = default;
+  // Anything that is no dictionary, nil included, counts as an empty one: the platform's callbacks
+  // promise a dictionary, and a payload must never be a reason to crash.
+  static Dictionary retained(objc::id object);
+  static Dictionary from(const ValueMap& values);
+
+  [[nodiscard]] bool empty() const;
+  // The text under exactly that key, if there is one and it is a string; numbers are not
+  // converted.
+  [[nodiscard]] std::optional<std::string> string(ConstantString key) const;
+  [[nodiscard]] std::optional<std::string> string(std::string_view key) const;
+  // All of it, nested values included.
+  [[nodiscard]] ValueMap values() const;
+  // The platform's object; an empty dictionary has one too.
+  [[nodiscard]] Object native() const;
+
+ private:
+  explicit Dictionary(Object native) noexcept : native_(std::move(native)) {}
+  [[nodiscard]] std::optional<std::string> stringForKey(objc::id key) const;
+
+  Object native_;
+};
+
+}  // namespace zib

@@ -1,0 +1,82 @@
+#include "Platform/UserNotifications.h"
+
+#include "Platform/Block.h"
+#include "Platform/Class.h"
+#include "Platform/Send.h"
+#include "Platform/ValueConversion.h"
+
+namespace zib {
+namespace {
+
+constexpr objc::UInteger noOptions = 0;
+
+Object emptyArray() { return objectFrom(Value(Array())); }
+
+Object makeAction(const NotificationAction& action) {
+  return Object::retained(send<objc::id>(classNamed<"UNNotificationAction">().object(),
+                                         selector<"actionWithIdentifier:title:options:">(),
+                                         makeString(action.identifier).raw(),
+                                         makeString(action.title).raw(), noOptions));
+}
+
+Object makeCategory(const NotificationCategory& category) {
+  const Object actions = emptyArray();
+  for (const NotificationAction& action : category.actions) {
+    send<void>(actions.raw(), selector<"addObject:">(), makeAction(action).raw());
+  }
+  return Object::retained(send<objc::id>(
+      classNamed<"UNNotificationCategory">().object(),
+      selector<"categoryWithIdentifier:actions:intentIdentifiers:options:">(),
+      makeString(category.identifier).raw(), actions.raw(), emptyArray().raw(), noOptions));
+}
+
+}  // namespace
+
+Dictionary Notification::userInfo() const {
+  const objc::id request = send<objc::id>(native_.raw(), selector<"request">());
+  const objc::id content = send<objc::id>(request, selector<"content">());
+  return Dictionary::retained(send<objc::id>(content, selector<"userInfo">()));
+}
+
+std::string NotificationResponse::actionIdentifier() const {
+  return utf8From(send<objc::id>(native_.raw(), selector<"actionIdentifier">()));
+}
+
+Notification NotificationResponse::notification() const {
+  return Notification::retained(send<objc::id>(native_.raw(), selector<"notification">()));
+}
+
+NotificationCenter NotificationCenter::current() {
+  return NotificationCenter(Object::retained(send<objc::id>(
+      classNamed<"UNUserNotificationCenter">().object(), selector<"currentNotificationCenter">())));
+}
+
+objc::id NotificationCenter::delegate() const {
+  return send<objc::id>(native_.raw(), selector<"delegate">());
+}
+
+void NotificationCenter::setDelegate(objc::id delegate) const {
+  send<void>(native_.raw(), selector<"setDelegate:">(), delegate);
+}
+
+void NotificationCenter::requestAuthorization(
+    objc::UInteger options, std::function<void(bool, std::optional<Error>)> answer) const {
+  const auto handler = Block<void(objc::BOOL, objc::id)>::from(
+      [answer = std::move(answer)](objc::BOOL granted, objc::id error) {
+        answer(granted != 0,
+               error == nullptr ? std::nullopt : std::optional(Error::fromNative(error)));
+      });
+  send<void>(native_.raw(), selector<"requestAuthorizationWithOptions:completionHandler:">(),
+             options, handler.raw());
+}
+
+void NotificationCenter::setCategories(const std::vector<NotificationCategory>& categories) const {
+  const Object set =
+      Object::adopted(send<objc::id>(classNamed<"NSMutableSet">().object(), selector<"new">()));
+  for (const NotificationCategory& category : categories) {
+    send<void>(set.raw(), selector<"addObject:">(), makeCategory(category).raw());
+  }
+  send<void>(native_.raw(), selector<"setNotificationCategories:">(), set.raw());
+}
+
+}  // namespace zib

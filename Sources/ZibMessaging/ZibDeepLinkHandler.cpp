@@ -1,0 +1,109 @@
+#include "ZibMessaging/ZibDeepLinkHandler.h"
+
+#include <array>
+#include <optional>
+#include <string>
+
+#include "CoreBoundary/ZibLogger.h"
+#include "Platform/Application.h"
+#include "Platform/MainQueue.h"
+#include "Platform/Process.h"
+#include "ZibMessaging/Containment.h"
+#include "ZibMessaging/NeverDestroyed.h"
+
+namespace {
+
+using zib::ConstantString;
+using zib::constantString;
+
+// In the order in which they are searched.
+constexpr std::array<ConstantString, 9> linkKeys{
+    constantString<"url">,       constantString<"link">,         constantString<"click_action">,
+    constantString<"deep_link">, constantString<"deeplink">,     constantString<"click_url">,
+    constantString<"web_link">,  constantString<"redirect_url">, constantString<"action_url">,
+};
+
+// What campaign tools write for "no link".
+constexpr std::string_view notApplicable = "NA";
+
+void log(std::string_view text, std::string_view detail = {}) {
+  std::string line = "ZibDeepLinkHandler: ";
+  line.append(text).append(detail);
+  ZibLogger::shared().log(line);
+}
+
+// The first usable link decides, even if it turns out to be no URL: falling back to another key
+// would open something that the campaign did not put first.
+std::optional<std::string> findCandidate(const zib::Dictionary& userInfo) {
+  if (userInfo.empty()) return std::nullopt;
+  for (const ConstantString& key : linkKeys) {
+    auto text = userInfo.string(key);
+    if (text && !text->empty() && *text != notApplicable) return text;
+  }
+  return std::nullopt;
+}
+
+void openInSystem(const zib::URL& url) {
+  const auto application = zib::Application::shared();
+  if (!application) {
+    log("Could not get UIApplication");
+    return;
+  }
+  application->open(url, [](bool success) {
+    contained("the completion of opening a URL",
+              [&] { log("URL open ", success ? "succeeded" : "failed"); });
+  });
+}
+
+}  // namespace
+
+ZibDeepLinkHandler& ZibDeepLinkHandler::shared() {
+  static NeverDestroyed<ZibDeepLinkHandler> instance([] { return ZibDeepLinkHandler(); });
+  return *instance;
+}
+
+void ZibDeepLinkHandler::setURLDelegate(URLDelegate urlDelegate) {
+  urlDelegate_.store(urlDelegate ? std::make_shared<const URLDelegate>(std::move(urlDelegate))
+                                 : nullptr);
+}
+
+bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) noexcept {
+  bool isHandled = false;
+  contained("handleNotificationURL", [&] {
+    const auto candidate = findCandidate(userInfo);
+    if (!candidate) return;
+    const auto url = zib::URL::parse(*candidate);
+    if (!url) return;
+    log("Found URL - ", *candidate);
+    isHandled = openURL(*url);
+  });
+  return isHandled;
+}
+
+bool ZibDeepLinkHandler::handleURL(const zib::URL& url, std::string_view source) noexcept {
+  contained("handleURL", [&] {
+    log("URL from ", std::string(source).append(" - ").append(url.absoluteString()));
+  });
+  return true;
+}
+
+bool ZibDeepLinkHandler::openURL(const zib::URL& url) {
+  if (zib::isAppExtension()) {
+    log("Cannot open URL in app extension");
+    return false;
+  }
+  if (isHandledByHost(url)) {
+    log("Handled by urlDelegate");
+    return true;
+  }
+  log("Opening URL - ", url.absoluteString());
+  zib::mainQueue::async([url] { contained("opening a URL", [&] { openInSystem(url); }); });
+  return true;
+}
+
+bool ZibDeepLinkHandler::isHandledByHost(const zib::URL& url) const {
+  const auto urlDelegate = urlDelegate_.load();
+  bool isHandled = false;
+  if (urlDelegate != nullptr) contained("urlDelegate", [&] { isHandled = (*urlDelegate)(url); });
+  return isHandled;
+}

@@ -1,0 +1,39 @@
+// Finds the link in a notification and opens it.
+
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "Platform/Dictionary.h"
+#include "Platform/URL.h"
+#include "ZibMessaging/Guarded.h"
+
+class ZibDeepLinkHandler {
+ public:
+  // True means that the host has handled the link, and it must not be opened.
+  using URLDelegate = std::function<bool(const zib::URL&)>;
+
+  static ZibDeepLinkHandler& shared();
+
+  // The host's first chance at each link, called on the thread that handles the notification. An
+  // empty function takes it back. Meant to be set before notifications arrive; setting it while one
+  // is handled is safe and leaves that one with the value that it read.
+  void setURLDelegate(URLDelegate urlDelegate);
+
+  // Opens the link of a tapped notification: the first usable one of nine top-level keys. True when
+  // a link was handled by the host or handed on for opening; the outcome of opening is only logged.
+  bool handleNotificationURL(const zib::Dictionary& userInfo) noexcept;
+
+  // Records a link that reached the app by another route. Always true; neither calls the host's
+  // callback nor opens anything, since the system has opened the link already.
+  bool handleURL(const zib::URL& url, std::string_view source) noexcept;
+
+ private:
+  ZibDeepLinkHandler() = default;
+  bool openURL(const zib::URL& url);
+  bool isHandledByHost(const zib::URL& url) const;
+
+  Guarded<std::shared_ptr<const URLDelegate>> urlDelegate_;
+};

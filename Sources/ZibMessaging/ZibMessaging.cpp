@@ -1,0 +1,299 @@
+#include "ZibMessaging/ZibMessaging.h"
+
+#include "CoreBoundary/Zib.h"
+#include "CoreBoundary/ZibLogger.h"
+#include "CoreBoundary/ZibStorage.h"
+#include "Platform/Block.h"
+#include "Platform/ClassBuilder.h"
+#include "Platform/MainQueue.h"
+#include "Platform/Process.h"
+#include "Platform/Send.h"
+#include "ZibMessaging/Containment.h"
+#include "ZibMessaging/FirebaseMessaging.h"
+#include "ZibMessaging/NeverDestroyed.h"
+#include "ZibMessaging/TokenText.h"
+#include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibPayloadBuilder.h"
+#include "ZibMessaging/ZibSwizzleManager.h"
+
+using zib::objc::id;
+using zib::objc::SEL;
+using zib::objc::UInteger;
+
+namespace {
+
+constexpr std::string_view deliveredEvent = "notification-delivered";
+constexpr std::string_view clickedEvent = "notification-clicked";
+constexpr double firebaseRetryDelay = 0.1;  // seconds
+
+void log(std::string_view line) { ZibLogger::shared().log(line); }
+
+// The entry points of the runtime object. With automatic integration the interceptors have handled
+// the callback already when it arrives here, so these only complete it: otherwise each notification
+// would be counted twice.
+
+id init(id self, SEL) { return self; }
+
+void willPresentNotification(id, SEL, id /*center*/, id notification,
+                             zib::BlockLayout* completion) {
+  UInteger options = 0;
+  if (ZibSwizzleManager::shared().isSwizzlingEnabled()) {
+    options = foregroundPresentationOptions();
+  } else {
+    options = ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
+  }
+  zib::Block<void(UInteger)>::call(completion, options);
+}
+
+void didReceiveNotificationResponse(id, SEL, id /*center*/, id response,
+                                    zib::BlockLayout* completion) {
+  if (!ZibSwizzleManager::shared().isSwizzlingEnabled()) {
+    ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response));
+  }
+  zib::Block<void()>::call(completion);
+}
+
+void didReceiveRegistrationToken(id, SEL, id /*messaging*/, id token) {
+  contained("messaging:didReceiveRegistrationToken:", [&] {
+    if (zib::isNSObject(token) && zib::isString(token)) {
+      ZibMessaging::shared().setFCMToken(zib::utf8From(token));
+    }
+  });
+}
+
+zib::Object makeRuntimeObject() {
+  const zib::Class cls =
+      zib::ClassBuilder("ZibMessaging", zib::classNamed<"NSObject">())
+          .method("init", &init)
+          .method("userNotificationCenter:willPresentNotification:withCompletionHandler:",
+                  &willPresentNotification)
+          .method("userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:",
+                  &didReceiveNotificationResponse)
+          .method("messaging:didReceiveRegistrationToken:", &didReceiveRegistrationToken)
+          .registerClass();
+  return zib::Object::adopted(zib::send<id>(cls.object(), zib::selector<"new">()));
+}
+
+}  // namespace
+
+UInteger foregroundPresentationOptions() {
+  namespace options = zib::notificationOptions;
+  static const bool hasBanners = zib::isSystemAtLeast(14, 0);
+  return (hasBanners ? options::banner : options::alert) | options::sound | options::badge;
+}
+
+std::shared_ptr<ZibMessaging>& ZibMessaging::slot() {
+  static NeverDestroyed<std::shared_ptr<ZibMessaging>> instance(
+      [] { return std::make_shared<ZibMessaging>(Key()); });
+  return *instance;
+}
+
+ZibMessaging& ZibMessaging::shared() { return *slot(); }
+
+id ZibMessaging::runtimeObject() {
+  static NeverDestroyed<zib::Object> object(&makeRuntimeObject);
+  return (*object).raw();
+}
+
+template <class Call>
+void ZibMessaging::tellDelegate(std::string_view operation, Call call) {
+  if (const auto delegate = this->delegate()) contained(operation, [&] { call(*delegate); });
+}
+
+void ZibMessaging::configure(const zib::Application&) noexcept {
+  contained("configure", [&] {
+    if (swizzlingConfigured_) {
+      log("ZibMessaging already configured");
+      return;
+    }
+    setUpIntegration();
+    swizzlingConfigured_ = true;
+  });
+}
+
+void ZibMessaging::setUpIntegration() {
+  const std::optional<ZibConfig> config = Zib::shared().config();
+  if (config && !config->autoSwizzlingEnabled) {
+    log("ℹ️ ZibMessaging: Swizzling disabled - manual integration required");
+    ZibSwizzleManager::shared().setSwizzlingEnabled(false);
+    return;
+  }
+  log("🚀 ZibMessaging: Setting up automatic swizzling...");
+  ZibSwizzleManager::shared().setSwizzlingEnabled(true);
+  ZibSwizzleManager::shared().setupAutoSwizzling();
+  setupAsNotificationDelegate();
+  setupAsFirebaseMessagingDelegate();
+}
+
+void ZibMessaging::registerForPush(const zib::Application& application) noexcept {
+  contained("registerForPush", [&] {
+    log("Registering for push notifications");
+    requestAuthorization(application);
+  });
+}
+
+void ZibMessaging::requestAuthorization(const zib::Application& application) {
+  namespace options = zib::notificationOptions;
+  zib::NotificationCenter::current().requestAuthorization(
+      options::badge | options::sound | options::alert,
+      [messaging = weak_from_this(), application](bool granted, std::optional<zib::Error> error) {
+        contained("the answer to the authorization request", [&] {
+          zib::mainQueue::async([messaging, application, granted, error = std::move(error)] {
+            contained("the answer to the authorization request",
+                      [&] { authorizationAnswered(messaging, application, granted, error); });
+          });
+        });
+      });
+}
+
+void ZibMessaging::authorizationAnswered(const std::weak_ptr<ZibMessaging>& weakMessaging,
+                                         const zib::Application& application, bool granted,
+                                         const std::optional<zib::Error>& error) {
+  const auto messaging = weakMessaging.lock();
+  if (error) {
+    ZibLogger::shared().error("Push authorization error", error);
+    if (messaging) {
+      messaging->tellDelegate("didFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
+        delegate.didFailToRegisterWithError(*messaging, *error);
+      });
+    }
+    return;
+  }
+  if (messaging) messaging->isPushEnabled_ = granted;
+  ZibStorage::shared().savePushPermission(granted);
+  log(granted ? "Push notification authorization: granted"
+              : "Push notification authorization: denied");
+  if (!granted) return;
+  if (messaging) messaging->registerNotificationCategories();
+  // One turn of the main queue later, when the categories are in place.
+  zib::mainQueue::async([application] {
+    contained("registerForRemoteNotifications",
+              [&] { application.registerForRemoteNotifications(); });
+  });
+}
+
+void ZibMessaging::registerNotificationCategories() {
+  zib::NotificationCenter::current().setCategories(
+      {{"ZibNotification",
+        {{"action_1", "Back"}, {"action_2", "Next"}, {"action_3", "View In App"}}}});
+  log("Notification categories registered");
+}
+
+void ZibMessaging::didRegisterForRemoteNotifications(
+    std::span<const std::uint8_t> deviceToken) noexcept {
+  contained("didRegisterForRemoteNotifications", [&] {
+    apnsToken_.store(zib::Bytes(deviceToken.begin(), deviceToken.end()));
+    hasReceivedAPNSToken_ = true;
+    log("📱 APNS token registered: " + tokenDisplay(hexText(deviceToken)));
+    log("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
+  });
+}
+
+void ZibMessaging::didFailToRegisterForRemoteNotifications(const zib::Error& error) noexcept {
+  contained("didFailToRegisterForRemoteNotifications", [&] {
+    ZibLogger::shared().error("Failed to register for push", error);
+    tellDelegate("didFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
+      delegate.didFailToRegisterWithError(*this, error);
+    });
+  });
+}
+
+void ZibMessaging::setPushToken(std::span<const std::uint8_t> deviceToken) noexcept {
+  didRegisterForRemoteNotifications(deviceToken);
+}
+
+void ZibMessaging::setFCMToken(std::string_view token) noexcept {
+  contained("setFCMToken", [&] {
+    if (!hasReceivedAPNSToken_) {
+      log("⚠️ Ignoring FCM token received before APNS registration: " + tokenDisplay(token));
+      return;
+    }
+    log("📲 FCM token received (post-APNS): " + tokenDisplay(token));
+    fcmToken_.store(std::string(token));
+    ZibStorage::shared().saveFCMToken(token);
+    Zib::shared().registerPushToken(token);
+    tellDelegate("didReceiveToken",
+                 [&](ZibMessagingDelegate& delegate) { delegate.didReceiveToken(*this, token); });
+  });
+}
+
+void ZibMessaging::didReceiveRegistrationToken(std::string_view token) noexcept {
+  setFCMToken(token);
+}
+
+bool ZibMessaging::isTestNotification(const zib::Dictionary& userInfo) {
+  return userInfo.string(zib::constantString<"pn_type">) == "PUSH-NOTIFICATION-SEND-TEST";
+}
+
+void ZibMessaging::track(const zib::Dictionary& userInfo, std::string_view eventType) {
+  if (isTestNotification(userInfo)) return;
+  Zib::shared().trackSelfDescribingEvent(
+      notificationEventSchemaURI,
+      ZibPayloadBuilder::createNotificationPayload(userInfo, eventType));
+}
+
+UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexcept {
+  contained("willPresent", [&] {
+    const zib::Dictionary userInfo = notification.userInfo();
+    log("Notification received in foreground");
+    track(userInfo, deliveredEvent);
+    tellDelegate("didReceiveNotification", [&](ZibMessagingDelegate& delegate) {
+      delegate.didReceiveNotification(*this, userInfo);
+    });
+  });
+  return foregroundPresentationOptions();
+}
+
+void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcept {
+  contained("didReceive", [&] {
+    const zib::Dictionary userInfo = response.notification().userInfo();
+    log("Notification tapped with action: " + response.actionIdentifier());
+    track(userInfo, clickedEvent);
+    tellDelegate("didReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
+      delegate.didReceiveNotificationResponse(*this, response);
+    });
+    ZibDeepLinkHandler::shared().handleNotificationURL(userInfo);
+  });
+}
+
+void ZibMessaging::trackNotificationReceived(const zib::Dictionary& userInfo) noexcept {
+  contained("trackNotificationReceived", [&] { track(userInfo, deliveredEvent); });
+}
+
+void ZibMessaging::trackNotificationOpened(const zib::Dictionary& userInfo) noexcept {
+  contained("trackNotificationOpened", [&] { track(userInfo, clickedEvent); });
+}
+
+void ZibMessaging::setupAsNotificationDelegate() noexcept {
+  contained("setupAsNotificationDelegate", [&] {
+    const auto center = zib::NotificationCenter::current();
+    if (center.delegate() != nullptr) return;
+    center.setDelegate(runtimeObject());
+    log("ZibMessaging set as UNUserNotificationCenterDelegate");
+  });
+}
+
+void ZibMessaging::ensureFirebaseMessagingDelegate() noexcept {
+  contained("ensureFirebaseMessagingDelegate", [&] { setFirebaseMessagingDelegateIfNeeded(); });
+}
+
+void ZibMessaging::setupAsFirebaseMessagingDelegate() {
+  setFirebaseMessagingDelegateIfNeeded();
+  zib::mainQueue::after(firebaseRetryDelay, [weakMessaging = weak_from_this()] {
+    if (const auto messaging = weakMessaging.lock()) messaging->ensureFirebaseMessagingDelegate();
+  });
+}
+
+void ZibMessaging::setFirebaseMessagingDelegateIfNeeded() {
+  const FirebaseMessaging firebase = FirebaseMessaging::find();
+  if (firebase.found() != FirebaseMessaging::Found::instance) return;
+  const id delegate = firebase.delegate();
+  if (delegate == runtimeObject()) return;
+  if (delegate != nullptr) {
+    log("ℹ️ Customer has set Firebase MessagingDelegate - SDK will swizzle it");
+    return;
+  }
+  if (firebase.setDelegate(runtimeObject())) {
+    log("✅ ZibMessaging set as Firebase MessagingDelegate automatically");
+  }
+}

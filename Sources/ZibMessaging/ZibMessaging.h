@@ -1,0 +1,129 @@
+// The entry object of the messaging module.
+
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "Platform/Application.h"
+#include "Platform/Data.h"
+#include "Platform/Dictionary.h"
+#include "Platform/Error.h"
+#include "Platform/UserNotifications.h"
+#include "ZibMessaging/Guarded.h"
+#include "ZibMessaging/ZibMessagingDelegate.h"
+
+// The vendor of the event schema; a build sets it with -DZIB_EVENT_VENDOR.
+#if !defined(ZIB_EVENT_VENDOR)
+#define ZIB_EVENT_VENDOR "com.zib"
+#endif
+
+// The schema of every notification event that is handed to the core.
+inline constexpr std::string_view notificationEventSchemaURI =
+    "iglu:" ZIB_EVENT_VENDOR "/notification_event/jsonschema/3-0-0";
+
+// Holds the module's push state, and is what the platform's notification centre and Firebase
+// Messaging call back when the host has no delegates of its own. One instance, for the life of the
+// process. No operation throws.
+class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
+  struct Key {
+    explicit Key() = default;
+  };
+
+ public:
+  static ZibMessaging& shared();
+
+  explicit ZibMessaging(Key) {}
+
+  // Held weakly. Any thread.
+  void setDelegate(std::weak_ptr<ZibMessagingDelegate> delegate) {
+    delegate_.store(std::move(delegate));
+  }
+  [[nodiscard]] std::shared_ptr<ZibMessagingDelegate> delegate() const {
+    return delegate_.load().lock();
+  }
+
+  // The user's latest answer that came without an error. Any thread, like the two tokens.
+  [[nodiscard]] bool isPushEnabled() const noexcept { return isPushEnabled_; }
+  // The latest FCM token that was accepted.
+  [[nodiscard]] std::optional<std::string> fcmToken() const { return fcmToken_.load(); }
+  // The latest device token.
+  [[nodiscard]] std::optional<zib::Bytes> apnsToken() const { return apnsToken_.load(); }
+
+  // Integrates the module into the host, or leaves that to the host, as the core's configuration
+  // says; without a configuration it integrates. Once, on the main thread, at start-up: a second
+  // call only logs. The application is not used yet.
+  void configure(const zib::Application& application) noexcept;
+
+  // Asks the user for permission, and the system for a device token once it is granted. Both
+  // answers arrive later.
+  void registerForPush(const zib::Application& application) noexcept;
+
+  // What the application delegate was told. With automatic integration the module hears of it
+  // itself; otherwise the host forwards it. setPushToken is the same as the first.
+  void didRegisterForRemoteNotifications(std::span<const std::uint8_t> deviceToken) noexcept;
+  void didFailToRegisterForRemoteNotifications(const zib::Error& error) noexcept;
+  void setPushToken(std::span<const std::uint8_t> deviceToken) noexcept;
+
+  // An FCM registration token, from any thread. Dropped, with a warning, before the first device
+  // token: Firebase issues a fresh one after that, and only the fresh one is worth storing.
+  // didReceiveRegistrationToken is the same.
+  void setFCMToken(std::string_view token) noexcept;
+  void didReceiveRegistrationToken(std::string_view token) noexcept;
+
+  // Becomes Firebase Messaging's delegate if Firebase is there and has none. One attempt, on the
+  // caller's thread; for hosts that configure Firebase after configure().
+  void ensureFirebaseMessagingDelegate() noexcept;
+
+  // A notification is about to be presented in the foreground: reports it, and gives the
+  // UNNotificationPresentationOptions to present it with.
+  zib::objc::UInteger willPresent(const zib::Notification& notification) noexcept;
+  // The user acted on a notification: reports it and opens its link.
+  void didReceive(const zib::NotificationResponse& response) noexcept;
+
+  // Report a notification without a log line, a call of the delegate or a link. Test notifications
+  // are not reported.
+  void trackNotificationReceived(const zib::Dictionary& userInfo) noexcept;
+  void trackNotificationOpened(const zib::Dictionary& userInfo) noexcept;
+
+  // Becomes the notification centre's delegate if it has none.
+  void setupAsNotificationDelegate() noexcept;
+
+  // The module's object in the runtime, of the class "ZibMessaging": what the notification centre
+  // and Firebase hold as their delegate. It lives as long as the process.
+  static zib::objc::id runtimeObject();
+
+ private:
+  friend struct ZibTestSeam;
+
+  static std::shared_ptr<ZibMessaging>& slot();
+
+  void setUpIntegration();
+  void requestAuthorization(const zib::Application& application);
+  static void authorizationAnswered(const std::weak_ptr<ZibMessaging>& messaging,
+                                    const zib::Application& application, bool granted,
+                                    const std::optional<zib::Error>& error);
+  void registerNotificationCategories();
+  static bool isTestNotification(const zib::Dictionary& userInfo);
+  static void track(const zib::Dictionary& userInfo, std::string_view eventType);
+  void setupAsFirebaseMessagingDelegate();
+  void setFirebaseMessagingDelegateIfNeeded();
+  template <class Call>
+  void tellDelegate(std::string_view operation, Call call);
+
+  Guarded<std::weak_ptr<ZibMessagingDelegate>> delegate_;
+  std::atomic<bool> isPushEnabled_{false};
+  Guarded<std::optional<std::string>> fcmToken_;
+  Guarded<std::optional<zib::Bytes>> apnsToken_;
+  std::atomic<bool> hasReceivedAPNSToken_{false};
+  std::atomic<bool> swizzlingConfigured_{false};
+};
+
+// The options for a notification in the foreground: banner, sound and badge, and before iOS 14,
+// which has no banner, an alert instead.
+zib::objc::UInteger foregroundPresentationOptions();

@@ -1,0 +1,18 @@
+// The shapes of analytics events.
+
+#pragma once
+
+#include <string_view>
+
+#include "Platform/Dictionary.h"
+#include "Platform/Value.h"
+
+class ZibPayloadBuilder {
+ public:
+  ZibPayloadBuilder() = delete;
+
+  // The event of a notification: always the same fourteen keys. A field whose source in `userInfo`
+  // is missing or no string holds the null marker. Any thread.
+  static zib::ValueMap createNotificationPayload(const zib::Dictionary& userInfo,
+                                                 std::string_view eventType);
+};

@@ -1,0 +1,307 @@
+#include "ZibMessaging/ZibSwizzleManager.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "CoreBoundary/ZibLogger.h"
+#include "Platform/MainQueue.h"
+#include "Platform/Process.h"
+#include "Platform/Scenes.h"
+#include "Platform/UserNotifications.h"
+#include "ZibMessaging/Containment.h"
+#include "ZibMessaging/FirebaseMessaging.h"
+#include "ZibMessaging/NeverDestroyed.h"
+#include "ZibMessaging/QuotedText.h"
+
+using zib::Class;
+using zib::Method;
+using zib::Selector;
+
+namespace {
+
+constexpr double notificationDelegateRetryDelay = 0.5;  // seconds
+constexpr double sceneRetryDelay = 1.0;                 // seconds
+constexpr double firebaseRetryDelay = 1.0;              // seconds
+
+void log(std::string_view line) { ZibLogger::shared().log(line); }
+
+void log(std::string_view text, std::string_view detail) { log(std::string(text).append(detail)); }
+
+}  // namespace
+
+const std::array<ZibSwizzleManager::Interception, ZibSwizzleManager::rowCount>
+    ZibSwizzleManager::interceptions{{
+        {"application:didRegisterForRemoteNotificationsWithDeviceToken:",
+         "zib_didRegister:deviceToken:", "didRegisterForRemoteNotificationsWithDeviceToken",
+         &ZibSwizzleManager::originalDidRegisterIMP_, &ZibSwizzleManager::didSwapDidRegister_},
+        {"application:didFailToRegisterForRemoteNotificationsWithError:",
+         "zib_didFailRegister:error:", "didFailToRegisterForRemoteNotificationsWithError",
+         &ZibSwizzleManager::originalDidFailRegisterIMP_,
+         &ZibSwizzleManager::didSwapDidFailRegister_},
+        {"application:openURL:options:", "zib_openURL:url:options:", "application:open:options:",
+         &ZibSwizzleManager::originalOpenURLIMP_, &ZibSwizzleManager::didSwapOpenURL_},
+        {"scene:openURLContexts:", "zib_scene:openURLContexts:", "scene:openURLContexts:",
+         &ZibSwizzleManager::originalSceneOpenURLIMP_, &ZibSwizzleManager::didSwapSceneOpenURL_},
+        {"userNotificationCenter:willPresentNotification:withCompletionHandler:",
+         "zib_willPresent:notification:completionHandler:", "willPresent:withCompletionHandler:",
+         &ZibSwizzleManager::originalWillPresentIMP_, &ZibSwizzleManager::didSwapWillPresent_},
+        {"userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:",
+         "zib_didReceive:response:completionHandler:", "didReceive:withCompletionHandler:",
+         &ZibSwizzleManager::originalDidReceiveIMP_, &ZibSwizzleManager::didSwapDidReceive_},
+        {"messaging:didReceiveRegistrationToken:", "zib_messaging:didReceiveRegistrationToken:",
+         "messaging:didReceiveRegistrationToken:", &ZibSwizzleManager::originalFCMTokenIMP_,
+         &ZibSwizzleManager::didSwapFCMToken_},
+    }};
+
+std::shared_ptr<ZibSwizzleManager>& ZibSwizzleManager::slot() {
+  static NeverDestroyed<std::shared_ptr<ZibSwizzleManager>> instance(
+      [] { return std::make_shared<ZibSwizzleManager>(Key()); });
+  return *instance;
+}
+
+ZibSwizzleManager& ZibSwizzleManager::shared() { return *slot(); }
+
+void ZibSwizzleManager::setupAutoSwizzling() noexcept {
+  contained("setupAutoSwizzling", [&] {
+    if (zib::isAppExtension()) {
+      log("ℹ️ Running in app extension - swizzling not applicable");
+      return;
+    }
+    if (!isSwizzlingEnabled_) {
+      log("⚠️ Swizzling is DISABLED");
+      return;
+    }
+    if (hasSwizzled_) {
+      log("⚠️ Swizzling already performed");
+      return;
+    }
+    auto pass = [this] { contained("the swizzling pass", [this] { runPass(); }); };
+    if (zib::isMainThread()) {
+      pass();
+    } else {
+      zib::mainQueue::sync(pass);
+    }
+  });
+}
+
+void ZibSwizzleManager::runPass() {
+  log("🔧 Starting Zib SDK auto-swizzling...");
+  swizzleAppDelegate();
+  swizzleSceneDelegate();
+  swizzleNotificationCenterDelegate();
+  swizzleFirebaseMessagingDelegate();
+  hasSwizzled_ = true;
+  log("✅ Zib SDK swizzling complete!");
+}
+
+std::optional<zib::Application> ZibSwizzleManager::sharedApplication() {
+  if (zib::isAppExtension()) return std::nullopt;
+  auto application = zib::Application::shared();
+  if (!application || !application->isApplicationObject()) return std::nullopt;
+  return application;
+}
+
+void ZibSwizzleManager::swizzleAppDelegate() {
+  const auto application = sharedApplication();
+  const zib::objc::id delegate = application ? application->delegate() : nullptr;
+  if (delegate == nullptr) {
+    log("⚠️ No AppDelegate found");
+    return;
+  }
+  const Class delegateClass = Class::visibleClassOf(delegate);
+  log("📱 Swizzling AppDelegate: ", delegateClass.name());
+  addOrSwap(Row::didRegister, delegateClass);
+  addOrSwap(Row::didFailRegister, delegateClass);
+  addOrSwap(Row::openURL, delegateClass);
+}
+
+template <class Use>
+void ZibSwizzleManager::forEachSceneDelegateClass(const zib::Application& application, Use use) {
+  for (const zib::Object& delegate : zib::ConnectedScenes::of(application).windowSceneDelegates()) {
+    use(Class::visibleClassOf(delegate.raw()));
+  }
+}
+
+void ZibSwizzleManager::swizzleSceneDelegate() {
+  const auto application = sharedApplication();
+  if (!application) return;
+  forEachSceneDelegateClass(*application, [this](Class delegateClass) {
+    log("🎬 Swizzling SceneDelegate: ", delegateClass.name());
+    addOrSwap(Row::sceneOpenURL, delegateClass);
+  });
+  if (!zib::ConnectedScenes::of(*application).empty()) return;
+  log("ℹ️ No connected scenes yet - will check again shortly");
+  zib::mainQueue::after(sceneRetryDelay, [weakManager = weak_from_this()] {
+    contained("retrySceneDelegateSwizzling", [&] {
+      if (const auto manager = weakManager.lock()) manager->retrySceneDelegateSwizzling();
+    });
+  });
+}
+
+void ZibSwizzleManager::retrySceneDelegateSwizzling() {
+  const auto application = sharedApplication();
+  if (!application) return;
+  forEachSceneDelegateClass(*application, [this](Class delegateClass) {
+    log("🎬 Found SceneDelegate (delayed): ", delegateClass.name());
+    addOrSwap(Row::sceneOpenURL, delegateClass);
+  });
+}
+
+void ZibSwizzleManager::swizzleNotificationCenterDelegate() {
+  const zib::objc::id delegate = zib::NotificationCenter::current().delegate();
+  if (delegate != nullptr) {
+    const Class delegateClass = Class::visibleClassOf(delegate);
+    log("🔔 Swizzling UNUserNotificationCenterDelegate: ", delegateClass.name());
+    swizzleNotificationDelegateMethods(delegateClass);
+    return;
+  }
+  log("ℹ️ No UNUserNotificationCenterDelegate set yet - will check again");
+  zib::mainQueue::after(notificationDelegateRetryDelay, [weakManager = weak_from_this()] {
+    contained("retryNotificationDelegateSwizzling", [&] {
+      if (const auto manager = weakManager.lock()) manager->retryNotificationDelegateSwizzling();
+    });
+  });
+}
+
+void ZibSwizzleManager::retryNotificationDelegateSwizzling() {
+  const zib::objc::id delegate = zib::NotificationCenter::current().delegate();
+  if (delegate == nullptr) return;
+  const Class delegateClass = Class::visibleClassOf(delegate);
+  log("🔔 Found UNUserNotificationCenterDelegate (delayed): ", delegateClass.name());
+  swizzleNotificationDelegateMethods(delegateClass);
+}
+
+void ZibSwizzleManager::swizzleNotificationDelegateMethods(Class delegateClass) {
+  addOrSwap(Row::willPresent, delegateClass);
+  addOrSwap(Row::didReceive, delegateClass);
+}
+
+void ZibSwizzleManager::swizzleFirebaseMessagingDelegate() {
+  const FirebaseMessaging firebase = FirebaseMessaging::find();
+  switch (firebase.found()) {
+    case FirebaseMessaging::Found::nothing:
+      log("ℹ️ Firebase Messaging not found - FCM token handling will be manual");
+      return;
+    case FirebaseMessaging::Found::classOnly:
+      log("⚠️ Firebase Messaging class method not found");
+      return;
+    case FirebaseMessaging::Found::classMethod:
+      log("⚠️ Firebase Messaging instance not available");
+      return;
+    case FirebaseMessaging::Found::instance:
+      break;
+  }
+  const zib::objc::id delegate = firebase.delegate();
+  if (delegate == nullptr) {
+    log("ℹ️ No Firebase MessagingDelegate set yet - will retry");
+    retryFirebaseLater();
+    return;
+  }
+  const Class delegateClass = Class::visibleClassOf(delegate);
+  log("🔥 Swizzling Firebase MessagingDelegate: ", delegateClass.name());
+  addOrSwap(Row::fcmToken, delegateClass);
+}
+
+void ZibSwizzleManager::retryFirebaseLater() {
+  zib::mainQueue::after(firebaseRetryDelay, [weakManager = weak_from_this()] {
+    contained("retryFirebaseMessagingSwizzling", [&] {
+      if (const auto manager = weakManager.lock()) manager->retryFirebaseMessagingSwizzling();
+    });
+  });
+}
+
+void ZibSwizzleManager::retryFirebaseMessagingSwizzling() {
+  const FirebaseMessaging firebase = FirebaseMessaging::find();
+  if (firebase.found() != FirebaseMessaging::Found::instance) return;
+  const zib::objc::id delegate = firebase.delegate();
+  if (delegate == nullptr) return;
+  const Class delegateClass = Class::visibleClassOf(delegate);
+  log("🔥 Found Firebase MessagingDelegate (delayed): ", delegateClass.name());
+  // A delegate that came late is only swapped: one that does not want tokens gets no method.
+  const Method method = delegateClass.instanceMethod(Selector(at(Row::fcmToken).hostSelector));
+  if (method) swap(Row::fcmToken, delegateClass, method);
+}
+
+void ZibSwizzleManager::addOrSwap(Row row, Class delegateClass) {
+  const Method hostMethod = delegateClass.instanceMethod(Selector(at(row).hostSelector));
+  if (hostMethod) {
+    swap(row, delegateClass, hostMethod);
+  } else {
+    add(row, delegateClass);
+  }
+}
+
+// The host may only inherit the method: then its superclass's own is replaced, for all subclasses.
+void ZibSwizzleManager::swap(Row row, Class delegateClass, Method hostMethod) {
+  const Interception& interception = at(row);
+  const zib::objc::IMP original = hostMethod.implementation();
+  const zib::objc::IMP interceptor = interceptorMethod(interception).implementation();
+  // On a class that is intercepted already there is nothing to save: saving the interceptor would
+  // make it forward to itself.
+  if (original != interceptor) {
+    remember(row, delegateClass.ownerOf(Selector(interception.hostSelector)), original);
+    this->*interception.original = original;
+    // Before the method is replaced, so that a callback on another thread is never left without
+    // its host.
+    this->*interception.didSwap = true;
+    hostMethod.setImplementation(interceptor);
+  }
+  log("  ✓ Swapped: ", interception.logName);
+}
+
+void ZibSwizzleManager::add(Row row, Class delegateClass) {
+  const Interception& interception = at(row);
+  const Method interceptor = interceptorMethod(interception);
+  remember(row, delegateClass, nullptr);
+  delegateClass.addMethod(Selector(interception.hostSelector), interceptor.implementation(),
+                          interceptor.typeEncoding());
+  log("  + Added: ", interception.logName);
+}
+
+void ZibSwizzleManager::remember(Row row, Class owner, zib::objc::IMP original) {
+  auto& head = installations_[static_cast<std::size_t>(row)];
+  head = std::make_unique<const Installation>(Installation{owner, original, head}).release();
+}
+
+const ZibSwizzleManager::Installation* ZibSwizzleManager::findInstallation(Row row,
+                                                                           Class from) const {
+  const Installation* const newest = installations_[static_cast<std::size_t>(row)];
+  for (Class cls = from; cls; cls = cls.superclass()) {
+    for (const Installation* each = newest; each != nullptr; each = each->next) {
+      if (each->owner == cls) return each;
+    }
+  }
+  return nullptr;
+}
+
+Method ZibSwizzleManager::interceptorMethod(const Interception& interception) {
+  const Method method = runtimeClass().instanceMethod(Selector(interception.interceptorSelector));
+  if (!method) {
+    std::fprintf(stderr, "ZibMessaging: the interceptor %s is missing\n",
+                 interception.interceptorSelector);
+    std::abort();
+  }
+  return method;
+}
+
+void ZibSwizzleManager::trackUTMParameters(const zib::URL& url) {
+  // By name, so that the line is the same for the same parameters.
+  std::map<std::string, std::string> parameters;
+  for (zib::QueryItem& item : url.queryItems()) {
+    if (item.name.starts_with("utm_")) {
+      parameters[std::move(item.name)] = std::move(item.value).value_or("");
+    }
+  }
+  if (parameters.empty()) return;
+  std::string line = "   📊 UTM parameters: [";
+  for (const auto& [name, value] : parameters) {
+    if (line.back() != '[') line.append(", ");
+    appendQuoted(line, name);
+    line.append(": ");
+    appendQuoted(line, value);
+  }
+  log(line.append("]"));
+}
