@@ -1,5 +1,6 @@
 #include "Platform/Dictionary.h"
 
+#include "Platform/AutoreleasePool.h"
 #include "Platform/Class.h"
 #include "Platform/Send.h"
 #include "Platform/ValueConversion.h"
@@ -12,6 +13,18 @@ Dictionary Dictionary::retained(objc::id object) {
 }
 
 Dictionary Dictionary::from(const ValueMap& values) { return Dictionary(objectFrom(values)); }
+
+std::optional<Dictionary> Dictionary::withTextKeys(const Object& object) {
+  if (!isNSObject(object.raw()) || !isKindOf(object.raw(), classNamed<"NSDictionary">())) {
+    return std::nullopt;
+  }
+  const AutoreleasePool pool;
+  const objc::id keys = send<objc::id>(object.raw(), selector<"keyEnumerator">());
+  while (const objc::id key = send<objc::id>(keys, selector<"nextObject">())) {
+    if (!isString(key)) return std::nullopt;
+  }
+  return Dictionary(object);
+}
 
 bool Dictionary::empty() const {
   return send<objc::UInteger>(native_.raw(), selector<"count">()) == 0;
@@ -29,6 +42,15 @@ std::optional<std::string> Dictionary::stringForKey(objc::id key) const {
   const objc::id value = send<objc::id>(native_.raw(), selector<"objectForKey:">(), key);
   if (!isString(value)) return std::nullopt;
   return utf8From(value);
+}
+
+std::optional<bool> Dictionary::boolean(ConstantString key) const {
+  if (!native_) return std::nullopt;
+  const objc::id value = send<objc::id>(native_.raw(), selector<"objectForKey:">(), key.object());
+  if (!isKindOf(value, classNamed<"NSNumber">())) return std::nullopt;
+  const auto number = send<double>(value, selector<"doubleValue">());
+  if (number != 0 && number != 1) return std::nullopt;
+  return number == 1;
 }
 
 ValueMap Dictionary::values() const {

@@ -23,12 +23,17 @@ class Dictionary {
   // promise a dictionary, and a payload must never be a reason to crash.
   static Dictionary retained(objc::id object);
   static Dictionary from(const ValueMap& values);
+  // None for anything but a dictionary whose keys are all text.
+  static std::optional<Dictionary> withTextKeys(const Object& object);
 
   [[nodiscard]] bool empty() const;
   // The text under exactly that key, if there is one and it is a string; numbers are not
   // converted.
   [[nodiscard]] std::optional<std::string> string(ConstantString key) const;
   [[nodiscard]] std::optional<std::string> string(std::string_view key) const;
+  // The truth value under exactly that key, if there is one: a boolean, or a number that is 1 or 0,
+  // since the platform has one type for both.
+  [[nodiscard]] std::optional<bool> boolean(ConstantString key) const;
   // All of it, nested values included.
   [[nodiscard]] ValueMap values() const;
   // The platform's object; an empty dictionary has one too.

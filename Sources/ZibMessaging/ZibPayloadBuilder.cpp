@@ -3,10 +3,14 @@
 #include <array>
 #include <utility>
 
+#include "Platform/ISO8601.h"
+
 namespace {
 
 using zib::ConstantString;
 using zib::constantString;
+
+constexpr ConstantString platformName = constantString<"ios">;
 
 enum class From {
   userInfo,   // the string under `text`, or the null marker
@@ -33,7 +37,7 @@ constexpr std::array<Field, 14> fields{{
     {"customer_key", From::userInfo, constantString<"customer_key">},
     {"reasons", From::nothing},
     {"campaign_source", From::constant, constantString<"PUSH-NOTIFICATION">},
-    {"platform_name", From::constant, constantString<"ios">},
+    {"platform_name", From::constant, platformName},
     {"click_url", From::userInfo, constantString<"click_url">},
     // Filled from "_id" and from no other key.
     {"domain_userid", From::userInfo, constantString<"_id">},
@@ -67,5 +71,15 @@ zib::ValueMap ZibPayloadBuilder::createNotificationPayload(const zib::Dictionary
   for (const Field& field : fields) {
     payload.append(field.key, valueOf(field, userInfo, isEmpty, eventType));
   }
+  return payload;
+}
+
+zib::ValueMap ZibPayloadBuilder::createEventPayload(std::string_view eventName,
+                                                    std::optional<zib::ValueMap> properties) {
+  zib::ValueMap payload;
+  payload.append("event_name", eventName);
+  payload.append("timestamp", zib::currentTimeInISO8601());
+  payload.append("platform_name", platformName.text);
+  if (properties) payload.append("properties", *std::move(properties));
   return payload;
 }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "Platform/Dictionary.h"
@@ -15,4 +16,9 @@ class ZibPayloadBuilder {
   // is missing or no string holds the null marker. Any thread.
   static zib::ValueMap createNotificationPayload(const zib::Dictionary& userInfo,
                                                  std::string_view eventType);
+
+  // A named event of the host's own, stamped with the current time. The properties stay whole under
+  // one key, which is missing without them. Any thread.
+  static zib::ValueMap createEventPayload(std::string_view eventName,
+                                          std::optional<zib::ValueMap> properties = std::nullopt);
 };

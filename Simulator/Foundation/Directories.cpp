@@ -1,0 +1,53 @@
+// The folders that NSFileManager knows: on a device, Documents is the one that matters.
+
+#include "Platform/Class.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Simulator/Foundation/Foundation.h"
+#include "Simulator/Foundation/Installers.h"
+#include "Simulator/Foundation/Setting.h"
+#include "Simulator/Runtime.h"
+
+namespace sim {
+namespace {
+
+using zib::classNamed;
+using zib::selector;
+using zib::send;
+using zib::objc::BOOL;
+using zib::objc::id;
+using zib::objc::SEL;
+using zib::objc::UInteger;
+
+constexpr UInteger documentDirectory = 9;
+constexpr UInteger userDomain = 1;
+
+Setting<std::optional<std::string>>& documentsSetting() {
+  static Setting<std::optional<std::string>> documents(std::nullopt);
+  return documents;
+}
+
+id urlsForDirectory(id, SEL, UInteger directory, UInteger domains) {
+  const std::optional<std::string> documents = documentsSetting().get();
+  const id array = classNamed<"NSArray">().object();
+  if (directory != documentDirectory || (domains & userDomain) == 0 || !documents) {
+    return send<id>(array, selector<"array">());
+  }
+  const id url =
+      send<id>(classNamed<"NSURL">().object(), selector<"fileURLWithPath:isDirectory:">(),
+               zib::makeString(*documents).raw(), BOOL{1});
+  return send<id>(array, selector<"arrayWithObject:">(), url);
+}
+
+}  // namespace
+
+void setDocumentsDirectory(std::optional<std::string> path) {
+  documentsSetting().set(std::move(path));
+}
+
+void installDirectories() {
+  installMethod(zib::Class::named("NSFileManager"),
+                "URLsForDirectory:inDomains:", &urlsForDirectory);
+}
+
+}  // namespace sim

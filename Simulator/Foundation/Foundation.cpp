@@ -1,0 +1,23 @@
+#include "Simulator/Foundation/Foundation.h"
+
+#include <mutex>
+
+#include "Platform/AutoreleasePool.h"
+#include "Simulator/Foundation/Installers.h"
+#include "Simulator/Runtime.h"
+
+namespace sim {
+
+void installFoundation() {
+  static std::once_flag installed;
+  std::call_once(installed, [] {
+    objc_thread_add();
+    const zib::AutoreleasePool pool;
+    installClock();
+    installDirectories();
+    installProcess();
+    installURLs();
+  });
+}
+
+}  // namespace sim

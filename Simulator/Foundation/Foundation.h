@@ -1,0 +1,26 @@
+// What the platform's Foundation does and GNUstep's lacks or gets wrong, put into the running
+// object runtime under Foundation's own names, and the facts about the device that it answers with.
+//
+// Not a way to call Foundation: that goes through the runtime, as the module does it.
+
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace sim {
+
+// Once at start, before other threads send messages. Calling it again does nothing.
+void installFoundation();
+
+// The setters below may be called at any time, from any thread.
+
+void setMainBundlePath(std::string path);
+void setSystemVersion(long major, long minor);
+// The wall clock, in seconds since 1970. It is called on every thread that asks for the time.
+void setClock(std::function<double()> now);
+// The user's Documents directory; none means that the file manager knows of none.
+void setDocumentsDirectory(std::optional<std::string> path);
+
+}  // namespace sim

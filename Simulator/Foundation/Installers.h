@@ -1,0 +1,12 @@
+// The parts of installFoundation(), one for each source file here. Called by nothing else.
+
+#pragma once
+
+namespace sim {
+
+void installClock();
+void installDirectories();
+void installProcess();
+void installURLs();
+
+}  // namespace sim

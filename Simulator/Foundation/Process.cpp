@@ -1,0 +1,75 @@
+// What NSBundle and NSProcessInfo say about the process: where its bundle lies, and which version
+// of the system runs it.
+
+#include <utility>
+
+#include "Platform/Class.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Simulator/Foundation/Foundation.h"
+#include "Simulator/Foundation/Installers.h"
+#include "Simulator/Foundation/Setting.h"
+#include "Simulator/Runtime.h"
+
+namespace sim {
+namespace {
+
+using zib::OperatingSystemVersion;
+using zib::selector;
+using zib::send;
+using zib::objc::BOOL;
+using zib::objc::id;
+using zib::objc::IMP;
+using zib::objc::SEL;
+
+Setting<std::string>& bundlePathSetting() {
+  static Setting<std::string> path("/Applications/HostApp.app");
+  return path;
+}
+
+Setting<OperatingSystemVersion>& versionSetting() {
+  static Setting<OperatingSystemVersion> version({17, 0, 0});
+  return version;
+}
+
+// There is one main bundle, and it lives as long as the process.
+id mainBundle() {
+  static const id bundle =
+      send<id>(zib::classNamed<"NSBundle">().object(), selector<"mainBundle">());
+  return bundle;
+}
+
+IMP originalBundlePath = nullptr;
+
+id bundlePath(id bundle, SEL command) {
+  if (bundle != mainBundle()) {
+    return zib::callImplementation<id>(originalBundlePath, bundle, zib::Selector(command));
+  }
+  const zib::Object path = zib::makeString(bundlePathSetting().get());
+  return send<id>(zib::objc::retain(path.raw()), selector<"autorelease">());
+}
+
+OperatingSystemVersion operatingSystemVersion(id, SEL) { return versionSetting().get(); }
+
+BOOL isOperatingSystemAtLeast(id, SEL, OperatingSystemVersion wanted) {
+  const auto ordered = [](const OperatingSystemVersion& version) {
+    return std::tuple(version.major, version.minor, version.patch);
+  };
+  return static_cast<BOOL>(ordered(versionSetting().get()) >= ordered(wanted));
+}
+
+}  // namespace
+
+void setMainBundlePath(std::string path) { bundlePathSetting().set(std::move(path)); }
+
+void setSystemVersion(long major, long minor) { versionSetting().set({major, minor, 0}); }
+
+void installProcess() {
+  mainBundle();
+  originalBundlePath = installMethod(zib::Class::named("NSBundle"), "bundlePath", &bundlePath);
+  const zib::Class processInfo = zib::Class::named("NSProcessInfo");
+  installMethod(processInfo, "operatingSystemVersion", &operatingSystemVersion);
+  installMethod(processInfo, "isOperatingSystemAtLeastVersion:", &isOperatingSystemAtLeast);
+}
+
+}  // namespace sim

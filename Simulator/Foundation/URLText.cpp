@@ -1,0 +1,66 @@
+#include "Simulator/Foundation/URLText.h"
+
+#include <uriparser/Uri.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <memory>
+
+namespace sim {
+namespace {
+
+using ParsedMembers = std::unique_ptr<UriUriA, decltype(&uriFreeUriMembersA)>;
+
+std::optional<std::string_view> textOf(const UriTextRangeA& range) {
+  if (range.first == nullptr) return std::nullopt;
+  return std::string_view(range.first, static_cast<std::size_t>(range.afterLast - range.first));
+}
+
+bool hasHost(const UriUriA& uri) { return uri.hostText.first != nullptr; }
+
+bool isPercentEncoding(std::string_view text) {
+  const auto isDigit = [](unsigned char digit) { return std::isxdigit(digit) != 0; };
+  return text.size() >= 3 && text[0] == '%' && isDigit(static_cast<unsigned char>(text[1])) &&
+         isDigit(static_cast<unsigned char>(text[2]));
+}
+
+bool isURLCharacter(char character) {
+  constexpr std::string_view marks = "-._~:/?#[]@!$&'()*+,;=";
+  const auto byte = static_cast<unsigned char>(character);
+  return (byte < 0x80 && std::isalnum(byte) != 0) || marks.find(character) != marks.npos;
+}
+
+}  // namespace
+
+std::optional<URLText> parseURLText(std::string_view text) {
+  if (text.empty()) return std::nullopt;
+  UriUriA uri;
+  const char* errorAt = nullptr;
+  if (uriParseSingleUriExA(&uri, text.data(), text.data() + text.size(), &errorAt) != URI_SUCCESS) {
+    return std::nullopt;
+  }
+  const ParsedMembers members(&uri, &uriFreeUriMembersA);
+  URLText result{textOf(uri.query), std::nullopt};
+  const char* after = uri.query.first != nullptr ? uri.query.first : uri.fragment.first;
+  if (hasHost(uri) && uri.pathHead == nullptr && after != nullptr) {
+    result.missingPath = static_cast<std::size_t>(after - 1 - text.data());
+  }
+  return result;
+}
+
+std::string withInvalidCharactersEncoded(std::string_view text) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (isURLCharacter(text[at]) || isPercentEncoding(text.substr(at))) {
+      result.push_back(text[at]);
+    } else {
+      char encoded[4];
+      std::snprintf(encoded, sizeof encoded, "%%%02X", static_cast<unsigned char>(text[at]));
+      result += encoded;
+    }
+  }
+  return result;
+}
+
+}  // namespace sim

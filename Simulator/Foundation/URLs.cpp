@@ -1,0 +1,133 @@
+// NSURL and NSURLComponents as on the phone: strict parsing, texts that are kept as they were
+// given, and queries of every kind of URL.
+
+#include "Platform/Class.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Simulator/Foundation/Installers.h"
+#include "Simulator/Foundation/URLText.h"
+#include "Simulator/Runtime.h"
+
+namespace sim {
+namespace {
+
+using zib::callImplementation;
+using zib::Class;
+using zib::makeString;
+using zib::selector;
+using zib::send;
+using zib::utf8From;
+using zib::objc::BOOL;
+using zib::objc::id;
+using zib::objc::IMP;
+using zib::objc::SEL;
+
+struct Originals {
+  IMP initWithString = nullptr;
+  IMP absoluteString = nullptr;
+  IMP initComponents = nullptr;
+  IMP queryItems = nullptr;
+  objc_ivar* urlString = nullptr;
+  objc_ivar* baseURL = nullptr;
+};
+Originals originals;
+
+id autoreleased(id object) { return send<id>(object, selector<"autorelease">()); }
+
+// GNUstep keeps the text that a URL was made from, and prints another one put together from parts.
+void setOriginalText(id url, std::string_view text) {
+  const id previous = object_getIvar(url, originals.urlString);
+  object_setIvar(url, originals.urlString, zib::objc::retain(makeString(text).raw()));
+  zib::objc::release(previous);
+}
+
+// GNUstep knows no authority without a path before a query or fragment: it gets the root path, and
+// the text is then put right.
+id initWithMissingPath(id url, SEL command, std::string text, std::size_t missingPath) {
+  const std::string original = text;
+  const id made = callImplementation<id>(originals.initWithString, url, zib::Selector(command),
+                                         makeString(text.insert(missingPath, 1, '/')).raw());
+  if (made != nullptr) setOriginalText(made, original);
+  return made;
+}
+
+id initStrictly(id url, SEL command, std::string text) {
+  const std::optional<URLText> parsed = parseURLText(text);
+  if (!parsed) {
+    zib::objc::release(url);
+    return nullptr;
+  }
+  if (parsed->missingPath) {
+    return initWithMissingPath(url, command, std::move(text), *parsed->missingPath);
+  }
+  return callImplementation<id>(originals.initWithString, url, zib::Selector(command),
+                                makeString(text).raw());
+}
+
+id initWithString(id url, SEL, id text) {
+  return initStrictly(url, selector<"initWithString:">().raw(), utf8From(text));
+}
+
+id initEncoding(id url, SEL, id text, BOOL encodes) {
+  const std::string given = utf8From(text);
+  return initStrictly(url, selector<"initWithString:">().raw(),
+                      encodes != 0 ? withInvalidCharactersEncoded(given) : given);
+}
+
+id urlWithString(id cls, SEL, id text) {
+  return autoreleased(
+      send<id>(send<id>(cls, selector<"alloc">()), selector<"initWithString:">(), text));
+}
+
+id urlEncoding(id cls, SEL, id text, BOOL encodes) {
+  return autoreleased(send<id>(send<id>(cls, selector<"alloc">()),
+                               selector<"initWithString:encodingInvalidCharacters:">(), text,
+                               encodes));
+}
+
+id absoluteString(id url, SEL command) {
+  if (object_getIvar(url, originals.baseURL) != nullptr) {
+    return callImplementation<id>(originals.absoluteString, url, zib::Selector(command));
+  }
+  return autoreleased(zib::objc::retain(object_getIvar(url, originals.urlString)));
+}
+
+// GNUstep loses an empty query, and the query of a URL whose path does not start with a slash.
+id initComponents(id components, SEL command, id url, BOOL resolves) {
+  const id made = callImplementation<id>(originals.initComponents, components,
+                                         zib::Selector(command), url, resolves);
+  const std::string text = utf8From(send<id>(url, selector<"absoluteString">()));
+  const std::optional<URLText> parsed = parseURLText(text);
+  if (made != nullptr && parsed && parsed->query) {
+    send<void>(made, selector<"setPercentEncodedQuery:">(), makeString(*parsed->query).raw());
+  }
+  return made;
+}
+
+id queryItems(id components, SEL command) {
+  const id query = send<id>(components, selector<"percentEncodedQuery">());
+  if (query != nullptr && utf8From(query).empty()) {
+    return send<id>(zib::classNamed<"NSArray">().object(), selector<"array">());
+  }
+  return callImplementation<id>(originals.queryItems, components, zib::Selector(command));
+}
+
+}  // namespace
+
+void installURLs() {
+  const Class url = Class::named("NSURL");
+  originals.urlString = class_getInstanceVariable(url.raw(), "_urlString");
+  originals.baseURL = class_getInstanceVariable(url.raw(), "_baseURL");
+  originals.initWithString = installMethod(url, "initWithString:", &initWithString);
+  originals.absoluteString = installMethod(url, "absoluteString", &absoluteString);
+  installMethod(url, "initWithString:encodingInvalidCharacters:", &initEncoding);
+  installClassMethod(url, "URLWithString:", &urlWithString);
+  installClassMethod(url, "URLWithString:encodingInvalidCharacters:", &urlEncoding);
+
+  const Class components = Class::named("NSURLComponents");
+  originals.initComponents =
+      installMethod(components, "initWithURL:resolvingAgainstBaseURL:", &initComponents);
+  originals.queryItems = installMethod(components, "queryItems", &queryItems);
+}
+
+}  // namespace sim

@@ -1,0 +1,12 @@
+// Time stamps in the platform's ISO 8601 form.
+
+#pragma once
+
+#include <string>
+
+namespace zib {
+
+// The current time in UTC, to the second, such as "2026-11-16T00:10:00Z". Any thread.
+std::string currentTimeInISO8601();
+
+}  // namespace zib

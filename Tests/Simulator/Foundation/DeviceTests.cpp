@@ -1,0 +1,117 @@
+// The facts about the device that Foundation answers with.
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+#include "Platform/AutoreleasePool.h"
+#include "Platform/Class.h"
+#include "Platform/Process.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Simulator/Foundation/Foundation.h"
+
+namespace {
+
+using zib::classNamed;
+using zib::selector;
+using zib::send;
+using zib::utf8From;
+using zib::objc::id;
+using zib::objc::UInteger;
+
+constexpr double referenceDate = 978307200;
+
+class DeviceTest : public testing::Test {
+ protected:
+  DeviceTest() { sim::installFoundation(); }
+
+ private:
+  zib::AutoreleasePool pool_;
+};
+
+double seconds(id date) { return send<double>(date, selector<"timeIntervalSince1970">()); }
+
+id newDate() { return send<id>(classNamed<"NSDate">().object(), selector<"date">()); }
+
+id urlsFor(UInteger directory, UInteger domains) {
+  const id manager = send<id>(classNamed<"NSFileManager">().object(), selector<"defaultManager">());
+  return send<id>(manager, selector<"URLsForDirectory:inDomains:">(), directory, domains);
+}
+
+UInteger count(id collection) { return send<UInteger>(collection, selector<"count">()); }
+
+TEST_F(DeviceTest, InstallingTwiceChangesNothing) {
+  sim::setMainBundlePath("/Applications/One.app");
+  sim::installFoundation();
+  EXPECT_EQ(zib::mainBundlePath(), "/Applications/One.app");
+}
+
+TEST_F(DeviceTest, MainBundleLiesWhereItIsSet) {
+  EXPECT_EQ(zib::mainBundlePath(), "/Applications/HostApp.app");
+  EXPECT_FALSE(zib::isAppExtension());
+  sim::setMainBundlePath("/Applications/HostApp.app/PlugIns/Share.appex");
+  EXPECT_TRUE(zib::isAppExtension());
+}
+
+TEST_F(DeviceTest, OtherBundlesKeepTheirPath) {
+  const id bundle = send<id>(classNamed<"NSBundle">().object(), selector<"bundleWithPath:">(),
+                             zib::makeString("/tmp").raw());
+  EXPECT_EQ(utf8From(send<id>(bundle, selector<"bundlePath">())), "/tmp");
+}
+
+TEST_F(DeviceTest, SystemVersionIsCompared) {
+  EXPECT_TRUE(zib::isSystemAtLeast(17, 0));
+  EXPECT_FALSE(zib::isSystemAtLeast(17, 1));
+  sim::setSystemVersion(13, 4);
+  EXPECT_TRUE(zib::isSystemAtLeast(12, 9));
+  EXPECT_TRUE(zib::isSystemAtLeast(13, 4));
+  EXPECT_FALSE(zib::isSystemAtLeast(13, 5));
+  EXPECT_FALSE(zib::isSystemAtLeast(14, 0));
+}
+
+TEST_F(DeviceTest, ClockIsTheSystemsUntilItIsSet) {
+  EXPECT_NEAR(seconds(newDate()), static_cast<double>(std::time(nullptr)), 2);
+}
+
+TEST_F(DeviceTest, EveryWayToAskForTheTimeFollowsTheClock) {
+  double now = 1'700'000'000.25;
+  sim::setClock([&now] { return now; });
+  const id dateClass = classNamed<"NSDate">().object();
+  const zib::Object made =
+      zib::Object::adopted(send<id>(send<id>(dateClass, selector<"alloc">()), selector<"init">()));
+  EXPECT_DOUBLE_EQ(seconds(newDate()), now);
+  EXPECT_DOUBLE_EQ(seconds(made.raw()), now);
+  EXPECT_DOUBLE_EQ(send<double>(dateClass, selector<"timeIntervalSinceReferenceDate">()),
+                   now - referenceDate);
+  EXPECT_DOUBLE_EQ(seconds(send<id>(dateClass, selector<"dateWithTimeIntervalSinceNow:">(), 60.0)),
+                   now + 60);
+  now += 10;
+  EXPECT_DOUBLE_EQ(send<double>(made.raw(), selector<"timeIntervalSinceNow">()), -10);
+}
+
+TEST_F(DeviceTest, NoDocumentsDirectoryGivesNoURLs) {
+  const id urls = urlsFor(9, 1);
+  ASSERT_NE(urls, nullptr);
+  EXPECT_EQ(count(urls), 0U);
+}
+
+TEST_F(DeviceTest, DocumentsDirectoryIsAFileURL) {
+  sim::setDocumentsDirectory("/tmp/My Döcuments");
+  const id urls = urlsFor(9, 1);
+  ASSERT_EQ(count(urls), 1U);
+  const id url = send<id>(urls, selector<"objectAtIndex:">(), UInteger{0});
+  EXPECT_EQ(utf8From(send<id>(url, selector<"absoluteString">())),
+            "file:///tmp/My%20D%C3%B6cuments/");
+  const id file = send<id>(url, selector<"URLByAppendingPathComponent:">(),
+                           zib::makeString("Info.plist").raw());
+  EXPECT_EQ(utf8From(send<id>(file, selector<"path">())), "/tmp/My Döcuments/Info.plist");
+}
+
+TEST_F(DeviceTest, OtherDirectoriesAndDomainsAreUnknown) {
+  sim::setDocumentsDirectory("/tmp");
+  EXPECT_EQ(count(urlsFor(5, 1)), 0U);
+  EXPECT_EQ(count(urlsFor(9, 8)), 0U);
+}
+
+}  // namespace
