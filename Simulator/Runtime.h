@@ -20,8 +20,6 @@ extern "C" {
 // Tells the runtime that the process has threads, so that it locks its tables while classes change.
 zib::objc::BOOL objc_thread_add();
 objc_method* class_getClassMethod(objc_class* cls, zib::objc::SEL selector);
-zib::objc::IMP class_replaceMethod(objc_class* cls, zib::objc::SEL selector,
-                                   zib::objc::IMP function, const char* types);
 objc_method** class_copyMethodList(objc_class* cls, unsigned int* count);
 // Before the class is registered. `logOfAlignment` is the logarithm to base 2.
 zib::objc::BOOL class_addIvar(objc_class* cls, const char* name, std::size_t size,
@@ -48,8 +46,13 @@ zib::objc::IMP installMethod(zib::Class cls, const char* name,
   const zib::Selector selector(name);
   const zib::Method before = cls.instanceMethod(selector);
   const zib::objc::IMP original = before ? before.implementation() : nullptr;
-  class_replaceMethod(cls.raw(), selector.raw(), zib::objc::functionCast<zib::objc::IMP>(function),
-                      zib::encoding::Method<Signature>::value.data());
+  // Not class_replaceMethod: GCC's replaces an inherited method in the superclass.
+  const auto implementation = zib::objc::functionCast<zib::objc::IMP>(function);
+  if (before && cls.ownerOf(selector) == cls) {
+    before.setImplementation(implementation);
+  } else {
+    cls.addMethod(selector, implementation, zib::encoding::Method<Signature>::value.data());
+  }
   return original;
 }
 

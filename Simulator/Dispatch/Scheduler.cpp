@@ -1,0 +1,138 @@
+#include "Simulator/Dispatch/Scheduler.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+#include "Platform/AutoreleasePool.h"
+
+namespace sim {
+namespace {
+
+constexpr std::string_view mainThreadName = "main";
+
+std::string& threadName() {
+  static thread_local std::string name(mainThreadName);
+  return name;
+}
+
+// Each piece of work gets a pool, as dispatch and threads of the platform give.
+void runPooled(const Work& work) {
+  const zib::AutoreleasePool pool;
+  work();
+}
+
+}  // namespace
+
+std::string_view currentThreadName() { return threadName(); }
+
+Scheduler& Scheduler::shared() {
+  static Scheduler scheduler;
+  return scheduler;
+}
+
+Nanoseconds Scheduler::now() const {
+  const std::lock_guard lock(mutex_);
+  return now_;
+}
+
+void Scheduler::submit(Work work, Nanoseconds due) {
+  const std::lock_guard lock(mutex_);
+  items_.insert({due, nextNumber_++, std::move(work)});
+}
+
+void Scheduler::submitNow(Work work) {
+  const std::lock_guard lock(mutex_);
+  items_.insert({now_, nextNumber_++, std::move(work)});
+}
+
+void Scheduler::submitAndWait(Work work) {
+  if (threadName() == mainThreadName) {
+    std::fputs("zibsim: dispatch_sync was called on the main queue by the main thread\n", stderr);
+    std::abort();
+  }
+  bool isDone = false;
+  std::unique_lock lock(mutex_);
+  items_.insert({now_, nextNumber_++, [&] {
+                   work();
+                   const std::lock_guard doneLock(mutex_);
+                   isDone = true;
+                   --waiting_;
+                   changed_.notify_all();
+                 }});
+  ++waiting_;
+  changed_.notify_all();
+  changed_.wait(lock, [&] { return isDone; });
+}
+
+void Scheduler::submitElsewhere(std::string name, Work work) {
+  const std::lock_guard lock(mutex_);
+  elsewhere_.push_back({std::move(name), std::move(work)});
+}
+
+void Scheduler::runOn(const std::string& name, const Work& work) {
+  if (name == mainThreadName) {
+    runPooled(work);
+    return;
+  }
+  bool isDone = false;
+  std::thread thread([&] {
+    threadName() = name;
+    runPooled(work);
+    const std::lock_guard lock(mutex_);
+    isDone = true;
+    changed_.notify_all();
+  });
+  std::unique_lock lock(mutex_);
+  while (!isDone) {
+    changed_.wait(lock, [&] { return isDone || waiting_ > 0; });
+    while (waiting_ > 0) {
+      const Nanoseconds limit = now_;
+      lock.unlock();
+      runNextDue(limit);
+      lock.lock();
+    }
+  }
+  lock.unlock();
+  thread.join();
+}
+
+void Scheduler::drain() {
+  while (runNextElsewhere() || runNextDue(now())) {
+  }
+}
+
+void Scheduler::advanceTo(Nanoseconds time) {
+  drain();
+  while (runNextDue(time)) drain();
+  const std::lock_guard lock(mutex_);
+  now_ = std::max(now_, time);
+}
+
+bool Scheduler::runNextDue(Nanoseconds limit) {
+  Work work;
+  {
+    const std::lock_guard lock(mutex_);
+    if (items_.empty() || items_.begin()->due > limit) return false;
+    now_ = std::max(now_, items_.begin()->due);
+    work = std::move(items_.begin()->work);
+    items_.erase(items_.begin());
+  }
+  runPooled(work);
+  return true;
+}
+
+bool Scheduler::runNextElsewhere() {
+  Elsewhere next;
+  {
+    const std::lock_guard lock(mutex_);
+    if (elsewhere_.empty()) return false;
+    next = std::move(elsewhere_.front());
+    elsewhere_.pop_front();
+  }
+  runOn(next.threadName, next.work);
+  return true;
+}
+
+}  // namespace sim

@@ -1,0 +1,80 @@
+// The simulated process's threads and its time.
+//
+// Exactly one thread runs at any moment, so that a run is the same each time: the main thread hands
+// over to another one and waits until that one has finished or waits for the main queue. Time is
+// virtual and moves only in advance() and when a request hangs.
+
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace sim {
+
+using Work = std::function<void()>;
+using Nanoseconds = std::int64_t;
+
+// The name under which the timeline shows the calling thread: "main" unless one was given.
+std::string_view currentThreadName();
+
+class Scheduler {
+ public:
+  static Scheduler& shared();
+
+  // Since the start, as all times here.
+  [[nodiscard]] Nanoseconds now() const;
+
+  // Work of the main queue, in order of its due time, and of submission where that is the same.
+  // Any thread.
+  void submit(Work work, Nanoseconds due);
+  void submitNow(Work work);
+  // Returns when the main thread has run the work. On the main thread this would never be, so there
+  // it ends the process with a message, as the platform does.
+  void submitAndWait(Work work);
+
+  // Work for another thread, begun when the main thread is done with what it does now and before
+  // the main queue goes on.
+  void submitElsewhere(std::string threadName, Work work);
+
+  // Main thread only, all of these.
+  // Runs work on a thread of that name to its end; meanwhile the main queue serves those who wait
+  // for it. The name "main" is the main thread itself.
+  void runOn(const std::string& threadName, const Work& work);
+  // Runs all that is due until nothing is left.
+  void drain();
+  // Lets time pass; what falls due runs at its own time.
+  void advanceTo(Nanoseconds time);
+
+ private:
+  struct Item {
+    Nanoseconds due;
+    std::uint64_t number;
+    mutable Work work;
+    friend bool operator<(const Item& one, const Item& other) {
+      return one.due != other.due ? one.due < other.due : one.number < other.number;
+    }
+  };
+  struct Elsewhere {
+    std::string threadName;
+    Work work;
+  };
+
+  bool runNextDue(Nanoseconds limit);
+  bool runNextElsewhere();
+
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  std::set<Item> items_;
+  std::deque<Elsewhere> elsewhere_;
+  Nanoseconds now_ = 0;
+  std::uint64_t nextNumber_ = 0;
+  int waiting_ = 0;
+};
+
+}  // namespace sim

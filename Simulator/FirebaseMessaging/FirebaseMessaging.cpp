@@ -1,0 +1,87 @@
+#include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
+
+#include "Platform/ClassBuilder.h"
+#include "Platform/Send.h"
+#include "Simulator/Timeline/Timeline.h"
+
+namespace sim::firebase {
+namespace {
+
+using zib::Class;
+using zib::classNamed;
+using zib::Object;
+using zib::Selector;
+using zib::selector;
+using zib::send;
+using zib::objc::BOOL;
+using zib::objc::id;
+using zib::objc::SEL;
+
+struct State {
+  Pieces pieces;
+  Object messaging;
+  Object delegate;
+};
+
+State& state() {
+  static State state;
+  return state;
+}
+
+id sharedMessaging(id, SEL) { return state().pieces.instance ? state().messaging.raw() : nullptr; }
+
+id getDelegate(id, SEL) { return state().delegate.raw(); }
+
+void recordAndSetDelegate(id, SEL, id delegate) {
+  const Json name = delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name());
+  Timeline::shared().add("system", {{"operation", "setFirebaseDelegate"}, {"class", name}});
+  state().delegate = Object::retained(delegate);
+}
+
+// The answer that NSObject gives for the receiver's class.
+BOOL inherited(id self, SEL respondsToSelector, SEL asked) {
+  const Class root = classNamed<"NSObject">();
+  const Class from = Class::ofObject(self) == Class::ofObject(classNamed<"FIRMessaging">().object())
+                         ? Class::ofObject(root.object())
+                         : root;
+  const auto method = from.instanceMethod(Selector(respondsToSelector));
+  return zib::callImplementation<BOOL>(method.implementation(), self, Selector(respondsToSelector),
+                                       asked);
+}
+
+BOOL classRespondsTo(id self, SEL respondsToSelector, SEL asked) {
+  const bool isMissing = Selector(asked) == selector<"messaging">() && !state().pieces.classMethod;
+  return isMissing ? BOOL{0} : inherited(self, respondsToSelector, asked);
+}
+
+BOOL instanceRespondsTo(id self, SEL respondsToSelector, SEL asked) {
+  const Selector selector(asked);
+  const Pieces& pieces = state().pieces;
+  const bool isMissing = (selector == zib::selector<"delegate">() && !pieces.delegateProperty) ||
+                         (selector == zib::selector<"setDelegate:">() && !pieces.settable);
+  return isMissing ? BOOL{0} : inherited(self, respondsToSelector, asked);
+}
+
+Object makeMessaging() {
+  const Class cls = zib::ClassBuilder("FIRMessaging", classNamed<"NSObject">())
+                        .classMethod("messaging", &sharedMessaging)
+                        .classMethod("respondsToSelector:", &classRespondsTo)
+                        .method("respondsToSelector:", &instanceRespondsTo)
+                        .method("delegate", &getDelegate)
+                        .method("setDelegate:", &recordAndSetDelegate)
+                        .registerClass();
+  return Object::adopted(send<id>(cls.object(), selector<"new">()));
+}
+
+}  // namespace
+
+void set(const Pieces& pieces) {
+  state().pieces = pieces;
+  if (!state().messaging) state().messaging = makeMessaging();
+}
+
+void setDelegate(Object delegate) { state().delegate = std::move(delegate); }
+id delegate() { return state().delegate.raw(); }
+id messaging() { return state().messaging.raw(); }
+
+}  // namespace sim::firebase

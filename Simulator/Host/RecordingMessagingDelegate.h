@@ -1,0 +1,18 @@
+// The host's messaging delegate: it records what the module tells it.
+
+#pragma once
+
+#include "ZibMessaging/ZibMessagingDelegate.h"
+
+namespace sim {
+
+class RecordingMessagingDelegate final : public ZibMessagingDelegate {
+ public:
+  void didReceiveToken(ZibMessaging& messaging, std::string_view token) override;
+  void didReceiveNotification(ZibMessaging& messaging, const zib::Dictionary& userInfo) override;
+  void didReceiveNotificationResponse(ZibMessaging& messaging,
+                                      const zib::NotificationResponse& response) override;
+  void didFailToRegisterWithError(ZibMessaging& messaging, const zib::Error& error) override;
+};
+
+}  // namespace sim

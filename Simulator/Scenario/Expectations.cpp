@@ -1,0 +1,91 @@
+#include "Simulator/Scenario/Expectations.h"
+
+#include <algorithm>
+
+namespace sim {
+namespace {
+
+// Objects match key by key, everything else exactly.
+bool matches(const Json& expected, const Json& actual) {
+  if (!expected.is_object()) return expected == actual;
+  if (!actual.is_object()) return false;
+  const auto items = expected.items();
+  return std::all_of(items.begin(), items.end(), [&](const auto& item) {
+    const auto member = actual.find(item.key());
+    return member != actual.end() && matches(item.value(), *member);
+  });
+}
+
+// How much of what is expected an entry has: each member that matches counts, those of nested
+// objects too.
+int likeness(const Json& expected, const Json& actual) {
+  if (!expected.is_object() || !actual.is_object()) return expected == actual ? 1 : 0;
+  int sum = 0;
+  for (const auto& [key, value] : expected.items()) {
+    const auto member = actual.find(key);
+    if (member != actual.end()) sum += likeness(value, *member);
+  }
+  return sum;
+}
+
+std::string describeNearest(const Json& expected, const std::vector<Json>& timeline,
+                            std::size_t from) {
+  constexpr std::size_t most = 3;
+  struct Candidate {
+    int likeness;
+    std::size_t index;
+  };
+  std::vector<Candidate> candidates;
+  for (std::size_t index = 0; index < timeline.size(); ++index) {
+    const int score = likeness(expected, timeline[index]);
+    if (score > 0) candidates.push_back({score, index});
+  }
+  std::stable_sort(candidates.begin(), candidates.end(),
+                   [](auto one, auto other) { return one.likeness > other.likeness; });
+  if (candidates.empty()) return "\n  no entry is like it";
+  std::string text = "\n  nearest entries:";
+  for (const Candidate& candidate : candidates) {
+    if (static_cast<std::size_t>(&candidate - candidates.data()) == most) break;
+    text += "\n    " + lineFrom(timeline[candidate.index]);
+    if (candidate.index < from && matches(expected, timeline[candidate.index])) {
+      text += "\n      (comes before the entry that the expectation above it matched)";
+    }
+  }
+  return text;
+}
+
+std::string describeMiss(std::size_t index, const Json& item) {
+  return "expectation " + std::to_string(index) + " is not met: " + item.dump();
+}
+
+}  // namespace
+
+std::vector<std::string> unmetExpectations(const Json& expectations,
+                                           const std::vector<Json>& timeline) {
+  std::vector<std::string> unmet;
+  std::size_t from = 0;
+  for (std::size_t index = 0; index < expectations.size(); ++index) {
+    const Json& item = expectations[index];
+    const auto isMatch = [&](const Json& entry) {
+      return matches(item.contains("absent") ? item.at("absent") : item, entry);
+    };
+    if (item.contains("absent")) {
+      const auto found = std::find_if(timeline.begin(), timeline.end(), isMatch);
+      if (found != timeline.end()) {
+        unmet.push_back(describeMiss(index, item) + "\n  this entry is there:\n    " +
+                        lineFrom(*found));
+      }
+      continue;
+    }
+    const auto start = timeline.begin() + static_cast<std::ptrdiff_t>(from);
+    const auto found = std::find_if(start, timeline.end(), isMatch);
+    if (found == timeline.end()) {
+      unmet.push_back(describeMiss(index, item) + describeNearest(item, timeline, from));
+    } else {
+      from = static_cast<std::size_t>(found - timeline.begin()) + 1;
+    }
+  }
+  return unmet;
+}
+
+}  // namespace sim

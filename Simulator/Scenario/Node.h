@@ -1,0 +1,51 @@
+// A value of a scenario together with where it stands, so that whatever is wrong with it can be
+// said with its JSON pointer. Each reader throws ScenarioError.
+
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Simulator/Timeline/Timeline.h"
+
+namespace sim {
+
+class Node {
+ public:
+  Node(const Json& value, std::string pointer) : value_(&value), pointer_(std::move(pointer)) {}
+
+  [[nodiscard]] const Json& value() const noexcept { return *value_; }
+  [[nodiscard]] const std::string& pointer() const noexcept { return pointer_; }
+  [[nodiscard]] bool isNull() const noexcept { return value_->is_null(); }
+
+  [[noreturn]] void fail(const std::string& problem, const std::string& allowed = {}) const;
+  // The problem is "PREFIX got VALUE", shortened.
+  [[noreturn]] void failType(const std::string& allowed) const;
+
+  // Checks that it is an object with none but these keys.
+  const Node& objectOf(const std::vector<std::string_view>& allowedKeys) const;
+  // The member, if it is there.
+  [[nodiscard]] std::optional<Node> find(std::string_view key) const;
+  [[nodiscard]] Node require(std::string_view key) const;
+
+  [[nodiscard]] std::vector<Node> list() const;
+  [[nodiscard]] bool boolean() const;
+  [[nodiscard]] std::string text() const;
+  [[nodiscard]] std::int64_t integer() const;
+  [[nodiscard]] double nonNegativeNumber() const;
+  // The index of the text among the choices.
+  [[nodiscard]] std::size_t choice(const std::vector<std::string_view>& choices) const;
+
+  [[nodiscard]] bool booleanOr(std::string_view key, bool otherwise) const;
+
+ private:
+  const Json* value_;
+  std::string pointer_;
+};
+
+// "a", "b", "c".
+std::string quotedList(const std::vector<std::string_view>& texts);
+
+}  // namespace sim

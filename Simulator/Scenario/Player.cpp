@@ -1,0 +1,435 @@
+#include "Simulator/Scenario/Player.h"
+
+#include <cmath>
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "Platform/AutoreleasePool.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Platform/ValueConversion.h"
+#include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Foundation/Foundation.h"
+#include "Simulator/Host/RecordingCore.h"
+#include "Simulator/Host/RecordingMessagingDelegate.h"
+#include "Simulator/Runtime.h"
+#include "Simulator/Scenario/CompletionWatch.h"
+#include "Simulator/Scenario/Reader.h"
+#include "Simulator/Timeline/TextForms.h"
+#include "ZibMessaging/TokenText.h"
+#include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPayloadBuilder.h"
+#include "ZibMessaging/ZibSwizzleManager.h"
+
+namespace sim {
+namespace {
+
+using zib::Object;
+using zib::selector;
+using zib::send;
+using zib::objc::BOOL;
+using zib::objc::id;
+
+constexpr double nanosecondsPerSecond = 1e9;
+constexpr const char* defaultAction = "com.apple.UNNotificationDefaultActionIdentifier";
+
+void addReturn(const std::string& of, const Json& value) {
+  Timeline::shared().add("return", {{"of", of}, {"value", value}});
+}
+
+zib::ValueMap userInfoOf(const Json& fields) {
+  return *valueFromJson(fields.at("userInfo")).get<zib::ValueMap>();
+}
+
+zib::Dictionary dictionaryOf(const Json& fields) {
+  return zib::Dictionary::from(userInfoOf(fields));
+}
+
+zib::Bytes bytesOf(const Json& fields) {
+  return bytesFromHex(fields.at("hex").get<std::string>()).value();
+}
+
+zib::Error errorOf(const Json& fields) { return readError(Node(fields.at("error"), "/error")); }
+
+zib::URL urlFrom(const std::string& text) { return zib::URL::parse(text).value(); }
+
+std::string actionOf(const Json& fields) { return fields.value("action", defaultAction); }
+
+// Calls the delegate as the system does: only if it responds.
+template <class Result, class... Arguments>
+std::optional<Result> callDelegate(id delegate, zib::Selector method, Arguments... arguments) {
+  if (delegate == nullptr || !zib::respondsTo(delegate, method)) return std::nullopt;
+  return send<Result>(delegate, method, arguments...);
+}
+
+template <class... Arguments>
+void tellDelegate(id delegate, zib::Selector method, Arguments... arguments) {
+  if (delegate != nullptr && zib::respondsTo(delegate, method)) {
+    send<void>(delegate, method, arguments...);
+  }
+}
+
+class Player {
+ public:
+  void play(const Scenario& scenario);
+
+ private:
+  using PlayStep = void (Player::*)(const Json& fields);
+
+  static const std::map<std::string, PlayStep>& steps();
+
+  void setUpDevice(const DeviceDescription& device);
+  void setUpHost(const HostDescription& host);
+  Object makeDelegate(const DelegateDescription& description);
+  void applyFirebase(const FirebaseDescription& firebase);
+  static void setURLDelegate(std::optional<bool> answer);
+  static zib::Application application() { return zib::Application::retained(uikit::application()); }
+
+  void configure(const Json& fields);
+  void registerForPush(const Json& fields);
+  void answerAuthorization(const Json& fields);
+  void deviceToken(const Json& fields);
+  void registrationFailure(const Json& fields);
+  void fcmToken(const Json& fields);
+  void present(const Json& fields);
+  void respond(const Json& fields);
+  void openURL(const Json& fields);
+  void sceneOpenURLs(const Json& fields);
+  void setNotificationDelegate(const Json& fields);
+  void connectScene(const Json& fields);
+  void setFirebase(const Json& fields);
+  void releaseMessagingDelegate(const Json& fields);
+  void setURLDelegate(const Json& fields);
+  void setConfig(const Json& fields);
+  void setSwizzlingEnabled(const Json& fields);
+  void call(const Json& fields);
+  void state(const Json& fields);
+
+  CompletionWatch completions_;
+  std::shared_ptr<RecordingMessagingDelegate> messagingDelegate_;
+};
+
+void Player::setUpDevice(const DeviceDescription& device) {
+  installFoundation();
+  setMainBundlePath(device.bundlePath);
+  setSystemVersion(device.osMajor, device.osMinor);
+  setClock([] { return static_cast<double>(Scheduler::shared().now()) / nanosecondsPerSecond; });
+  uikit::install(device.application, device.opensURLs);
+  usernotifications::install(device.answersByItself ? std::optional(device.authorization)
+                                                    : std::nullopt);
+}
+
+void Player::setUpHost(const HostDescription& host) {
+  uikit::setAppDelegate(makeDelegate(host.appDelegate));
+  usernotifications::setDelegate(makeDelegate(host.notificationDelegate));
+  for (const SceneDescription& scene : host.scenes) {
+    uikit::connectScene(scene.hasWindow, makeDelegate(scene.delegate));
+  }
+  if (host.firebase) applyFirebase(*host.firebase);
+  setURLDelegate(host.urlDelegate);
+  using MessagingDelegate = HostDescription::MessagingDelegate;
+  if (host.messagingDelegate == MessagingDelegate::none) return;
+  messagingDelegate_ = std::make_shared<RecordingMessagingDelegate>();
+  ZibMessaging::shared().setDelegate(messagingDelegate_);
+  if (host.messagingDelegate == MessagingDelegate::released) messagingDelegate_.reset();
+}
+
+Object Player::makeDelegate(const DelegateDescription& description) {
+  switch (description.kind) {
+    case DelegateDescription::Kind::none:
+      return {};
+    case DelegateDescription::Kind::appDelegate:
+      return Object::retained(uikit::appDelegate());
+    case DelegateDescription::Kind::object:
+      return makeHostObject(description.className);
+  }
+  return {};
+}
+
+void Player::applyFirebase(const FirebaseDescription& firebase) {
+  firebase::set(firebase.pieces);
+  if (firebase.delegate) firebase::setDelegate(makeDelegate(*firebase.delegate));
+}
+
+void Player::setURLDelegate(std::optional<bool> answer) {
+  if (!answer) {
+    ZibDeepLinkHandler::shared().setURLDelegate({});
+    return;
+  }
+  ZibDeepLinkHandler::shared().setURLDelegate([answer = *answer](const zib::URL& url) {
+    Timeline::shared().add("urlDelegate", {{"url", url.absoluteString()}, {"handled", answer}});
+    return answer;
+  });
+}
+
+void Player::configure(const Json& /*fields*/) { ZibMessaging::shared().configure(application()); }
+
+void Player::registerForPush(const Json& /*fields*/) {
+  ZibMessaging::shared().registerForPush(application());
+}
+
+void Player::answerAuthorization(const Json& fields) {
+  if (!usernotifications::answerOldestRequest(readAnswer(Node(fields, "")))) {
+    Timeline::shared().add("problem", {{"code", "noRequestToAnswer"},
+                                       {"of", "answerAuthorization"},
+                                       {"message", "no request for permission is waiting"}});
+  }
+}
+
+void Player::deviceToken(const Json& fields) {
+  tellDelegate(uikit::appDelegate(),
+               selector<"application:didRegisterForRemoteNotificationsWithDeviceToken:">(),
+               uikit::application(), zib::makeData(bytesOf(fields)).raw());
+}
+
+void Player::registrationFailure(const Json& fields) {
+  const Object error = fields.at("error").is_null() ? Object() : errorOf(fields).nativeError();
+  tellDelegate(uikit::appDelegate(),
+               selector<"application:didFailToRegisterForRemoteNotificationsWithError:">(),
+               uikit::application(), error.raw());
+}
+
+void Player::fcmToken(const Json& fields) {
+  const Json& token = fields.at("token");
+  const Object text = token.is_null() ? Object() : zib::makeString(token.get<std::string>());
+  tellDelegate(firebase::delegate(), selector<"messaging:didReceiveRegistrationToken:">(),
+               firebase::messaging(), text.raw());
+}
+
+void Player::present(const Json& fields) {
+  const auto method =
+      selector<"userNotificationCenter:willPresentNotification:withCompletionHandler:">();
+  const id delegate = usernotifications::delegate();
+  if (delegate == nullptr || !zib::respondsTo(delegate, method)) return;
+  const auto completion = completions_.makeWithOptions("willPresent");
+  send<void>(delegate, method, usernotifications::center(),
+             usernotifications::makeNotification(userInfoOf(fields)).raw(), completion.raw());
+}
+
+void Player::respond(const Json& fields) {
+  const auto method =
+      selector<"userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:">();
+  const id delegate = usernotifications::delegate();
+  if (delegate == nullptr || !zib::respondsTo(delegate, method)) return;
+  const auto completion = completions_.make("didReceive");
+  send<void>(delegate, method, usernotifications::center(),
+             usernotifications::makeResponse(userInfoOf(fields), actionOf(fields)).raw(),
+             completion.raw());
+}
+
+void Player::openURL(const Json& fields) {
+  const Object options = zib::objectFrom(valueFromJson(fields.value("options", Json::object())));
+  const auto result = callDelegate<BOOL>(
+      uikit::appDelegate(), selector<"application:openURL:options:">(), uikit::application(),
+      urlFrom(fields.at("url").get<std::string>()).native(), options.raw());
+  if (result) addReturn("openURL", *result != 0);
+}
+
+void Player::sceneOpenURLs(const Json& fields) {
+  std::vector<Object> urls;
+  for (const Json& url : fields.at("urls")) {
+    urls.push_back(Object::retained(urlFrom(url.get<std::string>()).native()));
+  }
+  const id scene = uikit::scene(fields.value("scene", std::size_t{0}));
+  tellDelegate(send<id>(scene, selector<"delegate">()), selector<"scene:openURLContexts:">(), scene,
+               uikit::makeURLContexts(urls).raw());
+}
+
+void Player::setNotificationDelegate(const Json& fields) {
+  usernotifications::setDelegate(
+      makeDelegate(readDelegate(Node(fields.at("delegate"), "/delegate"), nullptr)));
+}
+
+void Player::connectScene(const Json& fields) {
+  const SceneDescription scene = readScene(Node(fields, ""), nullptr);
+  uikit::connectScene(scene.hasWindow, makeDelegate(scene.delegate));
+}
+
+void Player::setFirebase(const Json& fields) {
+  applyFirebase(readFirebase(Node(fields, ""), nullptr));
+}
+
+void Player::releaseMessagingDelegate(const Json& /*fields*/) { messagingDelegate_.reset(); }
+
+void Player::setURLDelegate(const Json& fields) {
+  const Json& value = fields.at("value");
+  setURLDelegate(value.is_null() ? std::nullopt : std::optional(value.get<bool>()));
+}
+
+void Player::setConfig(const Json& fields) {
+  setCoreConfig(readConfig(Node(fields.at("config"), "/config")));
+}
+
+void Player::setSwizzlingEnabled(const Json& fields) {
+  ZibSwizzleManager::shared().setSwizzlingEnabled(fields.at("value").get<bool>());
+}
+
+// The module's public operations, each with what it returns, or nothing.
+using Operation = std::optional<Json> (*)(const Json& arguments);
+
+// NOLINTNEXTLINE(readability-function-size): a table
+const std::map<std::string, Operation>& callableOperations() {
+  static const std::map<std::string, Operation> operations{
+      {"setupAutoSwizzling",
+       [](const Json&) -> std::optional<Json> {
+         ZibSwizzleManager::shared().setupAutoSwizzling();
+         return std::nullopt;
+       }},
+      {"setupAsNotificationDelegate",
+       [](const Json&) -> std::optional<Json> {
+         ZibMessaging::shared().setupAsNotificationDelegate();
+         return std::nullopt;
+       }},
+      {"ensureFirebaseMessagingDelegate",
+       [](const Json&) -> std::optional<Json> {
+         ZibMessaging::shared().ensureFirebaseMessagingDelegate();
+         return std::nullopt;
+       }},
+      {"didRegisterForRemoteNotifications",
+       [](const Json& arguments) -> std::optional<Json> {
+         ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(arguments));
+         return std::nullopt;
+       }},
+      {"setPushToken",
+       [](const Json& arguments) -> std::optional<Json> {
+         ZibMessaging::shared().setPushToken(bytesOf(arguments));
+         return std::nullopt;
+       }},
+      {"didFailToRegisterForRemoteNotifications",
+       [](const Json& arguments) -> std::optional<Json> {
+         ZibMessaging::shared().didFailToRegisterForRemoteNotifications(
+             arguments.at("error").is_null() ? zib::Error::fromNative(nullptr)
+                                             : errorOf(arguments));
+         return std::nullopt;
+       }},
+      {"setFCMToken",
+       [](const Json& arguments) -> std::optional<Json> {
+         ZibMessaging::shared().setFCMToken(arguments.at("token").get<std::string>());
+         return std::nullopt;
+       }},
+      {"didReceiveRegistrationToken",
+       [](const Json& arguments) -> std::optional<Json> {
+         ZibMessaging::shared().didReceiveRegistrationToken(
+             arguments.at("token").get<std::string>());
+         return std::nullopt;
+       }},
+      {"willPresent",
+       [](const Json& arguments) -> std::optional<Json> {
+         const Object notification = usernotifications::makeNotification(userInfoOf(arguments));
+         return ZibMessaging::shared().willPresent(zib::Notification::retained(notification.raw()));
+       }},
+      {"didReceive",
+       [](const Json& arguments) -> std::optional<Json> {
+         const Object response =
+             usernotifications::makeResponse(userInfoOf(arguments), actionOf(arguments));
+         ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response.raw()));
+         return std::nullopt;
+       }},
+      {"trackNotificationReceived",
+       [](const Json& arguments) -> std::optional<Json> {
+         ZibMessaging::shared().trackNotificationReceived(dictionaryOf(arguments));
+         return std::nullopt;
+       }},
+      {"trackNotificationOpened",
+       [](const Json& arguments) -> std::optional<Json> {
+         ZibMessaging::shared().trackNotificationOpened(dictionaryOf(arguments));
+         return std::nullopt;
+       }},
+      {"handleNotificationURL",
+       [](const Json& arguments) -> std::optional<Json> {
+         return ZibDeepLinkHandler::shared().handleNotificationURL(dictionaryOf(arguments));
+       }},
+      {"handleURL",
+       [](const Json& arguments) -> std::optional<Json> {
+         return ZibDeepLinkHandler::shared().handleURL(
+             urlFrom(arguments.at("url").get<std::string>()),
+             arguments.at("source").get<std::string>());
+       }},
+      {"createNotificationPayload",
+       [](const Json& arguments) -> std::optional<Json> {
+         return jsonFrom(ZibPayloadBuilder::createNotificationPayload(
+             dictionaryOf(arguments), arguments.at("eventType").get<std::string>()));
+       }},
+  };
+  return operations;
+}
+
+void Player::call(const Json& fields) {
+  const auto operation = fields.at("operation").get<std::string>();
+  const Json arguments = fields.value("arguments", Json::object());
+  if (const auto result = callableOperations().at(operation)(arguments)) {
+    addReturn(operation, *result);
+  }
+}
+
+void Player::state(const Json& /*fields*/) {
+  const ZibMessaging& messaging = ZibMessaging::shared();
+  const auto fcmToken = messaging.fcmToken();
+  const auto apnsToken = messaging.apnsToken();
+  Timeline::shared().add("state",
+                         {{"isPushEnabled", messaging.isPushEnabled()},
+                          {"fcmToken", fcmToken ? Json(*fcmToken) : Json()},
+                          {"apnsToken", apnsToken ? Json(hexText(*apnsToken)) : Json()},
+                          {"isSwizzlingEnabled", ZibSwizzleManager::shared().isSwizzlingEnabled()},
+                          {"savedFirebasePlistPath", nullptr}});
+}
+
+const std::map<std::string, Player::PlayStep>& Player::steps() {
+  static const std::map<std::string, PlayStep> steps{
+      {"configure", &Player::configure},
+      {"registerForPush", &Player::registerForPush},
+      {"answerAuthorization", &Player::answerAuthorization},
+      {"deviceToken", &Player::deviceToken},
+      {"registrationFailure", &Player::registrationFailure},
+      {"fcmToken", &Player::fcmToken},
+      {"present", &Player::present},
+      {"respond", &Player::respond},
+      {"openURL", &Player::openURL},
+      {"sceneOpenURLs", &Player::sceneOpenURLs},
+      {"setNotificationDelegate", &Player::setNotificationDelegate},
+      {"connectScene", &Player::connectScene},
+      {"setFirebase", &Player::setFirebase},
+      {"releaseMessagingDelegate", &Player::releaseMessagingDelegate},
+      {"setURLDelegate", &Player::setURLDelegate},
+      {"setConfig", &Player::setConfig},
+      {"setSwizzlingEnabled", &Player::setSwizzlingEnabled},
+      {"call", &Player::call},
+      {"state", &Player::state},
+  };
+  return steps;
+}
+
+void Player::play(const Scenario& scenario) {
+  objc_thread_add();
+  const zib::AutoreleasePool pool;
+  setUpDevice(scenario.device);
+  registerHostClasses(scenario.hostClasses);
+  installRecordingCore();
+  setCoreConfig(scenario.core.config);
+  setPushConfigEndpoint(scenario.core.pushConfigEndpoint);
+  setUpHost(scenario.host);
+  Scheduler& scheduler = Scheduler::shared();
+  for (std::size_t index = 0; index < scenario.steps.size(); ++index) {
+    const Step& step = scenario.steps[index];
+    scheduler.runOn(step.thread, [&] {
+      Timeline::shared().add("step", {{"index", index}, {"do", step.verb}});
+      if (const auto playStep = steps().find(step.verb); playStep != steps().end()) {
+        (this->*playStep->second)(step.fields);
+      }
+    });
+    if (step.verb == "advance") {
+      const double seconds = step.fields.at("seconds").get<double>();
+      scheduler.advanceTo(scheduler.now() + std::llround(seconds * nanosecondsPerSecond));
+    }
+    scheduler.drain();
+  }
+  completions_.reportMissing();
+}
+
+}  // namespace
+
+void play(const Scenario& scenario) { Player().play(scenario); }
+
+}  // namespace sim

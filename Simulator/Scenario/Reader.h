@@ -1,0 +1,27 @@
+// Reading a scenario.
+
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Simulator/Scenario/Node.h"
+#include "Simulator/Scenario/Scenario.h"
+
+namespace sim {
+
+// Throws ScenarioError. `defaultName` is used where the scenario has none.
+Scenario readScenario(std::string_view text, const std::string& defaultName);
+
+// Parts that steps have too; what they describe has been checked by readScenario, so that playing a
+// step cannot fail.
+zib::Error readError(const Node& node);
+std::optional<ZibConfig> readConfig(const Node& node);
+usernotifications::Answer readAnswer(const Node& node);
+// Adds the class, and its superclasses, to the host's classes. `classes` may be null when they are
+// known already.
+DelegateDescription readDelegate(const Node& node, HostClassDescriptions* classes);
+SceneDescription readScene(const Node& node, HostClassDescriptions* classes);
+FirebaseDescription readFirebase(const Node& node, HostClassDescriptions* classes);
+
+}  // namespace sim

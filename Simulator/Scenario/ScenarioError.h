@@ -1,0 +1,18 @@
+// What is wrong with a scenario, and where.
+
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace sim {
+
+// what() is "POINTER: PROBLEM; allowed: ALLOWED", one line.
+class ScenarioError : public std::runtime_error {
+ public:
+  ScenarioError(const std::string& pointer, const std::string& problem, const std::string& allowed)
+      : std::runtime_error((pointer.empty() ? "(root)" : pointer) + ": " + problem +
+                           (allowed.empty() ? "" : "; allowed: " + allowed)) {}
+};
+
+}  // namespace sim

@@ -1,0 +1,215 @@
+#include "Simulator/Timeline/PeopleFormat.h"
+
+#include <array>
+#include <cstdio>
+#include <map>
+
+namespace sim {
+namespace {
+
+std::string textOf(const Json& value) {
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+// Payloads are long, and people see them once in the scenario.
+std::string shortened(const std::string& text) {
+  constexpr std::size_t longest = 72;
+  if (text.size() <= longest) return text;
+  std::size_t end = longest;
+  while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  return text.substr(0, end) + "…";
+}
+
+// The fields without those that every entry has and those named, as "name value" pairs.
+std::string others(const Json& fields, const std::vector<std::string>& without) {
+  std::string text;
+  for (const auto& [key, value] : fields.items()) {
+    if (std::find(without.begin(), without.end(), key) != without.end()) continue;
+    const std::string shown = value.is_structured() ? shortened(value.dump()) : textOf(value);
+    text.append(text.empty() ? "" : ", ").append(key).append(" ").append(shown);
+  }
+  return text;
+}
+
+std::string withDetails(const std::string& text, const std::string& details) {
+  return details.empty() ? text : text + "  (" + details + ")";
+}
+
+std::string describeError(const Json& error) {
+  return textOf(error.at("description")) + " [" + textOf(error.at("domain")) + " " +
+         error.at("code").dump() + "]";
+}
+
+std::string describeLog(const Json& entry) {
+  const std::string message = textOf(entry.at("message"));
+  return entry.contains("error") ? message + ": " + describeError(entry.at("error")) : message;
+}
+
+// The fields that the notification filled; the rest is the same in each event.
+std::string describeEvent(const Json& entry) {
+  Json filled = Json::object();
+  for (const auto& [key, value] : entry.at("data").items()) {
+    if (!value.is_null()) filled[key] = value;
+  }
+  const std::string type = textOf(filled.value("event_type", Json("event")));
+  return withDetails(
+      type, others(filled, {"event_type", "ma_channel", "campaign_source", "platform_name"}));
+}
+
+std::string describeHost(const Json& entry) {
+  std::string method = "-[" + textOf(entry.at("class")) + " " + textOf(entry.at("selector")) + "]";
+  if (entry.at("class") != entry.at("receiver")) method += " of " + textOf(entry.at("receiver"));
+  std::string details =
+      others(entry, {"t", "thread", "kind", "class", "receiver", "selector", "error"});
+  if (entry.contains("error")) details = describeError(entry.at("error"));
+  return withDetails(method, details);
+}
+
+std::string describeCategories(const Json& entry) {
+  std::string text;
+  for (const Json& category : entry.at("categories")) {
+    text.append(text.empty() ? "" : "; ").append(textOf(category.at("identifier"))).append(":");
+    for (const Json& action : category.at("actions")) {
+      text.append(" \"").append(textOf(action.at("title"))).append("\"");
+    }
+  }
+  return text;
+}
+
+std::string describeOperation(const Json& entry) {
+  const std::string operation = textOf(entry.at("operation"));
+  if (operation == "setNotificationCategories") {
+    return withDetails(operation, describeCategories(entry));
+  }
+  if (entry.contains("error")) return operation + "  " + describeError(entry.at("error"));
+  if (operation == "openURL") {
+    return operation + "  " + textOf(entry.at("url"));
+  }
+  return withDetails(operation, others(entry, {"t", "thread", "kind", "operation"}));
+}
+
+std::string describeURLDelegate(const Json& entry) {
+  return textOf(entry.at("url")) + (entry.at("handled") == true ? "  handled" : "  not handled");
+}
+
+std::string describeOf(const Json& entry) {
+  return withDetails(textOf(entry.at("of")), others(entry, {"t", "thread", "kind", "of"}));
+}
+
+std::string describeReturn(const Json& entry) {
+  return textOf(entry.at("of")) + " -> " + textOf(entry.at("value"));
+}
+
+std::string describeProblem(const Json& entry) {
+  return textOf(entry.at("message")) + " [" + textOf(entry.at("code")) + "]";
+}
+
+std::string describeRest(const Json& entry) { return others(entry, {"t", "thread", "kind"}); }
+
+std::string describe(const Json& entry) {
+  static const std::map<std::string, std::string (*)(const Json&)> describers{
+      {"log", &describeLog},
+      {"event", &describeEvent},
+      {"storage", &describeOperation},
+      {"core", &describeOperation},
+      {"delegate", &describeOperation},
+      {"host", &describeHost},
+      {"urlDelegate", &describeURLDelegate},
+      {"system", &describeOperation},
+      {"completion", &describeOf},
+      {"return", &describeReturn},
+      {"problem", &describeProblem},
+  };
+  const auto found = describers.find(entry.at("kind").get<std::string>());
+  return found == describers.end() ? describeRest(entry) : found->second(entry);
+}
+
+std::string padded(std::string text, std::size_t width) {
+  if (text.size() < width) text.append(width - text.size(), ' ');
+  return text;
+}
+
+std::string counted(int count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+}  // namespace
+
+PeopleFormat::Style PeopleFormat::styleOf(const std::string& kind) {
+  static const std::map<std::string, Style> styles{
+      {"log", Style::dim},          {"event", Style::green},   {"storage", Style::blue},
+      {"core", Style::blue},        {"delegate", Style::cyan}, {"host", Style::magenta},
+      {"urlDelegate", Style::cyan}, {"system", Style::yellow}, {"http", Style::yellow},
+      {"problem", Style::red},
+  };
+  const auto found = styles.find(kind);
+  return found == styles.end() ? Style::plain : found->second;
+}
+
+std::string PeopleFormat::styled(const std::string& text, Style style) const {
+  static constexpr std::array<const char*, 9> codes{"0",  "1",  "2",  "31", "32",
+                                                    "33", "34", "35", "36"};
+  if (!hasColour_ || style == Style::plain) return text;
+  return std::string("\x1b[") + codes.at(static_cast<std::size_t>(style)) + "m" + text + "\x1b[0m";
+}
+
+void PeopleFormat::title(const std::string& name, std::vector<Json> steps) {
+  *this = PeopleFormat(*out_, hasColour_);
+  steps_ = std::move(steps);
+  *out_ << styled(name, Style::bold) << '\n';
+}
+
+std::string PeopleFormat::describeStep(const Json& entry) const {
+  const auto index = entry.at("index").get<std::size_t>();
+  std::string text = std::to_string(index + 1) + ". " + entry.at("do").get<std::string>();
+  if (index >= steps_.size()) return styled(text, Style::bold);
+  const Json& step = steps_[index];
+  if (step.contains("operation")) text += " " + textOf(step.at("operation"));
+  const std::string details = others(step, {"do", "thread", "operation"});
+  return styled(text, Style::bold) + (details.empty() ? "" : styled("  " + details, Style::dim));
+}
+
+void PeopleFormat::count(const Json& entry) {
+  const std::string kind = entry.at("kind");
+  if (kind == "event") ++events_;
+  if (kind == "problem") ++problems_;
+  const bool isOpened = kind == "system" && entry.at("operation") == "openURL";
+  const bool isHandled = kind == "urlDelegate" && entry.at("handled") == true;
+  if (isOpened || isHandled) ++links_;
+}
+
+void PeopleFormat::entry(const Json& entry) {
+  constexpr std::size_t timeWidth = 9;
+  constexpr std::size_t kindWidth = 12;
+  count(entry);
+  const std::string kind = entry.at("kind");
+  const double time = entry.at("t");
+  std::array<char, 32> clock{};
+  if (time != time_) std::snprintf(clock.data(), clock.size(), "%7.3f", time);
+  time_ = time;
+  if (kind == "step") {
+    *out_ << '\n' << styled(padded(clock.data(), timeWidth), Style::dim) << describeStep(entry);
+  } else {
+    *out_ << styled(padded(clock.data(), timeWidth), Style::dim)
+          << styled("  " + padded(kind, kindWidth), styleOf(kind))
+          << styled(describe(entry), kind == "problem" ? Style::red : Style::plain);
+  }
+  if (entry.at("thread") != "main") {
+    *out_ << styled("  on " + entry.at("thread").get<std::string>(), Style::dim);
+  }
+  *out_ << '\n';
+}
+
+void PeopleFormat::summary(const std::vector<std::string>& unmet) {
+  *out_ << '\n'
+        << styled(counted(events_, "event", "events") + ", " +
+                      counted(links_, "link opened", "links opened") + ", ",
+                  Style::bold)
+        << styled(counted(problems_, "problem", "problems"),
+                  problems_ == 0 ? Style::bold : Style::red)
+        << '\n';
+  for (const std::string& message : unmet) *out_ << styled(message, Style::red) << '\n';
+  *out_ << '\n';
+}
+
+}  // namespace sim

@@ -1,0 +1,186 @@
+#include "Simulator/UserNotifications/UserNotifications.h"
+
+#include <deque>
+#include <mutex>
+
+#include "Platform/Block.h"
+#include "Platform/ClassBuilder.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Platform/ValueConversion.h"
+#include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Runtime.h"
+#include "Simulator/StandIn.h"
+#include "Simulator/Timeline/Timeline.h"
+
+namespace sim::usernotifications {
+namespace {
+
+using zib::BlockLayout;
+using zib::Class;
+using zib::classNamed;
+using zib::Object;
+using zib::selector;
+using zib::send;
+using zib::objc::BOOL;
+using zib::objc::id;
+using zib::objc::SEL;
+using zib::objc::UInteger;
+using Handler = zib::Block<void(BOOL, id)>;
+
+struct State {
+  Object center;
+  Object delegate;
+  std::optional<Answer> answer;
+  std::mutex mutex;
+  std::deque<Handler> requests;
+};
+
+State& state() {
+  static State state;
+  return state;
+}
+
+void record(const char* operation, Json fields) {
+  fields["operation"] = operation;
+  Timeline::shared().add("system", fields);
+}
+
+void give(const Handler& handler, const Answer& answer) {
+  const Object error = answer.error ? answer.error->nativeError() : Object();
+  handler(static_cast<BOOL>(answer.granted), error.raw());
+}
+
+id currentNotificationCenter(id, SEL) { return state().center.raw(); }
+id getDelegate(id, SEL) { return state().delegate.raw(); }
+
+void recordAndSetDelegate(id, SEL, id delegate) {
+  record("setNotificationDelegate",
+         {{"class", delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name())}});
+  state().delegate = Object::retained(delegate);
+}
+
+void requestAuthorization(id, SEL, UInteger options, BlockLayout* handler) {
+  record("requestAuthorization", {{"options", options}});
+  {
+    const std::lock_guard lock(state().mutex);
+    state().requests.push_back(Handler::copied(handler));
+  }
+  if (state().answer) {
+    Scheduler::shared().submitElsewhere("system", [] { answerOldestRequest(*state().answer); });
+  }
+}
+
+Json describeAction(id action) {
+  return {{"identifier", jsonFromObject(send<id>(action, selector<"identifier">()))},
+          {"title", jsonFromObject(send<id>(action, selector<"title">()))},
+          {"options", send<UInteger>(action, selector<"options">())}};
+}
+
+template <class Describe>
+Json describeEach(id collection, Describe describe) {
+  Json result = Json::array();
+  const id elements = send<id>(collection, selector<"objectEnumerator">());
+  while (const id element = send<id>(elements, selector<"nextObject">())) {
+    result.push_back(describe(element));
+  }
+  return result;
+}
+
+Json describeCategory(id category) {
+  return {
+      {"identifier", jsonFromObject(send<id>(category, selector<"identifier">()))},
+      {"options", send<UInteger>(category, selector<"options">())},
+      {"intentIdentifiers", jsonFromObject(send<id>(category, selector<"intentIdentifiers">()))},
+      {"actions", describeEach(send<id>(category, selector<"actions">()), &describeAction)}};
+}
+
+void setNotificationCategories(id, SEL, id categories) {
+  record("setNotificationCategories",
+         {{"categories", describeEach(categories, &describeCategory)}});
+}
+
+id makeAction(id cls, SEL, id identifier, id title, UInteger options) {
+  const Object action = makeStandIn(Class(reinterpret_cast<zib::objc::Class>(cls)));
+  setProperty(action.raw(), "identifier", Object::retained(identifier));
+  setProperty(action.raw(), "title", Object::retained(title));
+  setProperty(action.raw(), "options", zib::Value(std::uint64_t{options}));
+  return autoreleased(action);
+}
+
+id makeCategory(id cls, SEL, id identifier, id actions, id intents, UInteger options) {
+  const Object category = makeStandIn(Class(reinterpret_cast<zib::objc::Class>(cls)));
+  setProperty(category.raw(), "identifier", Object::retained(identifier));
+  setProperty(category.raw(), "actions", Object::retained(actions));
+  setProperty(category.raw(), "intentIdentifiers", Object::retained(intents));
+  setProperty(category.raw(), "options", zib::Value(std::uint64_t{options}));
+  return autoreleased(category);
+}
+
+void registerValueClasses() {
+  const Class object = classNamed<"NSObject">();
+  registerStandIn("UNNotificationContent", object, {{"userInfo"}});
+  registerStandIn("UNNotificationRequest", object, {{"content"}});
+  registerStandIn("UNNotification", object, {{"request"}});
+  registerStandIn("UNNotificationResponse", object, {{"notification", "actionIdentifier"}});
+  const Class action =
+      registerStandIn("UNNotificationAction", object, {{"identifier", "title"}, {"options"}});
+  installClassMethod(action, "actionWithIdentifier:title:options:", &makeAction);
+  const Class category =
+      registerStandIn("UNNotificationCategory", object,
+                      {{"identifier", "actions", "intentIdentifiers"}, {"options"}});
+  installClassMethod(category,
+                     "categoryWithIdentifier:actions:intentIdentifiers:options:", &makeCategory);
+}
+
+}  // namespace
+
+void install(std::optional<Answer> answer) {
+  state().answer = std::move(answer);
+  registerValueClasses();
+  const Class cls =
+      zib::ClassBuilder("UNUserNotificationCenter", classNamed<"NSObject">())
+          .classMethod("currentNotificationCenter", &currentNotificationCenter)
+          .method("delegate", &getDelegate)
+          .method("setDelegate:", &recordAndSetDelegate)
+          .method("requestAuthorizationWithOptions:completionHandler:", &requestAuthorization)
+          .method("setNotificationCategories:", &setNotificationCategories)
+          .registerClass();
+  state().center = Object::adopted(send<id>(cls.object(), selector<"new">()));
+}
+
+void setDelegate(Object delegate) { state().delegate = std::move(delegate); }
+id delegate() { return state().delegate.raw(); }
+
+bool answerOldestRequest(const Answer& answer) {
+  std::optional<Handler> handler;
+  {
+    const std::lock_guard lock(state().mutex);
+    if (state().requests.empty()) return false;
+    handler = std::move(state().requests.front());
+    state().requests.pop_front();
+  }
+  give(*handler, answer);
+  return true;
+}
+
+id center() { return state().center.raw(); }
+
+Object makeNotification(const zib::ValueMap& userInfo) {
+  const Object content = makeStandIn(classNamed<"UNNotificationContent">());
+  setProperty(content.raw(), "userInfo", zib::objectFrom(userInfo));
+  const Object request = makeStandIn(classNamed<"UNNotificationRequest">());
+  setProperty(request.raw(), "content", content);
+  Object notification = makeStandIn(classNamed<"UNNotification">());
+  setProperty(notification.raw(), "request", request);
+  return notification;
+}
+
+Object makeResponse(const zib::ValueMap& userInfo, const std::string& action) {
+  Object response = makeStandIn(classNamed<"UNNotificationResponse">());
+  setProperty(response.raw(), "notification", makeNotification(userInfo));
+  setProperty(response.raw(), "actionIdentifier", zib::makeString(action));
+  return response;
+}
+
+}  // namespace sim::usernotifications
