@@ -46,9 +46,7 @@ typedef NSUInteger UNNotificationPresentationOptions;
 - (void)zib_didFailRegister:(UIApplication *)application error:(NSError *)error {
 }
 
-- (BOOL)zib_openURL:(UIApplication *)application
-                url:(NSURL *)url
-            options:(NSDictionary *)options {
+- (BOOL)zib_openURL:(UIApplication *)application url:(NSURL *)url options:(NSDictionary *)options {
   return 1;
 }
 
@@ -78,9 +76,7 @@ void (^retainedBlock(id captured))(NSUInteger) {
 }
 
 // Ownership, for the functions that compilers call.
-id retained(id object) {
-  return object;
-}
+id retained(id object) { return object; }
 void usePool(void) {
   @autoreleasepool {
     [retained(nil) self];
