@@ -11,7 +11,11 @@ let package = Package(
       path: "Sources",
       exclude: ["CMakeLists.txt"],
       publicHeadersPath: ".",
-      cxxSettings: [.headerSearchPath(".")]
+      cxxSettings: [
+        .headerSearchPath("."),
+        // Without it the checks of debug builds would ship.
+        .define("NDEBUG", .when(configuration: .release)),
+      ]
     )
   ],
   cxxLanguageStandard: .cxx20
