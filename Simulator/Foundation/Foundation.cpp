@@ -15,6 +15,8 @@ void installFoundation() {
     const zib::AutoreleasePool pool;
     installClock();
     installDirectories();
+    installErrors();
+    installJSONSerialization();
     installProcess();
     installURLs();
   });

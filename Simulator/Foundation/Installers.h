@@ -6,6 +6,8 @@ namespace sim {
 
 void installClock();
 void installDirectories();
+void installErrors();
+void installJSONSerialization();
 void installProcess();
 void installURLs();
 
