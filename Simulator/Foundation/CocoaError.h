@@ -18,7 +18,6 @@ enum class CocoaError : long {
   fileReadInvalidFileName = 258,
   fileReadNoSuchFile = 260,
   fileReadUnsupportedScheme = 262,
-  fileReadTooLarge = 263,
   fileWriteUnknown = 512,
   fileWriteNoPermission = 513,
   fileWriteInvalidFileName = 514,

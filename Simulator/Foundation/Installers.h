@@ -5,8 +5,10 @@
 namespace sim {
 
 void installClock();
+void installDateFormatter();
 void installDirectories();
 void installErrors();
+void installFileData();
 void installJSONSerialization();
 void installProcess();
 void installURLs();
