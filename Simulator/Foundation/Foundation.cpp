@@ -20,6 +20,8 @@ void installFoundation() {
     installFileData();
     installJSONSerialization();
     installProcess();
+    installPropertyListSerialization();
+    installStrings();
     installURLs();
   });
 }

@@ -11,6 +11,8 @@ void installErrors();
 void installFileData();
 void installJSONSerialization();
 void installProcess();
+void installPropertyListSerialization();
+void installStrings();
 void installURLs();
 
 }  // namespace sim

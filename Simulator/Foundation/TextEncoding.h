@@ -1,4 +1,5 @@
-// Text that arrives as bytes, in whichever Unicode form.
+// Text that arrives as bytes, in whichever Unicode form. All functions throw FormatError for what
+// is not well-formed.
 
 #pragma once
 
@@ -9,13 +10,14 @@
 
 namespace sim {
 
-// Tells UTF-8, UTF-16 and UTF-32 apart by the byte order mark, which is dropped, or by where the
-// NULs of the first characters lie. Throws FormatError for what is not well-formed.
+enum class TextEncoding { utf8, utf16Little, utf16Big, utf32Little, utf32Big };
+
+std::string textFrom(std::span<const std::uint8_t> bytes, TextEncoding encoding);
+
+// Tells the encodings apart by the byte order mark, which is dropped, or by where the NULs of the
+// first characters lie.
 std::string textFrom(std::span<const std::uint8_t> bytes);
 
-// `encoding` is a name that iconv knows. Throws FormatError for what is not well-formed.
-std::string textFrom(std::span<const std::uint8_t> bytes, const char* encoding);
-
-bool isWellFormed(std::string_view utf8);
+std::string utf16BigFrom(std::string_view utf8);
 
 }  // namespace sim

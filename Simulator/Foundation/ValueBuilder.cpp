@@ -13,13 +13,6 @@ std::size_t sizeOf(const zib::Value& scalar) {
   return 0;
 }
 
-zib::ValueMap mapOf(std::map<std::string, zib::Value> members) {
-  zib::ValueMap map;
-  map.reserve(members.size());
-  for (auto& [key, value] : members) map.append(key, std::move(value));
-  return map;
-}
-
 }  // namespace
 
 void ValueBuilder::open(Open container) {
@@ -76,7 +69,7 @@ void ValueBuilder::end() {
   if (auto* array = std::get_if<zib::Array>(&container)) {
     place(std::move(*array));
   } else {
-    place(mapOf(std::move(std::get<OpenDictionary>(container).members)));
+    place(mapFrom(std::move(std::get<OpenDictionary>(container).members)));
   }
 }
 

@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <variant>
@@ -10,6 +9,7 @@
 
 #include "Platform/Value.h"
 #include "Simulator/Foundation/Budget.h"
+#include "Simulator/Foundation/SortedMembers.h"
 
 namespace sim {
 
@@ -33,7 +33,7 @@ class ValueBuilder {
 
  private:
   struct OpenDictionary {
-    std::map<std::string, zib::Value> members;
+    SortedMembers members;
     std::optional<std::string> key;
   };
   using Open = std::variant<zib::Array, OpenDictionary>;

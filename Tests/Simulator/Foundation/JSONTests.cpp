@@ -5,15 +5,12 @@
 #include <limits>
 #include <vector>
 
-#include "Platform/Class.h"
-#include "Platform/Data.h"
-#include "Platform/Error.h"
-#include "Platform/Send.h"
-#include "Platform/ValueConversion.h"
 #include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "Tests/Simulator/Foundation/Serialization.h"
 
 namespace {
 
+using namespace serialization;
 using namespace std::string_literals;
 using zib::Array;
 using zib::Null;
@@ -26,28 +23,10 @@ using zib::objc::UInteger;
 
 constexpr UInteger allowsFragments = 4;
 
-struct Outcome {
-  bool isRead = false;
-  Value value;
-  zib::Error error;
-};
-
-Outcome read(std::string_view text, UInteger options = 0) {
-  const zib::Object data =
-      zib::makeData({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
-  id error = nullptr;
-  const id root =
-      send<id>(zib::classNamed<"NSJSONSerialization">().object(),
-               selector<"JSONObjectWithData:options:error:">(), data.raw(), options, &error);
-  if (root == nullptr) return {false, {}, zib::Error::fromNative(error)};
-  EXPECT_EQ(error, nullptr);
-  return {true, zib::valueFrom(root), {}};
-}
-
 // The only element of the array that the text is.
 Value element(std::string_view text) {
-  const Outcome outcome = read("["s + std::string(text) + "]");
-  const auto* array = outcome.value.get<Array>();
+  const Read outcome = readJSON("["s + std::string(text) + "]");
+  const auto* array = outcome.value ? outcome.value->get<Array>() : nullptr;
   if (array == nullptr || array->size() != 1) {
     ADD_FAILURE() << text << ": " << outcome.error.description;
     return {};
@@ -60,8 +39,8 @@ class JSONTest : public FoundationTest {};
 void expectErrors(const std::vector<std::string>& texts) {
   for (const std::string& text : texts) {
     SCOPED_TRACE(text);
-    const Outcome outcome = read(text);
-    ASSERT_FALSE(outcome.isRead);
+    const Read outcome = readJSON(text);
+    ASSERT_FALSE(outcome.value);
     EXPECT_EQ(outcome.error.domain, "NSCocoaErrorDomain");
     EXPECT_EQ(outcome.error.code, 3840);
     EXPECT_TRUE(outcome.error.description.starts_with("The data is not JSON: "));
@@ -85,9 +64,9 @@ TEST_F(JSONTest, WhatIsNoUnicodeIsAnError) {
 }
 
 TEST_F(JSONTest, FragmentsAreReadOnRequest) {
-  EXPECT_EQ(read("\"a\"", allowsFragments).value, Value("a"));
-  EXPECT_EQ(read("1", allowsFragments).value, Value(1));
-  EXPECT_FALSE(read("x", allowsFragments).isRead);
+  EXPECT_EQ(readJSON("\"a\"", allowsFragments).value, Value("a"));
+  EXPECT_EQ(readJSON("1", allowsFragments).value, Value(1));
+  EXPECT_FALSE(readJSON("x", allowsFragments).value);
 }
 
 TEST_F(JSONTest, NilDataIsAnError) {
@@ -108,8 +87,8 @@ TEST_F(JSONTest, ErrorsNeedNotBeAskedFor) {
 }
 
 TEST_F(JSONTest, ValuesOfEveryKind) {
-  const Outcome outcome =
-      read(R"( {"text": "a", "yes": true, "no": false, "none": null, "list": [1, [], {}]} )");
+  const Read outcome =
+      readJSON(R"( {"text": "a", "yes": true, "no": false, "none": null, "list": [1, [], {}]} )");
   EXPECT_EQ(outcome.value, Value(ValueMap{{"text", "a"},
                                           {"yes", true},
                                           {"no", false},
@@ -148,43 +127,43 @@ TEST_F(JSONTest, StringsKeepEveryCharacter) {
 }
 
 TEST_F(JSONTest, OfEqualKeysTheLastWins) {
-  EXPECT_EQ(read(R"({"a": 1, "b": 2, "a": 3})").value, Value(ValueMap{{"a", 3}, {"b", 2}}));
+  EXPECT_EQ(readJSON(R"({"a": 1, "b": 2, "a": 3})").value, Value(ValueMap{{"a", 3}, {"b", 2}}));
 }
 
 TEST_F(JSONTest, EveryUnicodeFormIsRead) {
   const Value expected(Array{"ä😀"});
-  EXPECT_EQ(read("\xEF\xBB\xBF[\"ä😀\"]").value, expected);
+  EXPECT_EQ(readJSON("\xEF\xBB\xBF[\"ä😀\"]").value, expected);
   const std::u16string wide = u"[\"ä😀\"]";
   const std::string little(reinterpret_cast<const char*>(wide.data()), wide.size() * 2);
   std::string big = little;
   for (std::size_t at = 0; at < big.size(); at += 2) std::swap(big[at], big[at + 1]);
-  EXPECT_EQ(read(little).value, expected);
-  EXPECT_EQ(read("\xFF\xFE" + little).value, expected);
-  EXPECT_EQ(read(big).value, expected);
-  EXPECT_EQ(read("\xFE\xFF" + big).value, expected);
+  EXPECT_EQ(readJSON(little).value, expected);
+  EXPECT_EQ(readJSON("\xFF\xFE" + little).value, expected);
+  EXPECT_EQ(readJSON(big).value, expected);
+  EXPECT_EQ(readJSON("\xFE\xFF" + big).value, expected);
   const std::u32string widest = U"[\"ä😀\"]";
   const std::string utf32(reinterpret_cast<const char*>(widest.data()), widest.size() * 4);
-  EXPECT_EQ(read(utf32).value, expected);
-  EXPECT_EQ(read("\xFF\xFE\0\0"s + utf32).value, expected);
+  EXPECT_EQ(readJSON(utf32).value, expected);
+  EXPECT_EQ(readJSON("\xFF\xFE\0\0"s + utf32).value, expected);
 }
 
 TEST_F(JSONTest, NestingHasALimit) {
   const auto nested = [](std::size_t depth) {
     return std::string(depth, '[') + std::string(depth, ']');
   };
-  EXPECT_TRUE(read(nested(512)).isRead);
-  EXPECT_FALSE(read(nested(513)).isRead);
-  EXPECT_FALSE(read(std::string(5'000'000, '[')).isRead);
+  EXPECT_TRUE(readJSON(nested(512)).value);
+  EXPECT_FALSE(readJSON(nested(513)).value);
+  EXPECT_FALSE(readJSON(std::string(5'000'000, '[')).value);
 }
 
 TEST_F(JSONTest, TheNumberOfValuesHasALimit) {
   std::string text = "[0";
   for (int count = 0; count < 1'000'000; ++count) text += ",0";
-  EXPECT_FALSE(read(text + "]").isRead);
+  EXPECT_FALSE(readJSON(text + "]").value);
 }
 
 TEST_F(JSONTest, TheReasonSaysWhere) {
-  EXPECT_NE(read("{\n\"a\": x}").error.description.find("line 2, column 6"), std::string::npos);
+  EXPECT_NE(readJSON("{\n\"a\": x}").error.description.find("line 2, column 6"), std::string::npos);
 }
 
 }  // namespace
