@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <bit>
+#include <iterator>
 #include <string>
 #include <variant>
 #include <vector>
@@ -82,7 +83,7 @@ class Writer {
   }
   void operator()(const zib::Bytes& value) {
     appendLength(bplist::kind::data, value.size());
-    out_.insert(out_.end(), value.begin(), value.end());
+    std::copy(value.begin(), value.end(), std::back_inserter(out_));
   }
   void operator()(zib::Date value) {
     appendMarker(bplist::kind::date, 3);
@@ -140,7 +141,9 @@ class Writer {
     appendNumber(table, 8);
   }
 
-  void append(std::string_view bytes) { out_.insert(out_.end(), bytes.begin(), bytes.end()); }
+  void append(std::string_view bytes) {
+    std::copy(bytes.begin(), bytes.end(), std::back_inserter(out_));
+  }
 
   void appendNumber(std::uint64_t number, std::size_t size) {
     for (std::size_t shift = size * 8; shift > 0; shift -= 8) {

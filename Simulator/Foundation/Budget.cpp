@@ -10,7 +10,7 @@ void Budget::spendBytes(std::size_t count) {
 }
 
 void Budget::spendValue() {
-  if (++values_ > maximumValues) throw FormatError("it holds more than a million values");
+  if (++values_ > maximumValues) throw FormatError("it holds more than 250000 values");
 }
 
 void Budget::enter() {

@@ -10,7 +10,7 @@ namespace sim {
 class Budget {
  public:
   static constexpr std::size_t maximumBytes = std::size_t{64} << 20U;
-  static constexpr std::size_t maximumValues = 1'000'000;
+  static constexpr std::size_t maximumValues = 250'000;
   // The platform's own limit for JSON.
   static constexpr std::size_t maximumDepth = 512;
 

@@ -124,9 +124,9 @@ class Examiner {
   zib::Value array(id array) {
     const Nesting nesting(budget_);
     zib::Array result;
-    const id elements = send<id>(array, selector<"objectEnumerator">());
-    while (const id element = send<id>(elements, selector<"nextObject">())) {
-      result.push_back(value(element));
+    const auto count = send<UInteger>(array, selector<"count">());
+    for (UInteger index = 0; index < count; ++index) {
+      result.push_back(value(send<id>(array, selector<"objectAtIndex:">(), index)));
     }
     return result;
   }

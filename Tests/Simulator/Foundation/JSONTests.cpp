@@ -25,7 +25,9 @@ constexpr UInteger allowsFragments = 4;
 
 // The only element of the array that the text is.
 Value element(std::string_view text) {
-  const Read outcome = readJSON("["s + std::string(text) + "]");
+  std::string list = "[";
+  list.append(text).append("]");
+  const Read outcome = readJSON(list);
   const auto* array = outcome.value ? outcome.value->get<Array>() : nullptr;
   if (array == nullptr || array->size() != 1) {
     ADD_FAILURE() << text << ": " << outcome.error.description;
@@ -158,7 +160,7 @@ TEST_F(JSONTest, NestingHasALimit) {
 
 TEST_F(JSONTest, TheNumberOfValuesHasALimit) {
   std::string text = "[0";
-  for (int count = 0; count < 1'000'000; ++count) text += ",0";
+  for (int count = 0; count < 250'000; ++count) text += ",0";
   EXPECT_FALSE(readJSON(text + "]").value);
 }
 

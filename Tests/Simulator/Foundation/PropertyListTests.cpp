@@ -258,12 +258,17 @@ TEST_F(PropertyListTest, SharedObjectsThatStandForTooMuchAreNotWritten) {
 }
 
 TEST_F(PropertyListTest, XMLThatIsDeepAndLongIsNotWritten) {
-  Value list(Array(1'000, Value(1)));
-  for (int level = 0; level < 500; ++level) list = Array{list};
-  EXPECT_TRUE(writePropertyList(list, xmlFormat).bytes);
-  list = Array(300'000, Value(1));
-  for (int level = 0; level < 500; ++level) list = Array{std::move(list)};
-  expectUnwritable(list, xmlFormat);
+  const auto nested = [](std::size_t count) {
+    Value list(Array(count, Value(1)));
+    for (int level = 0; level < 500; ++level) {
+      Array outer;
+      outer.push_back(std::move(list));
+      list = std::move(outer);
+    }
+    return list;
+  };
+  EXPECT_TRUE(writePropertyList(nested(100), xmlFormat).bytes);
+  expectUnwritable(nested(150'000), xmlFormat);
 }
 
 TEST_F(PropertyListTest, XMLNeedsNoDeclaration) {
