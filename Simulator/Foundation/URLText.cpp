@@ -2,7 +2,6 @@
 
 #include <uriparser/Uri.h>
 
-#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <memory>

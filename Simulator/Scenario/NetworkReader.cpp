@@ -6,8 +6,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "Simulator/Foundation/Base64.h"
 #include "Simulator/Network/Location.h"
-#include "Simulator/Timeline/TextForms.h"
 
 namespace sim {
 namespace {
@@ -35,9 +35,9 @@ Body readBody(std::string_view kind, const Node& node, const std::filesystem::pa
   if (kind == "text") return {node.text(), "text/plain; charset=utf-8"};
   constexpr const char* bytes = "application/octet-stream";
   if (kind == "file") return {readFile(node, folder), bytes};
-  auto decoded = bytesFromBase64(node.text());
+  const auto decoded = bytesFromBase64(node.text());
   if (!decoded) node.failType("base64");
-  return {*std::move(decoded), bytes};
+  return {{decoded->begin(), decoded->end()}, bytes};
 }
 
 bool isHeaderName(std::string_view name) {

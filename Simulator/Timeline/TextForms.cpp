@@ -8,47 +8,6 @@
 #include <cstdio>
 
 namespace sim {
-namespace {
-
-constexpr std::string_view base64Digits =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-}  // namespace
-
-std::string base64(std::span<const std::uint8_t> bytes) {
-  std::string text;
-  for (std::size_t at = 0; at < bytes.size(); at += 3) {
-    const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
-    std::uint32_t bits = 0;
-    for (std::size_t index = 0; index < 3; ++index) {
-      bits = (bits << 8U) | (index < count ? bytes[at + index] : 0U);
-    }
-    for (std::size_t index = 0; index < 4; ++index) {
-      text.push_back(index <= count ? base64Digits[(bits >> (18U - 6U * index)) & 0x3FU] : '=');
-    }
-  }
-  return text;
-}
-
-std::optional<std::string> bytesFromBase64(std::string_view text) {
-  constexpr std::size_t groupSize = 4;
-  if (text.size() % groupSize != 0) return std::nullopt;
-  const std::size_t padding = text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0;
-  std::string bytes;
-  bytes.reserve(text.size() / groupSize * 3);
-  std::uint32_t bits = 0;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const bool isPadding = at >= text.size() - padding;
-    const std::size_t digit = isPadding ? 0 : base64Digits.find(text[at]);
-    if (digit == std::string_view::npos) return std::nullopt;
-    bits = bits << 6U | static_cast<std::uint32_t>(digit);
-    if (at % groupSize != groupSize - 1) continue;
-    for (const unsigned shift : {16U, 8U, 0U}) bytes.push_back(static_cast<char>(bits >> shift));
-    bits = 0;
-  }
-  bytes.resize(bytes.size() - padding);
-  return bytes;
-}
 
 std::optional<std::vector<std::uint8_t>> bytesFromHex(std::string_view hex) {
   const auto digit = [](char character) -> int {
