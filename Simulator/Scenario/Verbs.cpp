@@ -86,6 +86,10 @@ void checkField(const Node& node, FieldType type, const Context& context) {
     case FieldType::delegate:
       static_cast<void>(readDelegate(node, &context.classes));
       return;
+    case FieldType::firebase:
+      node.objectOf({"classMethod", "instance", "delegateProperty", "settable", "delegate"});
+      static_cast<void>(readFirebase(node, &context.classes));
+      return;
     case FieldType::config:
       static_cast<void>(readConfig(node));
       return;
@@ -135,6 +139,11 @@ const std::vector<Verb>& verbs() {
   static const std::vector<Verb> all{
       {"configure", {}},
       {"registerForPush", {}},
+      {"registerForPushSimple", {}},
+      {"configurePush",
+       {{"endpoint", FieldType::text, optional},
+        {"completion", FieldType::boolean, optional},
+        {"firebase", FieldType::firebase, optional}}},
       {"answerAuthorization",
        {{"granted", FieldType::boolean, optional}, {"error", FieldType::error, optional}}},
       {"deviceToken", {{"hex", FieldType::hex}}},
@@ -183,6 +192,8 @@ const std::vector<Verb>& operations() {
       {"handleNotificationURL", {userInfo}},
       {"handleURL", {{"url", FieldType::url}, {"source", FieldType::text}}},
       {"createNotificationPayload", {userInfo, {"eventType", FieldType::text}}},
+      {"createEventPayload",
+       {{"eventName", FieldType::text}, {"properties", FieldType::dictionaryOrNull, optional}}},
   };
   return all;
 }

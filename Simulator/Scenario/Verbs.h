@@ -25,6 +25,7 @@ enum class FieldType {
   url,
   urls,
   delegate,
+  firebase,
   config,
   operation,
 };
