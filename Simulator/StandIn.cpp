@@ -66,7 +66,7 @@ Class registerStandIn(const char* name, Class superclass, const StandInPropertie
   objc_class* const raw = objc_allocateClassPair(superclass.raw(), name, 0);
   if (raw == nullptr) return Class::named(name);
   constexpr unsigned char logOfPointerAlignment = 3;
-  class_addIvar(raw, storageName, sizeof(id), logOfPointerAlignment, "@");
+  class_addIvar(raw, storageName, sizeof(void*), logOfPointerAlignment, "@");
   objc_registerClassPair(raw);
   const Class cls(raw);
   for (const char* object : properties.objects) installMethod(cls, object, &getObject);

@@ -64,6 +64,13 @@ bool wantsColour(bool isStandardOutput) {
   return isStandardOutput && ::isatty(STDOUT_FILENO) != 0 && !isUnwanted;
 }
 
+std::vector<sim::Json> fieldsOf(const std::vector<sim::Step>& steps) {
+  std::vector<sim::Json> fields;
+  fields.reserve(steps.size());
+  for (const sim::Step& step : steps) fields.push_back(step.fields);
+  return fields;
+}
+
 // Plays scenarios one after another and writes what happened in the format that was asked for.
 class Runner {
  public:
@@ -75,7 +82,7 @@ class Runner {
 
   int run(const sim::Scenario& scenario) {
     std::vector<sim::Json> timeline;
-    if (!isJsonLines_) people_.title(scenario.name);
+    if (!isJsonLines_) people_.title(scenario.name, fieldsOf(scenario.steps));
     const auto death = sim::playInProcess(scenario, [&](const sim::Json& entry) {
       timeline.push_back(entry);
       if (namesScenarios_) timeline.back()["scenario"] = scenario.name;

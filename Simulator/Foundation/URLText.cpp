@@ -28,7 +28,7 @@ bool isPercentEncoding(std::string_view text) {
 bool isURLCharacter(char character) {
   constexpr std::string_view marks = "-._~:/?#[]@!$&'()*+,;=";
   const auto byte = static_cast<unsigned char>(character);
-  return (byte < 0x80 && std::isalnum(byte) != 0) || marks.find(character) != marks.npos;
+  return (byte < 0x80 && std::isalnum(byte) != 0) || marks.find(character) != std::string_view::npos;
 }
 
 }  // namespace

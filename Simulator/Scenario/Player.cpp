@@ -269,6 +269,7 @@ void Player::setSwizzlingEnabled(const Json& fields) {
 // The module's public operations, each with what it returns, or nothing.
 using Operation = std::optional<Json> (*)(const Json& arguments);
 
+// NOLINTNEXTLINE(readability-function-size): a table
 const std::map<std::string, Operation>& callableOperations() {
   static const std::map<std::string, Operation> operations{
       {"setupAutoSwizzling",

@@ -96,6 +96,7 @@ void checkField(const Node& node, FieldType type, const Context& context) {
 
 std::vector<std::string_view> names(const std::vector<Verb>& verbs) {
   std::vector<std::string_view> result;
+  result.reserve(verbs.size());
   for (const Verb& verb : verbs) result.push_back(verb.name);
   return result;
 }

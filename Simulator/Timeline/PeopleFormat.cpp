@@ -11,12 +11,22 @@ std::string textOf(const Json& value) {
   return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
+// Payloads are long, and people see them once in the scenario.
+std::string shortened(const std::string& text) {
+  constexpr std::size_t longest = 72;
+  if (text.size() <= longest) return text;
+  std::size_t end = longest;
+  while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  return text.substr(0, end) + "…";
+}
+
 // The fields without those that every entry has and those named, as "name value" pairs.
 std::string others(const Json& fields, const std::vector<std::string>& without) {
   std::string text;
   for (const auto& [key, value] : fields.items()) {
     if (std::find(without.begin(), without.end(), key) != without.end()) continue;
-    text.append(text.empty() ? "" : ", ").append(key).append(" ").append(textOf(value));
+    const std::string shown = value.is_structured() ? shortened(value.dump()) : textOf(value);
+    text.append(text.empty() ? "" : ", ").append(key).append(" ").append(shown);
   }
   return text;
 }
@@ -143,9 +153,20 @@ std::string PeopleFormat::styled(const std::string& text, Style style) const {
   return std::string("\x1b[") + codes.at(static_cast<std::size_t>(style)) + "m" + text + "\x1b[0m";
 }
 
-void PeopleFormat::title(const std::string& name) {
+void PeopleFormat::title(const std::string& name, std::vector<Json> steps) {
   *this = PeopleFormat(*out_, hasColour_);
+  steps_ = std::move(steps);
   *out_ << styled(name, Style::bold) << '\n';
+}
+
+std::string PeopleFormat::describeStep(const Json& entry) const {
+  const auto index = entry.at("index").get<std::size_t>();
+  std::string text = std::to_string(index + 1) + ". " + entry.at("do").get<std::string>();
+  if (index >= steps_.size()) return styled(text, Style::bold);
+  const Json& step = steps_[index];
+  if (step.contains("operation")) text += " " + textOf(step.at("operation"));
+  const std::string details = others(step, {"do", "thread", "operation"});
+  return styled(text, Style::bold) + (details.empty() ? "" : styled("  " + details, Style::dim));
 }
 
 void PeopleFormat::count(const Json& entry) {
@@ -167,11 +188,7 @@ void PeopleFormat::entry(const Json& entry) {
   if (time != time_) std::snprintf(clock.data(), clock.size(), "%7.3f", time);
   time_ = time;
   if (kind == "step") {
-    *out_ << '\n'
-          << styled(padded(clock.data(), timeWidth), Style::dim)
-          << styled(std::to_string(entry.at("index").get<int>() + 1) + ". " +
-                        entry.at("do").get<std::string>(),
-                    Style::bold);
+    *out_ << '\n' << styled(padded(clock.data(), timeWidth), Style::dim) << describeStep(entry);
   } else {
     *out_ << styled(padded(clock.data(), timeWidth), Style::dim)
           << styled("  " + padded(kind, kindWidth), styleOf(kind))

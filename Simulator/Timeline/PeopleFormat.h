@@ -14,7 +14,8 @@ class PeopleFormat {
  public:
   PeopleFormat(std::ostream& out, bool hasColour) : out_(&out), hasColour_(hasColour) {}
 
-  void title(const std::string& name);
+  // `steps` are the scenario's own, so that each can be shown with what it takes.
+  void title(const std::string& name, std::vector<Json> steps);
   void entry(const Json& entry);
   // Events, opened links and problems of what was printed since the title; then what was not met.
   void summary(const std::vector<std::string>& unmet);
@@ -25,9 +26,11 @@ class PeopleFormat {
   static Style styleOf(const std::string& kind);
   [[nodiscard]] std::string styled(const std::string& text, Style style) const;
   void count(const Json& entry);
+  [[nodiscard]] std::string describeStep(const Json& entry) const;
 
   std::ostream* out_;
   bool hasColour_;
+  std::vector<Json> steps_;
   double time_ = -1;
   int events_ = 0;
   int links_ = 0;

@@ -85,7 +85,7 @@ id application() { return state().application.raw(); }
 void setAppDelegate(Object delegate) { state().appDelegate = std::move(delegate); }
 id appDelegate() { return state().appDelegate.raw(); }
 
-void connectScene(bool hasWindow, Object delegate) {
+void connectScene(bool hasWindow, const Object& delegate) {
   Object scene = makeStandIn(hasWindow ? classNamed<"UIWindowScene">() : classNamed<"UIScene">());
   setProperty(scene.raw(), "delegate", delegate);
   state().scenes.push_back(std::move(scene));

@@ -27,7 +27,7 @@ void setAppDelegate(zib::Object delegate);
 zib::objc::id appDelegate();
 
 // Connects a scene; one without a window is no UIWindowScene. Scenes are numbered from 0.
-void connectScene(bool hasWindow, zib::Object delegate);
+void connectScene(bool hasWindow, const zib::Object& delegate);
 zib::objc::id scene(std::size_t index);
 
 // The set of UIOpenURLContext that a scene delegate gets.

@@ -99,7 +99,7 @@ constexpr std::size_t frameSize() {
   if constexpr (std::is_integral_v<T>) {
     return std::max(sizeof(T), sizeof(int));
   } else {
-    return sizeof(T);
+    return sizeof(T);  // NOLINT(bugprone-sizeof-expression): pointers are meant
   }
 }
 

@@ -13,6 +13,13 @@ Value::Value(std::uint64_t value) noexcept {
   }
 }
 
+ValueMap::ValueMap() noexcept = default;
+ValueMap::ValueMap(const ValueMap& other) = default;
+ValueMap::ValueMap(ValueMap&& other) noexcept = default;
+ValueMap& ValueMap::operator=(const ValueMap& other) = default;
+ValueMap& ValueMap::operator=(ValueMap&& other) noexcept = default;
+ValueMap::~ValueMap() = default;
+
 ValueMap::ValueMap(std::initializer_list<Member> members) {
   members_.reserve(members.size());
   for (const Member& member : members) set(member.key, member.value);

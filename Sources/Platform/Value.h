@@ -34,7 +34,13 @@ using Array = std::vector<Value>;
 // not look at it. Meant for the few entries of an event: a look-up is linear.
 class ValueMap {
  public:
-  ValueMap() noexcept = default;
+  // Where a member is a complete type: Value's inline constructors already need all of these.
+  ValueMap() noexcept;
+  ValueMap(const ValueMap& other);
+  ValueMap(ValueMap&& other) noexcept;
+  ValueMap& operator=(const ValueMap& other);
+  ValueMap& operator=(ValueMap&& other) noexcept;
+  ~ValueMap();
   ValueMap(std::initializer_list<Member> members);
 
   void reserve(std::size_t count);
