@@ -46,14 +46,14 @@ void record(const char* operation, Json details = Json::object()) {
   Timeline::shared().add("system", details);
 }
 
-// Calls the delegate as the system does: only if it responds. What the main queue then holds runs
-// in turns of its own.
+// Calls the delegate as the system does: only if it responds.
 template <class Result, class... Arguments>
 Result tell(id delegate, zib::Selector method, Arguments... arguments) {
   if (delegate == nullptr || !zib::respondsTo(delegate, method)) return Result();
   return send<Result>(delegate, method, arguments...);
 }
 
+// What the main queue holds after a callback runs in turns of its own.
 void runMainQueue() { sim::Scheduler::shared().drain(); }
 
 }  // namespace

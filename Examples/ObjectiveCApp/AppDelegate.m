@@ -21,7 +21,7 @@
 
 - (void)application:(UIApplication *)application
     didFailToRegisterForRemoteNotificationsWithError:(NSError *)error {
-  printf("app    | no device token: %s\n", error.localizedDescription.UTF8String);
+  printf("app    | no device token: error %ld\n", (long)error.code);
 }
 
 - (BOOL)application:(UIApplication *)application

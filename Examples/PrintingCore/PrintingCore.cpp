@@ -21,7 +21,7 @@ class PrintingLogger final : public ZibLogger {
   void log(std::string_view message) override { print("zib   ", std::string(message)); }
   void error(std::string_view message, const std::optional<zib::Error>& error) override {
     std::string line(message);
-    if (error) line.append(": ").append(error->description);
+    if (error) line += " (" + error->domain + " " + std::to_string(error->code) + ")";
     print("zib   ", line);
   }
 };
