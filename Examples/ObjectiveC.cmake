@@ -5,17 +5,13 @@ find_program(ZIB_CLANG NAMES clang REQUIRED)
 set(CMAKE_OBJC_COMPILER ${ZIB_CLANG})
 enable_language(OBJC)
 
-# The headers of the object runtime are GCC's.
+# The headers of the object runtime are GCC's, and come last: its others are not for clang.
 execute_process(COMMAND g++ -print-file-name=include
   OUTPUT_VARIABLE ZIB_GCC_HEADERS OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-
-# A library of .m files. Without sanitizers: clang's would clash with those of GCC, which links.
-function(zib_objective_c_library name)
-  add_library(${name} STATIC ${ARGN})
-  set_property(TARGET ${name} PROPERTY COMPILE_OPTIONS
+foreach(option
     -fobjc-runtime=gcc -fblocks -fexceptions -fobjc-exceptions
     -fconstant-string-class=NSConstantString -D_NATIVE_OBJC_EXCEPTIONS
-    -isystem /usr/include/GNUstep -idirafter ${ZIB_GCC_HEADERS}
+    "SHELL:-isystem /usr/include/GNUstep" "SHELL:-idirafter ${ZIB_GCC_HEADERS}"
     -Wall -Wextra -Wconversion -Wshadow -Werror -Wno-unused-parameter)
-  target_link_libraries(${name} PUBLIC ExampleDevice)
-endfunction()
+  add_compile_options("$<$<COMPILE_LANGUAGE:OBJC>:${option}>")
+endforeach()
