@@ -99,7 +99,13 @@ class ObjectiveCHostTest : public testing::Test {
       if (auto line = lineOf(entry)) log_.push_back(*std::move(line));
     });
   }
-  ~ObjectiveCHostTest() override { sim::Timeline::shared().setSink({}); }
+  ~ObjectiveCHostTest() override {
+    letTimePass();
+    sim::Timeline::shared().setSink({});
+  }
+
+  // Until all is done that was put off.
+  static void letTimePass() { sim::Scheduler::shared().advanceTo(sim::Nanoseconds{2'000'000'000}); }
 
   // The delegate of the application and of the notification centre.
   id install(const char* className) {
@@ -356,7 +362,7 @@ TEST_F(ObjectiveCHostTest, IntegrationByHandLeavesTheHostUntouched) {
   const id delegate = install("RecordingDelegate");
   const auto before = implementations(delegate, intercepted);
   configure();
-  sim::Scheduler::shared().advanceTo(sim::Nanoseconds{2'000'000'000});
+  letTimePass();
   EXPECT_EQ(implementations(delegate, intercepted), before);
   present();
   EXPECT_EQ(happened(), (Lines{std::string("host ") + willPresent, "completion 9"}));
