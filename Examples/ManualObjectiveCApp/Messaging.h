@@ -4,9 +4,10 @@
 #import <UIKit/UIKit.h>
 #import <UserNotifications/UserNotifications.h>
 
-void startMessaging(UIApplication *application);
-void messagingDidRegister(NSData *deviceToken);
-void messagingDidFailToRegister(NSError *error);
-void messagingDidOpenURL(NSURL *url);
-UNNotificationPresentationOptions messagingWillPresent(UNNotification *notification);
-void messagingDidReceive(UNNotificationResponse *response);
+FOUNDATION_EXPORT void startMessaging(UIApplication *application);
+FOUNDATION_EXPORT void messagingDidRegister(NSData *deviceToken);
+FOUNDATION_EXPORT void messagingDidFailToRegister(NSError *error);
+FOUNDATION_EXPORT void messagingDidOpenURL(NSURL *url);
+FOUNDATION_EXPORT UNNotificationPresentationOptions
+messagingWillPresent(UNNotification *notification);
+FOUNDATION_EXPORT void messagingDidReceive(UNNotificationResponse *response);

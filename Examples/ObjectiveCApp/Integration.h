@@ -2,4 +2,4 @@
 
 #import <UIKit/UIKit.h>
 
-void startMessaging(UIApplication* application);
+FOUNDATION_EXPORT void startMessaging(UIApplication* application);
