@@ -239,7 +239,7 @@ void Player::sceneOpenURLs(const Json& fields) {
 
 void Player::setNotificationDelegate(const Json& fields) {
   usernotifications::setDelegate(
-      makeDelegate(readDelegate(Node(fields.at("delegate"), "/delegate"), nullptr)));
+      makeDelegate(readNotificationDelegate(Node(fields.at("delegate"), "/delegate"), nullptr)));
 }
 
 void Player::connectScene(const Json& fields) {

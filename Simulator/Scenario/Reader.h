@@ -21,6 +21,8 @@ usernotifications::Answer readAnswer(const Node& node);
 // Adds the class, and its superclasses, to the host's classes. `classes` may be null when they are
 // known already.
 DelegateDescription readDelegate(const Node& node, HostClassDescriptions* classes);
+// The notification delegate can be the application delegate, too.
+DelegateDescription readNotificationDelegate(const Node& node, HostClassDescriptions* classes);
 SceneDescription readScene(const Node& node, HostClassDescriptions* classes);
 FirebaseDescription readFirebase(const Node& node, HostClassDescriptions* classes);
 

@@ -86,6 +86,9 @@ void checkField(const Node& node, FieldType type, const Context& context) {
     case FieldType::delegate:
       static_cast<void>(readDelegate(node, &context.classes));
       return;
+    case FieldType::notificationDelegate:
+      static_cast<void>(readNotificationDelegate(node, &context.classes));
+      return;
     case FieldType::config:
       static_cast<void>(readConfig(node));
       return;
@@ -117,9 +120,11 @@ void checkFields(const Node& node, const Verb& verb, std::vector<std::string_vie
 
 void checkCall(const Node& step, const Context& context) {
   const Verb& operation = operations()[step.require("operation").choice(names(operations()))];
-  const auto arguments = step.find("arguments");
-  static const Json none = Json::object();
-  checkFields(arguments ? *arguments : Node(none, step.pointer()), operation, {}, context);
+  const auto& fields = operation.fields;
+  const bool needsArguments = std::any_of(fields.begin(), fields.end(),
+                                          [](const Field& field) { return field.isRequired; });
+  const auto arguments = needsArguments ? step.require("arguments") : step.find("arguments");
+  if (arguments) checkFields(*arguments, operation, {}, context);
 }
 
 std::string readThread(const Node& step) {
@@ -144,7 +149,7 @@ const std::vector<Verb>& verbs() {
       {"respond", {{"userInfo", FieldType::userInfo}, {"action", FieldType::text, optional}}},
       {"openURL", {{"url", FieldType::url}, {"options", FieldType::userInfo, optional}}},
       {"sceneOpenURLs", {{"scene", FieldType::index, optional}, {"urls", FieldType::urls}}},
-      {"setNotificationDelegate", {{"delegate", FieldType::delegate}}},
+      {"setNotificationDelegate", {{"delegate", FieldType::notificationDelegate}}},
       {"connectScene",
        {{"window", FieldType::boolean, optional}, {"delegate", FieldType::delegate, optional}}},
       {"setFirebase",

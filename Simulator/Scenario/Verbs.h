@@ -25,6 +25,7 @@ enum class FieldType {
   url,
   urls,
   delegate,
+  notificationDelegate,
   config,
   operation,
 };

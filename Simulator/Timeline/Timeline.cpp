@@ -6,6 +6,7 @@
 
 #include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Foundation/Base64.h"
 #include "Simulator/Timeline/TextForms.h"
 
 namespace sim {
@@ -13,7 +14,7 @@ namespace {
 
 struct JsonMaker {
   Json operator()(zib::Null) const { return nullptr; }
-  Json operator()(const zib::Bytes& bytes) const { return base64(bytes); }
+  Json operator()(const zib::Bytes& bytes) const { return base64From(bytes); }
   Json operator()(zib::Date date) const { return iso8601(date.secondsSince1970); }
   Json operator()(const zib::Array& array) const {
     Json result = Json::array();

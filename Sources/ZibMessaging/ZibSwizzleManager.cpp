@@ -88,6 +88,11 @@ void ZibSwizzleManager::setupAutoSwizzling() noexcept {
 }
 
 void ZibSwizzleManager::runPass() {
+  // Again, since another thread's pass may have run while this one waited for the main queue.
+  if (hasSwizzled_) {
+    log("⚠️ Swizzling already performed");
+    return;
+  }
   log("🔧 Starting Zib SDK auto-swizzling...");
   swizzleAppDelegate();
   swizzleSceneDelegate();
