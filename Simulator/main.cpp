@@ -52,9 +52,9 @@ std::string readAll(const std::string& file) {
 sim::Scenario readFile(const std::string& file) {
   const std::string text = readAll(file);
   try {
-    const std::string name =
-        file == standardInput ? "standard input" : std::filesystem::path(file).stem().string();
-    return sim::readScenario(text, name);
+    if (file == standardInput) return sim::readScenario(text, "standard input");
+    const std::filesystem::path path(file);
+    return sim::readScenario(text, path.stem().string(), path.parent_path());
   } catch (const sim::ScenarioError& error) {
     throw UsageError(file + ": " + error.what());
   }

@@ -7,6 +7,7 @@
 #include "Platform/Class.h"
 #include "Platform/Strings.h"
 #include "Platform/ValueConversion.h"
+#include "Simulator/Scenario/NetworkReader.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "Simulator/Scenario/Verbs.h"
 
@@ -363,19 +364,18 @@ FirebaseDescription readFirebase(const Node& node, HostClassDescriptions* classe
   return firebase;
 }
 
-Scenario readScenario(std::string_view text, const std::string& defaultName) {
+Scenario readScenario(std::string_view text, const std::string& defaultName,
+                      const std::filesystem::path& folder) {
   const Json json = parse(text);
   const Node root(json, "");
   root.objectOf({"name", "device", "core", "host", "network", "steps", "expect"});
-  if (const auto network = root.find("network")) {
-    network->fail("the section \"network\" is not built yet", "no such section");
-  }
   Scenario scenario;
   const auto name = root.find("name");
   scenario.name = name ? name->text() : defaultName;
   scenario.device = readDevice(section(root, "device"));
   scenario.core = readCore(section(root, "core"));
   scenario.host = readHost(section(root, "host"), scenario.hostClasses);
+  scenario.network = readNetwork(section(root, "network"), folder);
   std::size_t connectedScenes = scenario.host.scenes.size();
   for (const Node& step : root.require("steps").list()) {
     scenario.steps.push_back(readStep(step, scenario.hostClasses, connectedScenes));

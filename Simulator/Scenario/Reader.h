@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -10,8 +11,10 @@
 
 namespace sim {
 
-// Throws ScenarioError. `defaultName` is used where the scenario has none.
-Scenario readScenario(std::string_view text, const std::string& defaultName);
+// Throws ScenarioError. `defaultName` is used where the scenario has none. Files that the scenario
+// names are looked for from `folder`.
+Scenario readScenario(std::string_view text, const std::string& defaultName,
+                      const std::filesystem::path& folder = {});
 
 // Parts that steps have too; what they describe has been checked by readScenario, so that playing a
 // step cannot fail.

@@ -89,6 +89,10 @@ void checkField(const Node& node, FieldType type, const Context& context) {
     case FieldType::notificationDelegate:
       static_cast<void>(readNotificationDelegate(node, &context.classes));
       return;
+    case FieldType::firebase:
+      node.objectOf({"classMethod", "instance", "delegateProperty", "settable", "delegate"});
+      static_cast<void>(readFirebase(node, &context.classes));
+      return;
     case FieldType::config:
       static_cast<void>(readConfig(node));
       return;
@@ -140,6 +144,11 @@ const std::vector<Verb>& verbs() {
   static const std::vector<Verb> all{
       {"configure", {}},
       {"registerForPush", {}},
+      {"registerForPushSimple", {}},
+      {"configurePush",
+       {{"endpoint", FieldType::text, optional},
+        {"completion", FieldType::boolean, optional},
+        {"firebase", FieldType::firebase, optional}}},
       {"answerAuthorization",
        {{"granted", FieldType::boolean, optional}, {"error", FieldType::error, optional}}},
       {"deviceToken", {{"hex", FieldType::hex}}},
@@ -188,6 +197,8 @@ const std::vector<Verb>& operations() {
       {"handleNotificationURL", {userInfo}},
       {"handleURL", {{"url", FieldType::url}, {"source", FieldType::text}}},
       {"createNotificationPayload", {userInfo, {"eventType", FieldType::text}}},
+      {"createEventPayload",
+       {{"eventName", FieldType::text}, {"properties", FieldType::dictionaryOrNull, optional}}},
   };
   return all;
 }

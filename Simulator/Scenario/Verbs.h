@@ -26,6 +26,7 @@ enum class FieldType {
   urls,
   delegate,
   notificationDelegate,
+  firebase,
   config,
   operation,
 };

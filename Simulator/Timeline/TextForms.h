@@ -1,4 +1,4 @@
-// The text forms of what JSON has no type for.
+// The text forms of what JSON has no type for. Base64 is Foundation's.
 
 #pragma once
 
