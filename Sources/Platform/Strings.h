@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,45 @@ Object makeString(std::string_view utf8);
 std::string utf8From(objc::id string);
 
 bool isString(objc::id object);
+
+// A platform string that somebody else keeps alive, or none: for reading it where it lies. Not for
+// keeping it beyond the call in which it was handed out.
+class StringRef {
+ public:
+  StringRef() noexcept = default;
+  // None for nil and for what is no string.
+  static StringRef of(objc::id object) { return StringRef(isString(object) ? object : nullptr); }
+
+  explicit operator bool() const noexcept { return raw_ != nullptr; }
+  [[nodiscard]] objc::id native() const noexcept { return raw_; }
+  // Whether it consists of exactly these ASCII characters, or ends with them.
+  [[nodiscard]] bool equals(std::string_view ascii) const;
+  [[nodiscard]] bool endsWith(std::string_view ascii) const;
+
+ private:
+  explicit StringRef(objc::id raw) noexcept : raw_(raw) {}
+
+  objc::id raw_ = nullptr;
+};
+
+// The UTF-8 of a platform string for as long as one function needs it, like utf8From() but without
+// an allocation where the text is short and ASCII, as links, tokens and identifiers are.
+class Utf8 {
+ public:
+  explicit Utf8(objc::id string);
+  explicit Utf8(StringRef string) : Utf8(string.native()) {}
+  Utf8(const Utf8&) = delete;
+  Utf8& operator=(const Utf8&) = delete;
+
+  [[nodiscard]] std::string_view view() const noexcept { return view_; }
+
+ private:
+  static constexpr std::size_t room = 512;
+
+  std::array<char, room> characters_;
+  std::string spilled_;
+  std::string_view view_;
+};
 
 // The first `count` characters (Unicode scalar values) of valid UTF-8.
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept;

@@ -30,16 +30,26 @@ Object makeCategory(const NotificationCategory& category) {
       makeString(category.identifier).raw(), actions.raw(), emptyArray().raw(), noOptions));
 }
 
-}  // namespace
-
-Dictionary Notification::userInfo() const {
-  const objc::id request = send<objc::id>(native_.raw(), selector<"request">());
+Dictionary userInfoOf(objc::id notification) {
+  const objc::id request = send<objc::id>(notification, selector<"request">());
   const objc::id content = send<objc::id>(request, selector<"content">());
   return Dictionary::retained(send<objc::id>(content, selector<"userInfo">()));
 }
 
+}  // namespace
+
+Dictionary Notification::userInfo() const { return userInfoOf(native_.raw()); }
+
 std::string NotificationResponse::actionIdentifier() const {
-  return utf8From(send<objc::id>(native_.raw(), selector<"actionIdentifier">()));
+  return utf8From(actionText().native());
+}
+
+StringRef NotificationResponse::actionText() const {
+  return StringRef::of(send<objc::id>(native_.raw(), selector<"actionIdentifier">()));
+}
+
+Dictionary NotificationResponse::userInfo() const {
+  return userInfoOf(send<objc::id>(native_.raw(), selector<"notification">()));
 }
 
 Notification NotificationResponse::notification() const {

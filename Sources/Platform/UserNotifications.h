@@ -34,6 +34,10 @@ class NotificationResponse {
     return NotificationResponse(Object::retained(object));
   }
   [[nodiscard]] std::string actionIdentifier() const;
+  // The same in place, for as long as the response lives.
+  [[nodiscard]] StringRef actionText() const;
+  // That of the notification.
+  [[nodiscard]] Dictionary userInfo() const;
   [[nodiscard]] Notification notification() const;
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 

@@ -10,6 +10,7 @@
 #include "Platform/Send.h"
 #include "ZibMessaging/Containment.h"
 #include "ZibMessaging/FirebaseMessaging.h"
+#include "ZibMessaging/LogLine.h"
 #include "ZibMessaging/NeverDestroyed.h"
 #include "ZibMessaging/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
@@ -55,8 +56,8 @@ void didReceiveNotificationResponse(id, SEL, id /*center*/, id response,
 
 void didReceiveRegistrationToken(id, SEL, id /*messaging*/, id token) {
   contained("messaging:didReceiveRegistrationToken:", [&] {
-    if (zib::isNSObject(token) && zib::isString(token)) {
-      ZibMessaging::shared().setFCMToken(zib::utf8From(token));
+    if (zib::isString(token)) {
+      ZibMessaging::shared().setFCMToken(zib::Utf8(token).view());
     }
   });
 }
@@ -184,7 +185,7 @@ void ZibMessaging::didRegisterForRemoteNotifications(
   contained("didRegisterForRemoteNotifications", [&] {
     apnsToken_.store(zib::Bytes(deviceToken.begin(), deviceToken.end()));
     hasReceivedAPNSToken_ = true;
-    log("📱 APNS token registered: " + tokenDisplay(hexText(deviceToken)));
+    logLine({"📱 APNS token registered: ", ShownHexText(deviceToken).view(), "..."});
     log("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
   });
 }
@@ -205,10 +206,11 @@ void ZibMessaging::setPushToken(std::span<const std::uint8_t> deviceToken) noexc
 void ZibMessaging::setFCMToken(std::string_view token) noexcept {
   contained("setFCMToken", [&] {
     if (!hasReceivedAPNSToken_) {
-      log("⚠️ Ignoring FCM token received before APNS registration: " + tokenDisplay(token));
+      logLine(
+          {"⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token), "..."});
       return;
     }
-    log("📲 FCM token received (post-APNS): " + tokenDisplay(token));
+    logLine({"📲 FCM token received (post-APNS): ", shownOf(token), "..."});
     fcmToken_.store(std::string(token));
     ZibStorage::shared().saveFCMToken(token);
     Zib::shared().registerPushToken(token);
@@ -222,7 +224,8 @@ void ZibMessaging::didReceiveRegistrationToken(std::string_view token) noexcept 
 }
 
 bool ZibMessaging::isTestNotification(const zib::Dictionary& userInfo) {
-  return userInfo.string(zib::constantString<"pn_type">) == "PUSH-NOTIFICATION-SEND-TEST";
+  const zib::StringRef type = userInfo.text(zib::constantString<"pn_type">);
+  return type && type.equals("PUSH-NOTIFICATION-SEND-TEST");
 }
 
 void ZibMessaging::track(const zib::Dictionary& userInfo, std::string_view eventType) {
@@ -246,8 +249,8 @@ UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexce
 
 void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcept {
   contained("didReceive", [&] {
-    const zib::Dictionary userInfo = response.notification().userInfo();
-    log("Notification tapped with action: " + response.actionIdentifier());
+    const zib::Dictionary userInfo = response.userInfo();
+    logLine({"Notification tapped with action: ", zib::Utf8(response.actionText()).view()});
     track(userInfo, clickedEvent);
     tellDelegate("didReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
       delegate.didReceiveNotificationResponse(*this, response);
