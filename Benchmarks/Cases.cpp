@@ -140,13 +140,13 @@ void consumeJSON(const nlohmann::json& event) {
 }
 
 Case payloadCase() {
-  constexpr std::string_view clicked = "notification-clicked";
+  constexpr zib::ConstantString clicked = zib::constantString<"notification-clicked">;
   const auto userInfo = zib::Dictionary::retained(payloadOf(12).raw());
   const Object native = userInfo.native();
   return {.name = "payload",
-          .floor = [=] { consume(floor::eventOf(native.raw(), clicked)); },
+          .floor = [=] { consume(floor::eventOf(native.raw(), clicked.text)); },
           .ours = [=] { consume(ZibPayloadBuilder::createNotificationPayload(userInfo, clicked)); },
-          .beside = [=] { consumeJSON(jsonEventOf(userInfo, clicked)); },
+          .beside = [=] { consumeJSON(jsonEventOf(userInfo, clicked.text)); },
           .besideName = "an nlohmann::json object",
           .target = payloadTarget};
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -63,11 +64,13 @@ class Utf8 {
 // The first `count` characters (Unicode scalar values) of valid UTF-8.
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept;
 
-// A text known at compile time and the platform's object for it. The object is made at its first
-// use and kept: a key that is looked up on every notification must not be made, nor hashed, anew.
+// A text known at compile time, the platform's object for it, and the C++ string. Both are made at
+// their first use and kept: a key that is looked up on every notification must not be made, nor
+// hashed, anew, nor a field of every event copied.
 struct ConstantString {
   std::string_view text;
   objc::id (*object)();
+  const std::string& (*utf8)();
 };
 
 template <FixedString Text>
@@ -76,7 +79,15 @@ objc::id objectOfConstant() {
   return string;
 }
 
+// Never destroyed, since events may still be read while the process exits.
 template <FixedString Text>
-inline constexpr ConstantString constantString{Text.view(), &objectOfConstant<Text>};
+const std::string& utf8OfConstant() {
+  static const std::string& string = *std::make_unique<const std::string>(Text.view()).release();
+  return string;
+}
+
+template <FixedString Text>
+inline constexpr ConstantString constantString{Text.view(), &objectOfConstant<Text>,
+                                               &utf8OfConstant<Text>};
 
 }  // namespace zib

@@ -23,8 +23,8 @@ using zib::objc::UInteger;
 
 namespace {
 
-constexpr std::string_view deliveredEvent = "notification-delivered";
-constexpr std::string_view clickedEvent = "notification-clicked";
+constexpr zib::ConstantString deliveredEvent = zib::constantString<"notification-delivered">;
+constexpr zib::ConstantString clickedEvent = zib::constantString<"notification-clicked">;
 constexpr double firebaseRetryDelay = 0.1;  // seconds
 
 void log(std::string_view line) { ZibLogger::shared().log(line); }
@@ -228,7 +228,7 @@ bool ZibMessaging::isTestNotification(const zib::Dictionary& userInfo) {
   return type && type.equals("PUSH-NOTIFICATION-SEND-TEST");
 }
 
-void ZibMessaging::track(const zib::Dictionary& userInfo, std::string_view eventType) {
+void ZibMessaging::track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType) {
   if (isTestNotification(userInfo)) return;
   Zib::shared().trackSelfDescribingEvent(
       notificationEventSchemaURI,

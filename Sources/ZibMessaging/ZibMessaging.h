@@ -110,7 +110,7 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
                                     const std::optional<zib::Error>& error);
   void registerNotificationCategories();
   static bool isTestNotification(const zib::Dictionary& userInfo);
-  static void track(const zib::Dictionary& userInfo, std::string_view eventType);
+  static void track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType);
   void setupAsFirebaseMessagingDelegate();
   void setFirebaseMessagingDelegateIfNeeded();
   template <class Call>
