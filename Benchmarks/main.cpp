@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <iomanip>
 #include <iostream>
 
 #include "Benchmarks/Comparison.h"
@@ -138,8 +139,8 @@ void count(const std::string& name, const std::function<void()>& call, int calls
   const Sample sample = bench::measure(call, calls);
   CALLGRIND_DUMP_STATS_AT(name.c_str());
   CALLGRIND_STOP_INSTRUMENTATION;
-  std::cout << name << '\t' << calls << '\t' << sample.allocations * calls << '\t'
-            << sample.bytes * calls << '\n';
+  std::cout << std::fixed << std::setprecision(0) << name << '\t' << calls << '\t'
+            << sample.allocations * calls << '\t' << sample.bytes * calls << '\n';
 }
 
 void countAll() {
