@@ -22,6 +22,7 @@ class Notification {
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 
  private:
+  friend class Borrowed<Notification>;
   explicit Notification(Object native) noexcept : native_(std::move(native)) {}
 
   Object native_;
@@ -42,6 +43,7 @@ class NotificationResponse {
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 
  private:
+  friend class Borrowed<NotificationResponse>;
   explicit NotificationResponse(Object native) noexcept : native_(std::move(native)) {}
 
   Object native_;

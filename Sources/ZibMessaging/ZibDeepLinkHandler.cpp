@@ -26,7 +26,7 @@ constexpr std::array<ConstantString, 9> linkKeys{
 constexpr std::string_view notApplicable = "NA";
 
 void log(std::string_view text, std::string_view detail = {}) {
-  logLine({"ZibDeepLinkHandler: ", text, detail});
+  logLine("ZibDeepLinkHandler: ", text, detail);
 }
 
 // The first usable link decides, even if it turns out to be no URL: falling back to another key
@@ -79,7 +79,7 @@ bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) 
 
 bool ZibDeepLinkHandler::handleURL(const zib::URL& url, std::string_view source) noexcept {
   contained("handleURL", [&] {
-    logLine({"ZibDeepLinkHandler: URL from ", source, " - ", zib::Utf8(url.text()).view()});
+    logLine("ZibDeepLinkHandler: URL from ", source, " - ", zib::Utf8(url.text()).view());
   });
   return true;
 }

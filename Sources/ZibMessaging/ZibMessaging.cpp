@@ -41,7 +41,7 @@ void willPresentNotification(id, SEL, id /*center*/, id notification,
   if (ZibSwizzleManager::shared().isSwizzlingEnabled()) {
     options = foregroundPresentationOptions();
   } else {
-    options = ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
+    options = ZibMessaging::shared().willPresent(*zib::Borrowed<zib::Notification>(notification));
   }
   zib::Block<void(UInteger)>::call(completion, options);
 }
@@ -49,7 +49,7 @@ void willPresentNotification(id, SEL, id /*center*/, id notification,
 void didReceiveNotificationResponse(id, SEL, id /*center*/, id response,
                                     zib::BlockLayout* completion) {
   if (!ZibSwizzleManager::shared().isSwizzlingEnabled()) {
-    ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response));
+    ZibMessaging::shared().didReceive(*zib::Borrowed<zib::NotificationResponse>(response));
   }
   zib::Block<void()>::call(completion);
 }
@@ -185,7 +185,7 @@ void ZibMessaging::didRegisterForRemoteNotifications(
   contained("didRegisterForRemoteNotifications", [&] {
     apnsToken_.store(zib::Bytes(deviceToken.begin(), deviceToken.end()));
     hasReceivedAPNSToken_ = true;
-    logLine({"📱 APNS token registered: ", ShownHexText(deviceToken).view(), "..."});
+    logLine("📱 APNS token registered: ", ShownHexText(deviceToken).view(), "...");
     log("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
   });
 }
@@ -206,11 +206,11 @@ void ZibMessaging::setPushToken(std::span<const std::uint8_t> deviceToken) noexc
 void ZibMessaging::setFCMToken(std::string_view token) noexcept {
   contained("setFCMToken", [&] {
     if (!hasReceivedAPNSToken_) {
-      logLine(
-          {"⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token), "..."});
+      logLine("⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token),
+              "...");
       return;
     }
-    logLine({"📲 FCM token received (post-APNS): ", shownOf(token), "..."});
+    logLine("📲 FCM token received (post-APNS): ", shownOf(token), "...");
     fcmToken_.store(std::string(token));
     ZibStorage::shared().saveFCMToken(token);
     Zib::shared().registerPushToken(token);
@@ -250,7 +250,7 @@ UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexce
 void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcept {
   contained("didReceive", [&] {
     const zib::Dictionary userInfo = response.userInfo();
-    logLine({"Notification tapped with action: ", zib::Utf8(response.actionText()).view()});
+    logLine("Notification tapped with action: ", zib::Utf8(response.actionText()).view());
     track(userInfo, clickedEvent);
     tellDelegate("didReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
       delegate.didReceiveNotificationResponse(*this, response);

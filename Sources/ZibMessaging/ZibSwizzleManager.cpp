@@ -29,7 +29,7 @@ constexpr double firebaseRetryDelay = 1.0;              // seconds
 
 void log(std::string_view line) { ZibLogger::shared().log(line); }
 
-void log(std::string_view text, std::string_view detail) { logLine({text, detail}); }
+void log(std::string_view text, std::string_view detail) { logLine(text, detail); }
 
 // Whether a query of this text could hold campaign parameters. Splitting a URL costs more than all
 // else in a callback, and most have none. A name can also be percent-encoded.
@@ -277,10 +277,11 @@ void ZibSwizzleManager::add(Row row, Class delegateClass) {
 }
 
 void ZibSwizzleManager::remember(Row row, Class owner, zib::objc::IMP original) {
-  auto& head = installations_[static_cast<std::size_t>(row)];
-  head = std::make_unique<const Installation>(
-             Installation{owner, Selector(at(row).hostSelector), original, head})
-             .release();
+  const auto index = static_cast<std::size_t>(row);
+  auto& head = installations_[index];
+  const Installation made{owner, Selector(at(row).hostSelector), original, head};
+  auto& first = firstInstallations_[index];
+  head = first ? std::make_unique<const Installation>(made).release() : &first.emplace(made);
 }
 
 const ZibSwizzleManager::Installation* ZibSwizzleManager::findInstallation(Row row,

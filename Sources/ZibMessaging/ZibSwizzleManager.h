@@ -123,4 +123,6 @@ class ZibSwizzleManager final : public std::enable_shared_from_this<ZibSwizzleMa
   std::atomic<bool> didSwapSceneOpenURL_{false};
   std::atomic<bool> didSwapFCMToken_{false};
   std::array<std::atomic<const Installation*>, rowCount> installations_{};
+  // Most hosts have one class for each row, so the first needs no memory of its own.
+  std::array<std::optional<const Installation>, rowCount> firstInstallations_;
 };

@@ -130,7 +130,7 @@ struct ZibSwizzleManager::Interceptors {
     if (callback.isNew()) {
       contained("zib_openURL:url:options:", [&] {
         const zib::Utf8 text(zib::textOfURL(url));
-        logLine({"🔗 [INTERCEPTED] application:open:options: ", text.view()});
+        logLine("🔗 [INTERCEPTED] application:open:options: ", text.view());
         trackUTMParameters(url, text.view());
       });
     }
@@ -148,7 +148,7 @@ struct ZibSwizzleManager::Interceptors {
       const auto url = isEmpty ? std::nullopt : zib::urlOfContext(elements.front().raw());
       if (!url || !callback.isNew()) return;
       const zib::Utf8 text(url->text());
-      logLine({"🔗 [INTERCEPTED] scene:openURLContexts: ", text.view()});
+      logLine("🔗 [INTERCEPTED] scene:openURLContexts: ", text.view());
       trackUTMParameters(url->native(), text.view());
       ZibDeepLinkHandler::shared().handleURL(*url, "scene_delegate");
     });
@@ -163,7 +163,7 @@ struct ZibSwizzleManager::Interceptors {
     if (callback.isNew()) {
       contained("zib_willPresent:notification:completionHandler:",
                 [&] { log("🔔 [INTERCEPTED] willPresent notification"); });
-      options = ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
+      options = ZibMessaging::shared().willPresent(*zib::Borrowed<zib::Notification>(notification));
     } else {
       options = foregroundPresentationOptions();
     }
@@ -183,7 +183,7 @@ struct ZibSwizzleManager::Interceptors {
     if (callback.isNew()) {
       contained("zib_didReceive:response:completionHandler:",
                 [&] { log("👆 [INTERCEPTED] didReceive notification response"); });
-      ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response));
+      ZibMessaging::shared().didReceive(*zib::Borrowed<zib::NotificationResponse>(response));
     }
     using Completion = Block<void()>;
     if (!callback.isForwarded()) {
@@ -201,8 +201,8 @@ struct ZibSwizzleManager::Interceptors {
       contained("zib_messaging:didReceiveRegistrationToken:", [&] {
         const bool isPresent = zib::isString(token);
         const zib::Utf8 text(zib::StringRef::of(token));
-        logLine({"🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
-                 isPresent ? shownOf(text.view()) : "nil", "..."});
+        logLine("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
+                isPresent ? shownOf(text.view()) : "nil", "...");
         if (isPresent) ZibMessaging::shared().setFCMToken(text.view());
       });
     }
