@@ -42,6 +42,7 @@ class Dictionary {
   [[nodiscard]] Object native() const;
 
  private:
+  friend class Borrowed<Dictionary>;
   explicit Dictionary(Object native) noexcept : native_(std::move(native)) {}
   [[nodiscard]] std::optional<std::string> stringForKey(objc::id key) const;
 

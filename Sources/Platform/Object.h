@@ -38,7 +38,7 @@ class Object {
   objc::id raw_ = nullptr;
 };
 
-// A handle, such as Notification, on an object that a caller keeps alive for the length of a call:
+// A handle, such as Notification, on an object that somebody keeps alive for the length of a call:
 // without the retain and release that a handle of one's own costs. Copies of the handle retain.
 template <class Handle>
 class Borrowed {

@@ -19,6 +19,8 @@ class Notification {
   static Notification retained(objc::id object) { return Notification(Object::retained(object)); }
   // What the sender put into it. Empty when any step of the way there is missing.
   [[nodiscard]] Dictionary userInfo() const;
+  // The platform's own dictionary, or nil, for as long as the notification lives.
+  [[nodiscard]] objc::id nativeUserInfo() const;
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 
  private:
@@ -38,7 +40,7 @@ class NotificationResponse {
   // The same in place, for as long as the response lives.
   [[nodiscard]] StringRef actionText() const;
   // That of the notification.
-  [[nodiscard]] Dictionary userInfo() const;
+  [[nodiscard]] objc::id nativeUserInfo() const;
   [[nodiscard]] Notification notification() const;
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 

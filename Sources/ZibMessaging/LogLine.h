@@ -11,16 +11,15 @@
 
 // Hands the core's logger one line, without an allocation where the line is short: most callbacks
 // write one, on the app's main thread.
-template <class... Parts>
-void logLine(const Parts&... parts) {
+inline void logLine(std::string_view one, std::string_view two, std::string_view three = {},
+                    std::string_view four = {}) {
   constexpr std::size_t shortLine = 768;
-  const std::size_t size = (std::string_view(parts).size() + ...);
+  const std::size_t size = one.size() + two.size() + three.size() + four.size();
   const auto write = [&](char* line) {
-    char* end = line;
-    const auto append = [&](std::string_view part) {
-      end = std::copy(part.begin(), part.end(), end);
-    };
-    (append(parts), ...);
+    char* end = std::copy(one.begin(), one.end(), line);
+    end = std::copy(two.begin(), two.end(), end);
+    end = std::copy(three.begin(), three.end(), end);
+    std::copy(four.begin(), four.end(), end);
     ZibLogger::shared().log({line, size});
   };
   if (size <= shortLine) {

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -10,14 +11,23 @@
 #include <string>
 #include <string_view>
 
+inline constexpr std::string_view hexDigits = "0123456789abcdef";
+
 // The first 20 characters.
 std::string_view shownOf(std::string_view token) noexcept;
 
 // The first 20 characters of a token in the form of hexText().
 class ShownHexText {
  public:
-  explicit ShownHexText(std::span<const std::uint8_t> token) noexcept;
-  [[nodiscard]] std::string_view view() const noexcept { return {characters_.data(), size_}; }
+  explicit ShownHexText(std::span<const std::uint8_t> token) noexcept {
+    for (const std::uint8_t byte : token.first(std::min(token.size(), characters_.size() / 2))) {
+      characters_[size_++] = hexDigits[byte >> 4U];
+      characters_[size_++] = hexDigits[byte & 0xFU];
+    }
+  }
+  [[nodiscard]] std::string_view view() const noexcept {
+    return std::string_view(characters_.data(), characters_.size()).substr(0, size_);
+  }
 
  private:
   std::array<char, 20> characters_{};

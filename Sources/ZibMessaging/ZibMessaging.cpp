@@ -237,11 +237,11 @@ void ZibMessaging::track(const zib::Dictionary& userInfo, const zib::ConstantStr
 
 UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexcept {
   contained("willPresent", [&] {
-    const zib::Dictionary userInfo = notification.userInfo();
+    const zib::Borrowed<zib::Dictionary> userInfo(notification.nativeUserInfo());
     log("Notification received in foreground");
-    track(userInfo, deliveredEvent);
+    track(*userInfo, deliveredEvent);
     tellDelegate("didReceiveNotification", [&](ZibMessagingDelegate& delegate) {
-      delegate.didReceiveNotification(*this, userInfo);
+      delegate.didReceiveNotification(*this, *userInfo);
     });
   });
   return foregroundPresentationOptions();
@@ -249,13 +249,13 @@ UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexce
 
 void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcept {
   contained("didReceive", [&] {
-    const zib::Dictionary userInfo = response.userInfo();
+    const zib::Borrowed<zib::Dictionary> userInfo(response.nativeUserInfo());
     logLine("Notification tapped with action: ", zib::Utf8(response.actionText()).view());
-    track(userInfo, clickedEvent);
+    track(*userInfo, clickedEvent);
     tellDelegate("didReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
       delegate.didReceiveNotificationResponse(*this, response);
     });
-    ZibDeepLinkHandler::shared().handleNotificationURL(userInfo);
+    ZibDeepLinkHandler::shared().handleNotificationURL(*userInfo);
   });
 }
 
