@@ -45,14 +45,10 @@ void ValueMap::set(std::string_view key, Value value) {
 }
 
 void ValueMap::append(std::string_view key, Value value) {
-  members_.push_back({std::string(key), std::move(value)});
+  members_.emplace_back(key, std::move(value));
 }
 
-Value& ValueMap::append(std::string_view key) {
-  Member& member = members_.emplace_back();
-  member.key.assign(key);
-  return member.value;
-}
+Value& ValueMap::append(std::string_view key) { return members_.emplace_back(key).value; }
 
 const Value* ValueMap::find(std::string_view key) const noexcept {
   for (const Member& member : members_) {

@@ -117,6 +117,9 @@ class Value {
 };
 
 struct Member {
+  Member(std::string_view name, Value content) : key(name), value(std::move(content)) {}
+  explicit Member(std::string_view name) : key(name) {}
+
   std::string key;
   Value value;
   friend bool operator==(const Member&, const Member&) = default;
