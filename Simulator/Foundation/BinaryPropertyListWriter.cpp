@@ -71,6 +71,7 @@ class Writer {
     appendMarker(bplist::kind::real, 3);
     appendNumber(std::bit_cast<std::uint64_t>(value), 8);
   }
+  void operator()(zib::ConstantText value) { (*this)(*value.text); }
   void operator()(const std::string& value) {
     if (isASCII(value)) {
       appendLength(bplist::kind::asciiString, value.size());

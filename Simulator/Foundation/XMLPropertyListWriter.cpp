@@ -103,6 +103,7 @@ class Writer {
   void operator()(std::uint64_t value) { element("integer", decimal(value)); }
   void operator()(double value) { element("real", real(value)); }
   void operator()(const std::string& value) { element("string", escaped(value)); }
+  void operator()(zib::ConstantText value) { (*this)(*value.text); }
   void operator()(const zib::Bytes& value) {
     line("<data>");
     const std::string text = base64From(value);

@@ -15,6 +15,7 @@ namespace {
 struct JsonMaker {
   Json operator()(zib::Null) const { return nullptr; }
   Json operator()(const zib::Bytes& bytes) const { return base64From(bytes); }
+  Json operator()(zib::ConstantText constant) const { return *constant.text; }
   Json operator()(zib::Date date) const { return iso8601(date.secondsSince1970); }
   Json operator()(const zib::Array& array) const {
     Json result = Json::array();

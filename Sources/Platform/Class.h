@@ -91,4 +91,20 @@ bool isNSObject(objc::id object);
 bool isKindOf(objc::id object, Class cls);
 bool respondsTo(objc::id object, Selector selector);
 
+// isKindOf() for a class that is known at compile time, made cheap for objects of the same class as
+// the last one: a payload's strings are mostly of one class. Only that class is remembered whose
+// ancestry says yes, which never changes.
+template <FixedString Name>
+bool isKind(objc::id object) {
+  if (object == nullptr) return false;
+  static constinit std::atomic<objc::Class> lastFound{nullptr};
+  const Class cls = Class::ofObject(object);
+  if (cls.raw() == lastFound.load(std::memory_order_relaxed)) return true;
+  const Class ancestor = classNamed<Name>();
+  if (!ancestor || !isNSObject(object)) return false;
+  if (!cls.derivesFrom(ancestor)) return isKindOf(object, ancestor);
+  lastFound.store(cls.raw(), std::memory_order_relaxed);
+  return true;
+}
+
 }  // namespace zib

@@ -19,6 +19,6 @@ std::span<const std::uint8_t> bytesOf(objc::id data) {
           send<objc::UInteger>(data, selector<"length">())};
 }
 
-bool isData(objc::id object) { return isKindOf(object, classNamed<"NSData">()); }
+bool isData(objc::id object) { return isKind<"NSData">(object); }
 
 }  // namespace zib

@@ -8,16 +8,13 @@
 namespace zib {
 
 Dictionary Dictionary::retained(objc::id object) {
-  const bool isDictionary = isNSObject(object) && isKindOf(object, classNamed<"NSDictionary">());
-  return isDictionary ? Dictionary(Object::retained(object)) : Dictionary();
+  return isKind<"NSDictionary">(object) ? Dictionary(Object::retained(object)) : Dictionary();
 }
 
 Dictionary Dictionary::from(const ValueMap& values) { return Dictionary(objectFrom(values)); }
 
 std::optional<Dictionary> Dictionary::withTextKeys(const Object& object) {
-  if (!isNSObject(object.raw()) || !isKindOf(object.raw(), classNamed<"NSDictionary">())) {
-    return std::nullopt;
-  }
+  if (!isKind<"NSDictionary">(object.raw())) return std::nullopt;
   const AutoreleasePool pool;
   const objc::id keys = send<objc::id>(object.raw(), selector<"keyEnumerator">());
   while (const objc::id key = send<objc::id>(keys, selector<"nextObject">())) {
@@ -28,6 +25,10 @@ std::optional<Dictionary> Dictionary::withTextKeys(const Object& object) {
 
 bool Dictionary::empty() const {
   return send<objc::UInteger>(native_.raw(), selector<"count">()) == 0;
+}
+
+StringRef Dictionary::text(ConstantString key) const {
+  return StringRef::of(send<objc::id>(native_.raw(), selector<"objectForKey:">(), key.object()));
 }
 
 std::optional<std::string> Dictionary::string(ConstantString key) const {
@@ -47,7 +48,7 @@ std::optional<std::string> Dictionary::stringForKey(objc::id key) const {
 std::optional<bool> Dictionary::boolean(ConstantString key) const {
   if (!native_) return std::nullopt;
   const objc::id value = send<objc::id>(native_.raw(), selector<"objectForKey:">(), key.object());
-  if (!isKindOf(value, classNamed<"NSNumber">())) return std::nullopt;
+  if (!isKind<"NSNumber">(value)) return std::nullopt;
   const auto number = send<double>(value, selector<"doubleValue">());
   if (number != 0 && number != 1) return std::nullopt;
   return number == 1;
@@ -60,6 +61,10 @@ ValueMap Dictionary::values() const {
   return map == nullptr ? ValueMap() : *map;
 }
 
-Object Dictionary::native() const { return native_ ? native_ : objectFrom(ValueMap()); }
+Object Dictionary::native() const {
+  static const objc::id emptyOne =
+      send<objc::id>(classNamed<"NSDictionary">().object(), selector<"new">());
+  return native_ ? native_ : Object::retained(emptyOne);
+}
 
 }  // namespace zib

@@ -30,6 +30,8 @@ class Dictionary {
   // The text under exactly that key, if there is one and it is a string; numbers are not
   // converted.
   [[nodiscard]] std::optional<std::string> string(ConstantString key) const;
+  // The same in place, for as long as the dictionary is not changed.
+  [[nodiscard]] StringRef text(ConstantString key) const;
   [[nodiscard]] std::optional<std::string> string(std::string_view key) const;
   // The truth value under exactly that key, if there is one: a boolean, or a number that is 1 or 0,
   // since the platform has one type for both.
@@ -40,6 +42,7 @@ class Dictionary {
   [[nodiscard]] Object native() const;
 
  private:
+  friend class Borrowed<Dictionary>;
   explicit Dictionary(Object native) noexcept : native_(std::move(native)) {}
   [[nodiscard]] std::optional<std::string> stringForKey(objc::id key) const;
 

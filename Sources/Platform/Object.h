@@ -38,4 +38,22 @@ class Object {
   objc::id raw_ = nullptr;
 };
 
+// A handle, such as Notification, on an object that somebody keeps alive for the length of a call:
+// without the retain and release that a handle of one's own costs. Copies of the handle retain.
+template <class Handle>
+class Borrowed {
+ public:
+  explicit Borrowed(objc::id object) : handle_(Object::adopted(object)) {}
+  ~Borrowed() {}  // NOLINT(modernize-use-equals-default): it would release the object
+  Borrowed(const Borrowed&) = delete;
+  Borrowed& operator=(const Borrowed&) = delete;
+
+  const Handle& operator*() const noexcept { return handle_; }
+
+ private:
+  union {
+    Handle handle_;
+  };
+};
+
 }  // namespace zib

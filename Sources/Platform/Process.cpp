@@ -5,14 +5,19 @@
 #include "Platform/Strings.h"
 
 namespace zib {
+namespace {
 
-std::string mainBundlePath() {
+objc::id bundlePath() {
   const objc::id bundle =
       send<objc::id>(classNamed<"NSBundle">().object(), selector<"mainBundle">());
-  return utf8From(send<objc::id>(bundle, selector<"bundlePath">()));
+  return send<objc::id>(bundle, selector<"bundlePath">());
 }
 
-bool isAppExtension() { return mainBundlePath().ends_with(".appex"); }
+}  // namespace
+
+std::string mainBundlePath() { return utf8From(bundlePath()); }
+
+bool isAppExtension() { return StringRef::of(bundlePath()).endsWith(".appex"); }
 
 bool isSystemAtLeast(long major, long minor) {
   const objc::id process =

@@ -1,5 +1,6 @@
 #include "Platform/Strings.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -12,7 +13,7 @@ namespace {
 
 constexpr char32_t replacement = 0xFFFD;
 // Texts up to this length are converted on the stack.
-constexpr std::size_t shortText = 256;
+constexpr std::size_t shortText = 512;
 
 bool isContinuation(unsigned char byte) { return (byte & 0xC0U) == 0x80U; }
 
@@ -92,6 +93,16 @@ void appendUtf8(std::string& out, char32_t character) {
 bool isHighSurrogate(objc::UniChar unit) { return (unit & 0xFC00U) == 0xD800U; }
 bool isLowSurrogate(objc::UniChar unit) { return (unit & 0xFC00U) == 0xDC00U; }
 
+// Whether all units are ASCII; `out` then holds them as bytes.
+bool narrowIfASCII(const objc::UniChar* units, std::size_t length, char* out) {
+  unsigned all = 0;
+  for (std::size_t at = 0; at < length; ++at) {
+    all |= units[at];
+    out[at] = static_cast<char>(units[at]);
+  }
+  return all < 0x80;
+}
+
 std::string utf8FromUnits(const objc::UniChar* units, std::size_t length) {
   std::string result;
   result.reserve(length);
@@ -125,22 +136,48 @@ Object makeString(std::string_view utf8) {
   return stringFromUnits(units.data(), writeUtf16(utf8, units.data()));
 }
 
-std::string utf8From(objc::id string) {
+std::string utf8From(objc::id string) { return std::string(Utf8(string).view()); }
+
+Utf8::Utf8(objc::id string) {  // NOLINT(cppcoreguidelines-pro-type-member-init): written below
+  static_assert(room >= shortText);
   const auto length = send<objc::UInteger>(string, selector<"length">());
-  if (length == 0) return {};
+  if (length == 0) return;
   const auto read = [&](objc::UniChar* units) {
     send<void>(string, selector<"getCharacters:range:">(), units, Range{0, length});
-    return utf8FromUnits(units, length);
   };
   if (length <= shortText) {
     std::array<objc::UniChar, shortText> units;  // NOLINT(cppcoreguidelines-pro-type-member-init)
-    return read(units.data());
+    read(units.data());
+    if (narrowIfASCII(units.data(), length, characters_.data())) {
+      view_ = {characters_.data(), length};
+      return;
+    }
+    spilled_ = utf8FromUnits(units.data(), length);
+  } else {
+    std::vector<objc::UniChar> units(length);
+    read(units.data());
+    spilled_ = utf8FromUnits(units.data(), length);
   }
-  std::vector<objc::UniChar> units(length);
-  return read(units.data());
+  view_ = spilled_;
 }
 
-bool isString(objc::id object) { return isKindOf(object, classNamed<"NSString">()); }
+bool StringRef::equals(std::string_view ascii) const {
+  return send<objc::UInteger>(raw_, selector<"length">()) == ascii.size() && endsWith(ascii);
+}
+
+bool StringRef::endsWith(std::string_view ascii) const {
+  std::array<objc::UniChar, shortText> end;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+  const auto length = send<objc::UInteger>(raw_, selector<"length">());
+  if (length < ascii.size() || ascii.size() > end.size()) return false;
+  send<void>(raw_, selector<"getCharacters:range:">(), end.data(),
+             Range{length - ascii.size(), ascii.size()});
+  return std::equal(ascii.begin(), ascii.end(), end.begin(),
+                    [](char character, objc::UniChar unit) {
+                      return static_cast<unsigned char>(character) == unit;
+                    });
+}
+
+bool isString(objc::id object) { return isKind<"NSString">(object); }
 
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept {
   std::size_t end = 0;

@@ -20,25 +20,33 @@ std::string optionalText(objc::id string) {
 }  // namespace
 
 std::optional<URL> URL::parse(std::string_view text) {
-  if (text.empty()) return std::nullopt;
-  const Object string = makeString(text);
+  return parse(StringRef::of(makeString(text).raw()));
+}
+
+std::optional<URL> URL::parse(StringRef text) {
+  if (send<objc::UInteger>(text.native(), selector<"length">()) == 0) return std::nullopt;
   const objc::id allocated = send<objc::id>(classNamed<"NSURL">().object(), selector<"alloc">());
   const objc::id url =
       canBeToldNotToRepair()
           ? send<objc::id>(allocated, selector<"initWithString:encodingInvalidCharacters:">(),
-                           string.raw(), objc::BOOL{0})
-          : send<objc::id>(allocated, selector<"initWithString:">(), string.raw());
+                           text.native(), objc::BOOL{0})
+          : send<objc::id>(allocated, selector<"initWithString:">(), text.native());
   if (url == nullptr) return std::nullopt;
   return URL(Object::adopted(url));
 }
 
 std::optional<URL> URL::retained(objc::id object) {
-  if (!isNSObject(object) || !isKindOf(object, classNamed<"NSURL">())) return std::nullopt;
+  if (!isKind<"NSURL">(object)) return std::nullopt;
   return URL(Object::retained(object));
 }
 
-std::string URL::absoluteString() const {
-  return optionalText(send<objc::id>(native_.raw(), selector<"absoluteString">()));
+std::string URL::absoluteString() const { return optionalText(text().native()); }
+
+StringRef URL::text() const { return textOfURL(native_.raw()); }
+
+StringRef textOfURL(objc::id url) {
+  if (!isKind<"NSURL">(url)) return {};
+  return StringRef::of(send<objc::id>(url, selector<"absoluteString">()));
 }
 
 std::vector<QueryItem> URL::queryItems() const {

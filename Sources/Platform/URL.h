@@ -9,6 +9,7 @@
 
 #include "Platform/Native.h"
 #include "Platform/Object.h"
+#include "Platform/Strings.h"
 
 namespace zib {
 
@@ -24,10 +25,13 @@ class URL {
   // Strict: an empty text is no URL, and characters that a URL cannot hold are not repaired, on no
   // version of the system (since iOS 17 the platform repairs unless it is told not to).
   static std::optional<URL> parse(std::string_view text);
+  static std::optional<URL> parse(StringRef text);
   // None for nil and for what is no NSURL.
   static std::optional<URL> retained(objc::id object);
 
   [[nodiscard]] std::string absoluteString() const;
+  // The same in place, for as long as the URL lives.
+  [[nodiscard]] StringRef text() const;
   // The items in the order of the query; none when the URL has no query or cannot be split.
   [[nodiscard]] std::vector<QueryItem> queryItems() const;
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
@@ -37,5 +41,8 @@ class URL {
 
   Object native_;
 };
+
+// What URL::text() gives, of a URL that is only borrowed. None for nil and for what is no NSURL.
+StringRef textOfURL(objc::id url);
 
 }  // namespace zib

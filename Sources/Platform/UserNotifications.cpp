@@ -30,16 +30,29 @@ Object makeCategory(const NotificationCategory& category) {
       makeString(category.identifier).raw(), actions.raw(), emptyArray().raw(), noOptions));
 }
 
-}  // namespace
-
-Dictionary Notification::userInfo() const {
-  const objc::id request = send<objc::id>(native_.raw(), selector<"request">());
+objc::id userInfoOf(objc::id notification) {
+  const objc::id request = send<objc::id>(notification, selector<"request">());
   const objc::id content = send<objc::id>(request, selector<"content">());
-  return Dictionary::retained(send<objc::id>(content, selector<"userInfo">()));
+  const objc::id userInfo = send<objc::id>(content, selector<"userInfo">());
+  return isKind<"NSDictionary">(userInfo) ? userInfo : nullptr;
 }
 
+}  // namespace
+
+Dictionary Notification::userInfo() const { return Dictionary::retained(nativeUserInfo()); }
+
+objc::id Notification::nativeUserInfo() const { return userInfoOf(native_.raw()); }
+
 std::string NotificationResponse::actionIdentifier() const {
-  return utf8From(send<objc::id>(native_.raw(), selector<"actionIdentifier">()));
+  return utf8From(actionText().native());
+}
+
+StringRef NotificationResponse::actionText() const {
+  return StringRef::of(send<objc::id>(native_.raw(), selector<"actionIdentifier">()));
+}
+
+objc::id NotificationResponse::nativeUserInfo() const {
+  return userInfoOf(send<objc::id>(native_.raw(), selector<"notification">()));
 }
 
 Notification NotificationResponse::notification() const {

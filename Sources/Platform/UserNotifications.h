@@ -19,9 +19,12 @@ class Notification {
   static Notification retained(objc::id object) { return Notification(Object::retained(object)); }
   // What the sender put into it. Empty when any step of the way there is missing.
   [[nodiscard]] Dictionary userInfo() const;
+  // The platform's own dictionary, or nil, for as long as the notification lives.
+  [[nodiscard]] objc::id nativeUserInfo() const;
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 
  private:
+  friend class Borrowed<Notification>;
   explicit Notification(Object native) noexcept : native_(std::move(native)) {}
 
   Object native_;
@@ -34,10 +37,15 @@ class NotificationResponse {
     return NotificationResponse(Object::retained(object));
   }
   [[nodiscard]] std::string actionIdentifier() const;
+  // The same in place, for as long as the response lives.
+  [[nodiscard]] StringRef actionText() const;
+  // That of the notification.
+  [[nodiscard]] objc::id nativeUserInfo() const;
   [[nodiscard]] Notification notification() const;
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 
  private:
+  friend class Borrowed<NotificationResponse>;
   explicit NotificationResponse(Object native) noexcept : native_(std::move(native)) {}
 
   Object native_;

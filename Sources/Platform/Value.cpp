@@ -13,6 +13,13 @@ Value::Value(std::uint64_t value) noexcept {
   }
 }
 
+bool operator==(const Value& one, const Value& other) {
+  const auto* const text = one.get<std::string>();
+  const auto* const otherText = other.get<std::string>();
+  if (text != nullptr && otherText != nullptr) return *text == *otherText;
+  return one.storage_ == other.storage_;
+}
+
 ValueMap::ValueMap() noexcept = default;
 ValueMap::ValueMap(const ValueMap& other) = default;
 ValueMap::ValueMap(ValueMap&& other) noexcept = default;
@@ -38,8 +45,10 @@ void ValueMap::set(std::string_view key, Value value) {
 }
 
 void ValueMap::append(std::string_view key, Value value) {
-  members_.push_back({std::string(key), std::move(value)});
+  members_.emplace_back(key, std::move(value));
 }
+
+Value& ValueMap::append(std::string_view key) { return members_.emplace_back(key).value; }
 
 const Value* ValueMap::find(std::string_view key) const noexcept {
   for (const Member& member : members_) {

@@ -7,10 +7,12 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
 #include "Platform/Data.h"
+#include "Platform/Strings.h"
 
 namespace zib {
 
@@ -26,6 +28,13 @@ struct Null {
 struct Date {
   double secondsSince1970 = 0;
   friend bool operator==(Date, Date) = default;
+};
+
+// A text of the module's own, which lives as long as the process and is not copied. Readers need
+// not tell it from another text: see Value::get().
+struct ConstantText {
+  const std::string* text;
+  friend bool operator==(ConstantText one, ConstantText other) { return *one.text == *other.text; }
 };
 
 using Array = std::vector<Value>;
@@ -48,6 +57,8 @@ class ValueMap {
   void set(std::string_view key, Value value);
   // Adds a key that is known not to be there.
   void append(std::string_view key, Value value);
+  // The same with the null marker, to be given its value in place until the map changes.
+  Value& append(std::string_view key);
   // Null when there is no such key. Valid until the map changes.
   [[nodiscard]] const Value* find(std::string_view key) const noexcept;
   [[nodiscard]] std::size_t size() const noexcept;
@@ -64,8 +75,8 @@ class ValueMap {
 class Value {
  public:
   // Integers that fit are int64_t; uint64_t holds only what is greater.
-  using Storage = std::variant<Null, bool, std::int64_t, std::uint64_t, double, std::string, Bytes,
-                               Date, Array, ValueMap>;
+  using Storage = std::variant<Null, bool, std::int64_t, std::uint64_t, double, std::string,
+                               ConstantText, Bytes, Date, Array, ValueMap>;
 
   Value() noexcept = default;
   // NOLINTBEGIN(google-explicit-constructor): a value is any of these.
@@ -77,6 +88,7 @@ class Value {
   Value(double value) noexcept : storage_(value) {}
   Value(const char* value) : storage_(std::string(value)) {}
   Value(std::string_view value) : storage_(std::string(value)) {}
+  Value(const ConstantString& value) : storage_(ConstantText{&value.utf8()}) {}
   Value(std::string value) noexcept : storage_(std::move(value)) {}
   Value(Bytes value) noexcept : storage_(std::move(value)) {}
   Value(Date value) noexcept : storage_(value) {}
@@ -85,19 +97,29 @@ class Value {
   // NOLINTEND(google-explicit-constructor)
 
   [[nodiscard]] const Storage& storage() const noexcept { return storage_; }
-  // The alternative, or null when the value is another.
+  // The alternative, or null when the value is another. A std::string is found however it is held.
   template <class T>
   [[nodiscard]] const T* get() const noexcept {
+    if constexpr (std::is_same_v<T, std::string>) {
+      if (const auto* constant = std::get_if<ConstantText>(&storage_)) return constant->text;
+    }
     return std::get_if<T>(&storage_);
   }
 
-  friend bool operator==(const Value&, const Value&) = default;
+  // Replaces the value by a copy of the text, made in place, or by the constant.
+  void setText(std::string_view text) { storage_.emplace<std::string>(text); }
+  void setText(const ConstantString& text) { storage_.emplace<ConstantText>(&text.utf8()); }
+
+  friend bool operator==(const Value& one, const Value& other);
 
  private:
   Storage storage_;
 };
 
 struct Member {
+  Member(std::string_view name, Value content) : key(name), value(std::move(content)) {}
+  explicit Member(std::string_view name) : key(name) {}
+
   std::string key;
   Value value;
   friend bool operator==(const Member&, const Member&) = default;

@@ -145,6 +145,7 @@ struct ObjectMaker {
   }
   Object operator()(double value) const { return number(selector<"initWithDouble:">(), value); }
   Object operator()(const std::string& value) const { return makeString(value); }
+  Object operator()(ConstantText value) const { return makeString(*value.text); }
   Object operator()(const Bytes& value) const { return makeData(value); }
   Object operator()(Date value) const {
     return Object::retained(send<objc::id>(classNamed<"NSDate">().object(),

@@ -12,8 +12,14 @@ template <class T>
 class Guarded {
  public:
   [[nodiscard]] T load() const {
+    return read([](const T& value) { return value; });
+  }
+
+  // For what a copy of the value would only be a step to. `use` is of the same length as a copy.
+  template <class Use>
+  [[nodiscard]] auto read(Use use) const {
     const std::lock_guard lock(mutex_);
-    return value_;
+    return use(value_);
   }
 
   void store(T value) {

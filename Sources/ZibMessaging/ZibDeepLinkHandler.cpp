@@ -2,13 +2,12 @@
 
 #include <array>
 #include <optional>
-#include <string>
 
-#include "CoreBoundary/ZibLogger.h"
 #include "Platform/Application.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Process.h"
 #include "ZibMessaging/Containment.h"
+#include "ZibMessaging/LogLine.h"
 #include "ZibMessaging/NeverDestroyed.h"
 
 namespace {
@@ -27,20 +26,18 @@ constexpr std::array<ConstantString, 9> linkKeys{
 constexpr std::string_view notApplicable = "NA";
 
 void log(std::string_view text, std::string_view detail = {}) {
-  std::string line = "ZibDeepLinkHandler: ";
-  line.append(text).append(detail);
-  ZibLogger::shared().log(line);
+  logLine("ZibDeepLinkHandler: ", text, detail);
 }
 
 // The first usable link decides, even if it turns out to be no URL: falling back to another key
 // would open something that the campaign did not put first.
-std::optional<std::string> findCandidate(const zib::Dictionary& userInfo) {
-  if (userInfo.empty()) return std::nullopt;
+zib::StringRef findCandidate(const zib::Dictionary& userInfo) {
+  if (userInfo.empty()) return {};
   for (const ConstantString& key : linkKeys) {
-    auto text = userInfo.string(key);
-    if (text && !text->empty() && *text != notApplicable) return text;
+    const zib::StringRef text = userInfo.text(key);
+    if (text && !text.equals("") && !text.equals(notApplicable)) return text;
   }
-  return std::nullopt;
+  return {};
 }
 
 void openInSystem(const zib::URL& url) {
@@ -72,9 +69,9 @@ bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) 
   contained("handleNotificationURL", [&] {
     const auto candidate = findCandidate(userInfo);
     if (!candidate) return;
-    const auto url = zib::URL::parse(*candidate);
+    const auto url = zib::URL::parse(candidate);
     if (!url) return;
-    log("Found URL - ", *candidate);
+    log("Found URL - ", zib::Utf8(candidate).view());
     isHandled = openURL(*url);
   });
   return isHandled;
@@ -82,7 +79,7 @@ bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) 
 
 bool ZibDeepLinkHandler::handleURL(const zib::URL& url, std::string_view source) noexcept {
   contained("handleURL", [&] {
-    log("URL from ", std::string(source).append(" - ").append(url.absoluteString()));
+    logLine("ZibDeepLinkHandler: URL from ", source, " - ", zib::Utf8(url.text()).view());
   });
   return true;
 }
@@ -96,7 +93,7 @@ bool ZibDeepLinkHandler::openURL(const zib::URL& url) {
     log("Handled by urlDelegate");
     return true;
   }
-  log("Opening URL - ", url.absoluteString());
+  log("Opening URL - ", zib::Utf8(url.text()).view());
   zib::mainQueue::async([url] { contained("opening a URL", [&] { openInSystem(url); }); });
   return true;
 }

@@ -10,6 +10,7 @@
 #include "Platform/Send.h"
 #include "ZibMessaging/Containment.h"
 #include "ZibMessaging/FirebaseMessaging.h"
+#include "ZibMessaging/LogLine.h"
 #include "ZibMessaging/NeverDestroyed.h"
 #include "ZibMessaging/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
@@ -22,8 +23,8 @@ using zib::objc::UInteger;
 
 namespace {
 
-constexpr std::string_view deliveredEvent = "notification-delivered";
-constexpr std::string_view clickedEvent = "notification-clicked";
+constexpr zib::ConstantString deliveredEvent = zib::constantString<"notification-delivered">;
+constexpr zib::ConstantString clickedEvent = zib::constantString<"notification-clicked">;
 constexpr double firebaseRetryDelay = 0.1;  // seconds
 
 void log(std::string_view line) { ZibLogger::shared().log(line); }
@@ -40,7 +41,7 @@ void willPresentNotification(id, SEL, id /*center*/, id notification,
   if (ZibSwizzleManager::shared().isSwizzlingEnabled()) {
     options = foregroundPresentationOptions();
   } else {
-    options = ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
+    options = ZibMessaging::shared().willPresent(*zib::Borrowed<zib::Notification>(notification));
   }
   zib::Block<void(UInteger)>::call(completion, options);
 }
@@ -48,15 +49,15 @@ void willPresentNotification(id, SEL, id /*center*/, id notification,
 void didReceiveNotificationResponse(id, SEL, id /*center*/, id response,
                                     zib::BlockLayout* completion) {
   if (!ZibSwizzleManager::shared().isSwizzlingEnabled()) {
-    ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response));
+    ZibMessaging::shared().didReceive(*zib::Borrowed<zib::NotificationResponse>(response));
   }
   zib::Block<void()>::call(completion);
 }
 
 void didReceiveRegistrationToken(id, SEL, id /*messaging*/, id token) {
   contained("messaging:didReceiveRegistrationToken:", [&] {
-    if (zib::isNSObject(token) && zib::isString(token)) {
-      ZibMessaging::shared().setFCMToken(zib::utf8From(token));
+    if (zib::isString(token)) {
+      ZibMessaging::shared().setFCMToken(zib::Utf8(token).view());
     }
   });
 }
@@ -184,7 +185,7 @@ void ZibMessaging::didRegisterForRemoteNotifications(
   contained("didRegisterForRemoteNotifications", [&] {
     apnsToken_.store(zib::Bytes(deviceToken.begin(), deviceToken.end()));
     hasReceivedAPNSToken_ = true;
-    log("📱 APNS token registered: " + tokenDisplay(hexText(deviceToken)));
+    logLine("📱 APNS token registered: ", ShownHexText(deviceToken).view(), "...");
     log("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
   });
 }
@@ -205,10 +206,11 @@ void ZibMessaging::setPushToken(std::span<const std::uint8_t> deviceToken) noexc
 void ZibMessaging::setFCMToken(std::string_view token) noexcept {
   contained("setFCMToken", [&] {
     if (!hasReceivedAPNSToken_) {
-      log("⚠️ Ignoring FCM token received before APNS registration: " + tokenDisplay(token));
+      logLine("⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token),
+              "...");
       return;
     }
-    log("📲 FCM token received (post-APNS): " + tokenDisplay(token));
+    logLine("📲 FCM token received (post-APNS): ", shownOf(token), "...");
     fcmToken_.store(std::string(token));
     ZibStorage::shared().saveFCMToken(token);
     Zib::shared().registerPushToken(token);
@@ -222,10 +224,11 @@ void ZibMessaging::didReceiveRegistrationToken(std::string_view token) noexcept 
 }
 
 bool ZibMessaging::isTestNotification(const zib::Dictionary& userInfo) {
-  return userInfo.string(zib::constantString<"pn_type">) == "PUSH-NOTIFICATION-SEND-TEST";
+  const zib::StringRef type = userInfo.text(zib::constantString<"pn_type">);
+  return type && type.equals("PUSH-NOTIFICATION-SEND-TEST");
 }
 
-void ZibMessaging::track(const zib::Dictionary& userInfo, std::string_view eventType) {
+void ZibMessaging::track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType) {
   if (isTestNotification(userInfo)) return;
   Zib::shared().trackSelfDescribingEvent(
       notificationEventSchemaURI,
@@ -234,11 +237,11 @@ void ZibMessaging::track(const zib::Dictionary& userInfo, std::string_view event
 
 UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexcept {
   contained("willPresent", [&] {
-    const zib::Dictionary userInfo = notification.userInfo();
+    const zib::Borrowed<zib::Dictionary> userInfo(notification.nativeUserInfo());
     log("Notification received in foreground");
-    track(userInfo, deliveredEvent);
+    track(*userInfo, deliveredEvent);
     tellDelegate("didReceiveNotification", [&](ZibMessagingDelegate& delegate) {
-      delegate.didReceiveNotification(*this, userInfo);
+      delegate.didReceiveNotification(*this, *userInfo);
     });
   });
   return foregroundPresentationOptions();
@@ -246,13 +249,13 @@ UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexce
 
 void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcept {
   contained("didReceive", [&] {
-    const zib::Dictionary userInfo = response.notification().userInfo();
-    log("Notification tapped with action: " + response.actionIdentifier());
-    track(userInfo, clickedEvent);
+    const zib::Borrowed<zib::Dictionary> userInfo(response.nativeUserInfo());
+    logLine("Notification tapped with action: ", zib::Utf8(response.actionText()).view());
+    track(*userInfo, clickedEvent);
     tellDelegate("didReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
       delegate.didReceiveNotificationResponse(*this, response);
     });
-    ZibDeepLinkHandler::shared().handleNotificationURL(userInfo);
+    ZibDeepLinkHandler::shared().handleNotificationURL(*userInfo);
   });
 }
 

@@ -45,7 +45,7 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
     delegate_.store(std::move(delegate));
   }
   [[nodiscard]] std::shared_ptr<ZibMessagingDelegate> delegate() const {
-    return delegate_.load().lock();
+    return delegate_.read([](const auto& delegate) { return delegate.lock(); });
   }
 
   // The user's latest answer that came without an error. Any thread, like the two tokens.
@@ -110,7 +110,7 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
                                     const std::optional<zib::Error>& error);
   void registerNotificationCategories();
   static bool isTestNotification(const zib::Dictionary& userInfo);
-  static void track(const zib::Dictionary& userInfo, std::string_view eventType);
+  static void track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType);
   void setupAsFirebaseMessagingDelegate();
   void setFirebaseMessagingDelegateIfNeeded();
   template <class Call>

@@ -43,35 +43,44 @@ constexpr std::array<Field, 14> fields{{
     {"domain_userid", From::userInfo, constantString<"_id">},
 }};
 
-zib::Value valueOf(const Field& field, const zib::Dictionary& userInfo, bool isEmpty,
-                   std::string_view eventType) {
-  switch (field.from) {
-    case From::userInfo:
-      if (!isEmpty) {
-        if (auto text = userInfo.string(field.text)) return *std::move(text);
-      }
-      return zib::Null{};
-    case From::constant:
-      return field.text.text;
-    case From::eventType:
-      return eventType;
-    case From::nothing:
-      return zib::Null{};
+void setTextOf(zib::Value& value, const zib::Dictionary& userInfo, const ConstantString& key) {
+  if (const zib::StringRef text = userInfo.text(key)) value.setText(zib::Utf8(text).view());
+}
+
+template <class EventType>
+zib::ValueMap payloadFrom(const zib::Dictionary& userInfo, const EventType& eventType) {
+  const bool isEmpty = userInfo.empty();
+  zib::ValueMap payload;
+  payload.reserve(fields.size());
+  for (const Field& field : fields) {
+    zib::Value& value = payload.append(field.key);
+    switch (field.from) {
+      case From::userInfo:
+        if (!isEmpty) setTextOf(value, userInfo, field.text);
+        break;
+      case From::constant:
+        value.setText(field.text);
+        break;
+      case From::eventType:
+        value.setText(eventType);
+        break;
+      case From::nothing:
+        break;
+    }
   }
-  return zib::Null{};
+  return payload;
 }
 
 }  // namespace
 
 zib::ValueMap ZibPayloadBuilder::createNotificationPayload(const zib::Dictionary& userInfo,
                                                            std::string_view eventType) {
-  const bool isEmpty = userInfo.empty();
-  zib::ValueMap payload;
-  payload.reserve(fields.size());
-  for (const Field& field : fields) {
-    payload.append(field.key, valueOf(field, userInfo, isEmpty, eventType));
-  }
-  return payload;
+  return payloadFrom(userInfo, eventType);
+}
+
+zib::ValueMap ZibPayloadBuilder::createNotificationPayload(const zib::Dictionary& userInfo,
+                                                           const ConstantString& eventType) {
+  return payloadFrom(userInfo, eventType);
 }
 
 zib::ValueMap ZibPayloadBuilder::createEventPayload(std::string_view eventName,
@@ -79,7 +88,7 @@ zib::ValueMap ZibPayloadBuilder::createEventPayload(std::string_view eventName,
   zib::ValueMap payload;
   payload.append("event_name", eventName);
   payload.append("timestamp", zib::currentTimeInISO8601());
-  payload.append("platform_name", platformName.text);
+  payload.append("platform_name", platformName);
   if (properties) payload.append("properties", *std::move(properties));
   return payload;
 }

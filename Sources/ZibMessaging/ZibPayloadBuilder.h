@@ -16,6 +16,8 @@ class ZibPayloadBuilder {
   // is missing or no string holds the null marker. Any thread.
   static zib::ValueMap createNotificationPayload(const zib::Dictionary& userInfo,
                                                  std::string_view eventType);
+  static zib::ValueMap createNotificationPayload(const zib::Dictionary& userInfo,
+                                                 const zib::ConstantString& eventType);
 
   // A named event of the host's own, stamped with the current time. The properties stay whole under
   // one key, which is missing without them. Any thread.

@@ -13,6 +13,7 @@
 #include "Platform/UserNotifications.h"
 #include "ZibMessaging/Containment.h"
 #include "ZibMessaging/FirebaseMessaging.h"
+#include "ZibMessaging/LogLine.h"
 #include "ZibMessaging/NeverDestroyed.h"
 #include "ZibMessaging/QuotedText.h"
 
@@ -28,7 +29,16 @@ constexpr double firebaseRetryDelay = 1.0;              // seconds
 
 void log(std::string_view line) { ZibLogger::shared().log(line); }
 
-void log(std::string_view text, std::string_view detail) { log(std::string(text).append(detail)); }
+void log(std::string_view text, std::string_view detail) { logLine(text, detail); }
+
+// Whether a query of this text could hold campaign parameters. Splitting a URL costs more than all
+// else in a callback, and most have none. A name can also be percent-encoded.
+bool mayHaveUTMParameters(std::string_view url) {
+  const std::size_t query = url.find('?');
+  if (query == std::string_view::npos) return false;
+  return url.find("utm_", query) != std::string_view::npos ||
+         url.find('%', query) != std::string_view::npos;
+}
 
 }  // namespace
 
@@ -267,8 +277,11 @@ void ZibSwizzleManager::add(Row row, Class delegateClass) {
 }
 
 void ZibSwizzleManager::remember(Row row, Class owner, zib::objc::IMP original) {
-  auto& head = installations_[static_cast<std::size_t>(row)];
-  head = std::make_unique<const Installation>(Installation{owner, original, head}).release();
+  const auto index = static_cast<std::size_t>(row);
+  auto& head = installations_[index];
+  const Installation made{owner, Selector(at(row).hostSelector), original, head};
+  auto& first = firstInstallations_[index];
+  head = first ? std::make_unique<const Installation>(made).release() : &first.emplace(made);
 }
 
 const ZibSwizzleManager::Installation* ZibSwizzleManager::findInstallation(Row row,
@@ -292,10 +305,13 @@ Method ZibSwizzleManager::interceptorMethod(const Interception& interception) {
   return method;
 }
 
-void ZibSwizzleManager::trackUTMParameters(const zib::URL& url) {
+void ZibSwizzleManager::trackUTMParameters(zib::objc::id native, std::string_view text) {
+  if (!mayHaveUTMParameters(text)) return;
+  const auto url = zib::URL::retained(native);
+  if (!url) return;
   // By name, so that the line is the same for the same parameters.
   std::map<std::string, std::string> parameters;
-  for (zib::QueryItem& item : url.queryItems()) {
+  for (zib::QueryItem& item : url->queryItems()) {
     if (item.name.starts_with("utm_")) {
       parameters[std::move(item.name)] = std::move(item.value).value_or("");
     }

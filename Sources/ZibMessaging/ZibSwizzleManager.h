@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "Platform/Application.h"
 #include "Platform/Class.h"
@@ -67,6 +68,7 @@ class ZibSwizzleManager final : public std::enable_shared_from_this<ZibSwizzleMa
   // freed, since interceptors read the list without a lock.
   struct Installation {
     zib::Class owner;
+    zib::Selector selector;
     zib::objc::IMP original;
     const Installation* next;
   };
@@ -101,7 +103,8 @@ class ZibSwizzleManager final : public std::enable_shared_from_this<ZibSwizzleMa
   void remember(Row row, zib::Class owner, zib::objc::IMP original);
   [[nodiscard]] const Installation* findInstallation(Row row, zib::Class from) const;
 
-  void trackUTMParameters(const zib::URL& url);
+  // `text` is the URL's own, which every caller has read already.
+  static void trackUTMParameters(zib::objc::id url, std::string_view text);
 
   std::atomic<bool> isSwizzlingEnabled_{true};
   std::atomic<bool> hasSwizzled_{false};
@@ -120,4 +123,6 @@ class ZibSwizzleManager final : public std::enable_shared_from_this<ZibSwizzleMa
   std::atomic<bool> didSwapSceneOpenURL_{false};
   std::atomic<bool> didSwapFCMToken_{false};
   std::array<std::atomic<const Installation*>, rowCount> installations_{};
+  // Most hosts have one class for each row, so the first needs no memory of its own.
+  std::array<std::optional<const Installation>, rowCount> firstInstallations_;
 };

@@ -10,6 +10,7 @@
 #include "Platform/Send.h"
 #include "Platform/Strings.h"
 #include "ZibMessaging/Containment.h"
+#include "ZibMessaging/LogLine.h"
 #include "ZibMessaging/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
@@ -70,7 +71,7 @@ struct ZibSwizzleManager::Interceptors {
       const InProgress inProgress(
           {row_, receiver_, subject_, installation_, Forwarding::innermost});
       return zib::callImplementation<Result>(installation_->original, receiver_,
-                                             Selector(at(row_).hostSelector), arguments...);
+                                             installation_->selector, arguments...);
     }
 
    private:
@@ -128,10 +129,9 @@ struct ZibSwizzleManager::Interceptors {
     const Callback callback(Row::openURL, self, url);
     if (callback.isNew()) {
       contained("zib_openURL:url:options:", [&] {
-        const auto opened = zib::URL::retained(url);
-        log("🔗 [INTERCEPTED] application:open:options: " +
-            (opened ? opened->absoluteString() : std::string()));
-        if (opened) shared().trackUTMParameters(*opened);
+        const zib::Utf8 text(zib::textOfURL(url));
+        logLine("🔗 [INTERCEPTED] application:open:options: ", text.view());
+        trackUTMParameters(url, text.view());
       });
     }
     if (!callback.isForwarded()) return BOOL{1};
@@ -147,8 +147,9 @@ struct ZibSwizzleManager::Interceptors {
       isEmpty = elements.empty();
       const auto url = isEmpty ? std::nullopt : zib::urlOfContext(elements.front().raw());
       if (!url || !callback.isNew()) return;
-      log("🔗 [INTERCEPTED] scene:openURLContexts: " + url->absoluteString());
-      shared().trackUTMParameters(*url);
+      const zib::Utf8 text(url->text());
+      logLine("🔗 [INTERCEPTED] scene:openURLContexts: ", text.view());
+      trackUTMParameters(url->native(), text.view());
       ZibDeepLinkHandler::shared().handleURL(*url, "scene_delegate");
     });
     if (!isEmpty && callback.isForwarded()) callback.forward<void>(scene, contexts);
@@ -162,7 +163,7 @@ struct ZibSwizzleManager::Interceptors {
     if (callback.isNew()) {
       contained("zib_willPresent:notification:completionHandler:",
                 [&] { log("🔔 [INTERCEPTED] willPresent notification"); });
-      options = ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
+      options = ZibMessaging::shared().willPresent(*zib::Borrowed<zib::Notification>(notification));
     } else {
       options = foregroundPresentationOptions();
     }
@@ -182,7 +183,7 @@ struct ZibSwizzleManager::Interceptors {
     if (callback.isNew()) {
       contained("zib_didReceive:response:completionHandler:",
                 [&] { log("👆 [INTERCEPTED] didReceive notification response"); });
-      ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response));
+      ZibMessaging::shared().didReceive(*zib::Borrowed<zib::NotificationResponse>(response));
     }
     using Completion = Block<void()>;
     if (!callback.isForwarded()) {
@@ -198,11 +199,11 @@ struct ZibSwizzleManager::Interceptors {
     const Callback callback(Row::fcmToken, self, token);
     if (callback.isNew()) {
       contained("zib_messaging:didReceiveRegistrationToken:", [&] {
-        const bool isPresent = zib::isNSObject(token) && zib::isString(token);
-        const std::string text = isPresent ? zib::utf8From(token) : std::string();
-        log("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: " +
-            tokenDisplay(isPresent ? std::string_view(text) : "nil"));
-        if (isPresent) ZibMessaging::shared().setFCMToken(text);
+        const bool isPresent = zib::isString(token);
+        const zib::Utf8 text(zib::StringRef::of(token));
+        logLine("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
+                isPresent ? shownOf(text.view()) : "nil", "...");
+        if (isPresent) ZibMessaging::shared().setFCMToken(text.view());
       });
     }
     if (callback.isForwarded()) callback.forward<void>(messaging, token);

@@ -1,0 +1,317 @@
+#include "Benchmarks/Cases.h"
+
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "Benchmarks/Device.h"
+#include "Benchmarks/Floor.h"
+#include "Benchmarks/Sink.h"
+#include "Platform/Data.h"
+#include "Platform/JSON.h"
+#include "Platform/PropertyList.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Platform/ValueConversion.h"
+#include "ZibMessaging/RemotePushConfig.h"
+#include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPayloadBuilder.h"
+
+namespace bench {
+namespace {
+
+using zib::Object;
+using zib::selector;
+using zib::send;
+using zib::ValueMap;
+using zib::objc::BOOL;
+using zib::objc::id;
+
+constexpr const char* deviceTokenCase = "device token";
+
+constexpr double callbackTarget = 1.15;
+constexpr double responseTarget = 1.5;
+constexpr double payloadTarget = 1.2;
+
+constexpr std::string_view fcmToken =
+    "dGhpcyBpcyBub3QgYSB0b2tlbg:APA91bHPRgkFLJu6C3z4nPf8AKtTpMZxYcVb7QwErTyUiOpAsDfGhJkLzXcVbNm-"
+    "q1W2e3R4t5Y6u7I8o9P0aSdFgHjKlZxCvBnM_qWeRtYuIoPaSdFgHjKlZxCvBnM012345678";
+
+ValueMap usualPayload() {
+  return {{"aps", ValueMap{{"alert", ValueMap{{"title", "Autumn offers"},
+                                              {"body", "Twenty percent off, until Sunday"}}},
+                           {"badge", 1},
+                           {"sound", "default"}}},
+          {"pn_type", "PUSH-NOTIFICATION"},
+          {"pn_campaign_id", "0f8b7a52-9d3f-4a8e-b1b3-52f1b6a7c001"},
+          {"ma_campaign_id", "7c1de0c2-33b1-4f0e-8a53-1d9a6a2be002"},
+          {"node_id", "a4b57e19-6f44-4c8f-9d6e-0b7d1f1fa003"},
+          {"club", "gold"},
+          {"environment", "production"},
+          {"customer_key", "5f2a9c04d1e84b7f9a3c6d20"},
+          {"click_url", "https://shop.example/offers/autumn?utm_source=push&utm_medium=app"},
+          {"link", "https://shop.example/offers/autumn?utm_source=push&utm_medium=app"},
+          {"_id", "c3e6f1d8-2b47-4e0d-8f15-9b0a7d6ce004"},
+          {"title", "Autumn offers"}};
+}
+
+Object text(std::string_view utf8) { return zib::makeString(utf8); }
+
+Object url(std::string_view text) {
+  return Object::retained(zib::URL::parse(text).value().native());
+}
+
+// A callback as the system makes it, to the host of one side.
+template <class Result, class... Arguments>
+std::function<void()> callback(const Object& host, zib::Selector method, Arguments... arguments) {
+  return [host, method, arguments...] {
+    const auto rawOf = [](const auto& argument) {
+      if constexpr (std::is_same_v<std::decay_t<decltype(argument)>, Object>) {
+        return argument.raw();
+      } else {
+        return argument;
+      }
+    };
+    send<Result>(host.raw(), method, rawOf(arguments)...);
+  };
+}
+
+template <class Result, class... Arguments>
+Case callbackCase(std::string name, double target, zib::Selector method, Arguments... arguments) {
+  return {.name = std::move(name),
+          .floor = callback<Result>(hosts().floor, method, arguments...),
+          .ours = callback<Result>(hosts().intercepted, method, arguments...),
+          .beside = callback<Result>(hosts().bare, method, arguments...),
+          .besideName = "the host's bare method",
+          .target = target};
+}
+
+std::function<void()> drained(const std::function<void()>& call) {
+  return [call] {
+    call();
+    drainMainQueue();
+  };
+}
+
+Case presentCase(const std::string& payload, const Object& userInfo) {
+  return callbackCase<void>(
+      "present " + payload, callbackTarget,
+      selector<"userNotificationCenter:willPresentNotification:withCompletionHandler:">(), center(),
+      makeNotification(userInfo), presentationCompletion());
+}
+
+Case respondCase(const std::string& payload, const Object& userInfo) {
+  Case result = callbackCase<void>(
+      "respond " + payload, responseTarget,
+      selector<"userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:">(),
+      center(),
+      makeResponse(makeNotification(userInfo), "com.apple.UNNotificationDefaultActionIdentifier"),
+      responseCompletion());
+  for (auto* call : {&result.floor, &result.ours, &result.beside}) *call = drained(*call);
+  return result;
+}
+
+nlohmann::json jsonEventOf(const zib::Dictionary& userInfo, std::string_view eventType) {
+  const auto text = [&](const zib::ConstantString& key) {
+    auto found = userInfo.string(key);
+    return found ? nlohmann::json(*std::move(found)) : nlohmann::json();
+  };
+  return {{"pn_campaign_id", text(zib::constantString<"pn_campaign_id">)},
+          {"ma_campaign_id", text(zib::constantString<"ma_campaign_id">)},
+          {"node_id", text(zib::constantString<"node_id">)},
+          {"ma_channel", "push"},
+          {"user_id", nullptr},
+          {"event_type", eventType},
+          {"club", text(zib::constantString<"club">)},
+          {"environment", text(zib::constantString<"environment">)},
+          {"customer_key", text(zib::constantString<"customer_key">)},
+          {"reasons", nullptr},
+          {"campaign_source", "PUSH-NOTIFICATION"},
+          {"platform_name", "ios"},
+          {"click_url", text(zib::constantString<"click_url">)},
+          {"domain_userid", text(zib::constantString<"_id">)}};
+}
+
+void consumeJSON(const nlohmann::json& event) {
+  for (const auto& [key, value] : event.items()) {
+    consume(key);
+    if (value.is_string()) consume(value.get_ref<const std::string&>());
+  }
+}
+
+Case payloadCase() {
+  constexpr zib::ConstantString clicked = zib::constantString<"notification-clicked">;
+  const auto userInfo = zib::Dictionary::retained(payloadOf(12).raw());
+  const Object native = userInfo.native();
+  return {.name = "payload",
+          .floor = [=] { consume(floor::eventOf(native.raw(), clicked.text)); },
+          .ours = [=] { consume(ZibPayloadBuilder::createNotificationPayload(userInfo, clicked)); },
+          .beside = [=] { consumeJSON(jsonEventOf(userInfo, clicked.text)); },
+          .besideName = "an nlohmann::json object",
+          .target = payloadTarget};
+}
+
+// The host takes the link, so that the case ends there.
+Case linkCase(const std::string& name, const ValueMap& links) {
+  ValueMap withLinks;
+  for (const zib::Member& member : usualPayload()) {
+    if (member.key != "link" && member.key != "click_url") {
+      withLinks.append(member.key, member.value);
+    }
+  }
+  for (const zib::Member& member : links) withLinks.append(member.key, member.value);
+  const auto userInfo = zib::Dictionary::from(withLinks);
+  const Object native = userInfo.native();
+  return {.name = "link " + name,
+          .floor = [=] { floor::handleNotificationURL(native.raw()); },
+          .ours = [=] { ZibDeepLinkHandler::shared().handleNotificationURL(userInfo); },
+          .target = callbackTarget,
+          .setUp =
+              [] {
+                floor::setURLDelegate([](id) { return true; });
+                ZibDeepLinkHandler::shared().setURLDelegate([](const zib::URL&) { return true; });
+              },
+          .tearDown =
+              [] {
+                floor::setURLDelegate({});
+                ZibDeepLinkHandler::shared().setURLDelegate({});
+              }};
+}
+
+zib::URLReply replyOf(std::string_view body) {
+  constexpr long statusOK = 200;
+  return {{reinterpret_cast<const std::uint8_t*>(body.data()), body.size()}, statusOK, {}};
+}
+
+constexpr std::string_view configurationDocument =
+    R"({"ios_config_toggle": true,
+        "ios_private_key_url": "https://config.example/app/GoogleService-Info.plist",
+        "android_config_toggle": false, "version": 3, "updated": "2024-11-20T09:30:00Z"})";
+
+constexpr std::string_view propertyList =
+    R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0">
+<dict>
+  <key>CLIENT_ID</key><string>1234-abcd.apps.example</string>
+  <key>API_KEY</key><string>AIzaSyExampleExampleExampleExample</string>
+  <key>GCM_SENDER_ID</key><string>123456789012</string>
+  <key>BUNDLE_ID</key><string>com.example.app</string>
+  <key>PROJECT_ID</key><string>example</string>
+  <key>IS_ADS_ENABLED</key><false/>
+  <key>IS_GCM_ENABLED</key><true/>
+  <key>GOOGLE_APP_ID</key><string>1:123456789012:ios:0123456789abcdef</string>
+</dict>
+</plist>
+)";
+
+Case configurationCase() {
+  const auto reply = replyOf(configurationDocument);
+  return {.name = "configuration document",
+          .floor = [=] { zib::parseJSON(reply.body); },
+          .ours = [=] { readPushConfig(reply); }};
+}
+
+Case propertyListCase() {
+  const auto reply = replyOf(propertyList);
+  return {.name = "property list",
+          .floor = [=] { zib::parsePropertyList(reply.body); },
+          .ours = [=] { readFirebasePlist(reply); }};
+}
+
+zib::Bytes deviceToken() {
+  zib::Bytes bytes(32);
+  for (std::size_t at = 0; at < bytes.size(); ++at) bytes[at] = static_cast<std::uint8_t>(at * 37);
+  return bytes;
+}
+
+std::vector<Case> makeCases() {
+  const auto openURL = selector<"application:openURL:options:">();
+  const Object noOptions = zib::objectFrom(ValueMap());
+  const auto urlCase = [&](const std::string& name, const std::string& opened) {
+    return callbackCase<BOOL>(name, callbackTarget, openURL, application(), url(opened), noOptions);
+  };
+  constexpr std::size_t fourKB = 4096;
+  return {
+      urlCase("url", "myapp://offers/autumn"),
+      urlCase("url with a query", "https://shop.example/offers/autumn?item=42&from=mail"),
+      urlCase("url with 3 campaign parameters", campaignURL(3)),
+      presentCase("12 keys", payloadOf(12)),
+      presentCase("25 keys", payloadOf(25)),
+      presentCase("4 KB", payloadOf(25, fourKB)),
+      respondCase("12 keys", payloadOf(12)),
+      respondCase("25 keys", payloadOf(25)),
+      respondCase("4 KB", payloadOf(25, fourKB)),
+      callbackCase<void>(
+          deviceTokenCase, callbackTarget,
+          selector<"application:didRegisterForRemoteNotificationsWithDeviceToken:">(),
+          application(), zib::makeData(deviceToken())),
+      callbackCase<void>("FCM token", callbackTarget,
+                         selector<"messaging:didReceiveRegistrationToken:">(), messaging(),
+                         text(fcmToken)),
+      payloadCase(),
+      linkCase("at the first key", {{"url", "https://shop.example/offers/autumn"}}),
+      linkCase("at the last key", {{"action_url", "https://shop.example/offers/autumn"}}),
+      linkCase("none", {}),
+      configurationCase(),
+      propertyListCase(),
+  };
+}
+
+}  // namespace
+
+const std::vector<Case>& cases() {
+  static const std::vector<Case> all = makeCases();
+  return all;
+}
+
+void configureBoth() {
+  static bool isDone = false;
+  if (std::exchange(isDone, true)) return;
+  setDelegate(hosts().intercepted);
+  configureOurs();
+  setDelegate(hosts().floor);
+  configureFloor();
+  drainMainQueue();
+  for (const Case& each : cases()) {
+    if (each.name != deviceTokenCase) continue;
+    each.floor();
+    each.ours();
+  }
+}
+
+void configureFloor() { floor::configure(); }
+
+void configureOurs() {
+  ZibMessaging::shared().configure(zib::Application::retained(application()));
+}
+
+Object payloadOf(std::size_t keys, std::size_t bytes) {
+  ValueMap payload;
+  std::size_t size = 0;
+  for (const zib::Member& member : usualPayload()) {
+    if (payload.size() == keys) break;
+    payload.append(member.key, member.value);
+    size += member.key.size();
+    if (const auto* value = member.value.get<std::string>()) size += value->size();
+  }
+  const std::size_t extra = keys > payload.size() ? keys - payload.size() : 0;
+  for (std::size_t number = 0; number < extra; ++number) {
+    const std::string key = "custom_key_" + std::to_string(number);
+    const std::size_t length = bytes > size ? (bytes - size) / (extra - number) : key.size() + 8;
+    std::string value(length > key.size() ? length - key.size() : 1, 'v');
+    size += key.size() + value.size();
+    payload.append(key, std::move(value));
+  }
+  return zib::objectFrom(payload);
+}
+
+std::string campaignURL(std::size_t parameters) {
+  std::string url = "https://shop.example/offers/autumn?item=42";
+  for (std::size_t number = 0; number < parameters; ++number) {
+    url.append("&utm_name").append(std::to_string(number)).append("=autumn%20offers");
+  }
+  return url;
+}
+
+}  // namespace bench
