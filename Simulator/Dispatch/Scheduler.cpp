@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <thread>
 
 #include "Platform/AutoreleasePool.h"
@@ -28,8 +29,9 @@ void runPooled(const Work& work) {
 std::string_view currentThreadName() { return threadName(); }
 
 Scheduler& Scheduler::shared() {
-  static Scheduler scheduler;
-  return scheduler;
+  // Never destroyed: work that is still waiting when the process ends keeps what it holds.
+  static Scheduler* const scheduler = std::make_unique<Scheduler>().release();
+  return *scheduler;
 }
 
 Nanoseconds Scheduler::now() const {
