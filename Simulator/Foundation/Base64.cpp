@@ -32,13 +32,13 @@ std::optional<zib::Bytes> bytesFromBase64(std::string_view text) {
   std::size_t digits = 0;
   std::size_t padding = 0;
   for (const char character : text) {
-    if (whiteSpace.find(character) != whiteSpace.npos) continue;
+    if (whiteSpace.find(character) != std::string_view::npos) continue;
     if (character == '=') {
       ++padding;
       continue;
     }
     const std::size_t digit = alphabet.find(character);
-    if (digit == alphabet.npos || padding > 0) return std::nullopt;
+    if (digit == std::string_view::npos || padding > 0) return std::nullopt;
     group = group << 6U | static_cast<unsigned>(digit);
     // Of each four digits, the second, third and fourth complete a byte.
     const std::size_t place = digits++ % 4;

@@ -42,7 +42,7 @@ bool takeYear(std::string_view& text, int& number) {
   const bool isNegative = text.starts_with('-');
   if (isNegative) text.remove_prefix(1);
   const std::size_t digits = text.find('-');
-  if (digits == text.npos || digits < 4 || digits > 5) return false;
+  if (digits == std::string_view::npos || digits < 4 || digits > 5) return false;
   if (!take(text, digits, "-", number)) return false;
   if (isNegative) number = -number;
   return true;

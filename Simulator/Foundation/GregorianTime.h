@@ -13,6 +13,6 @@ namespace sim {
 std::optional<std::string> internetDateTime(double secondsSince1970);
 
 // Reads that form back, and only that. None for any other text, and for a day that does not exist.
-std::optional<double> secondsFrom(std::string_view internetDateTime);
+std::optional<double> secondsFrom(std::string_view text);
 
 }  // namespace sim

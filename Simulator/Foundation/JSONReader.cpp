@@ -15,7 +15,7 @@ using nlohmann::json;
 std::string messageOf(const std::exception& error) {
   const std::string_view text = error.what();
   const std::size_t end = text.find("] ");
-  return std::string(end == text.npos ? text : text.substr(end + 2));
+  return std::string(end == std::string_view::npos ? text : text.substr(end + 2));
 }
 
 class Handler : public nlohmann::json_sax<json> {
@@ -72,7 +72,8 @@ zib::Value readJSON(std::span<const std::uint8_t> bytes, bool allowsFragments) {
   if (bytes.size() > Budget::maximumBytes) throw FormatError("it holds more than 64 MB");
   const std::string text = textFrom(bytes);
   // The parser takes a NUL for the end, and would not look at what follows.
-  if (text.find('\0') != text.npos) throw FormatError("the text holds a NUL character");
+  if (text.find('\0') != std::string_view::npos)
+    throw FormatError("the text holds a NUL character");
   Handler handler;
   json::sax_parse(text, &handler);
   zib::Value value = handler.take();

@@ -55,7 +55,7 @@ bool startsLikeXML(Bytes bytes) {
   constexpr std::string_view passedOver("\xEF\xBB\xBF\xFF\xFE \t\r\n\0", 10);
   const std::string_view text = viewOf(bytes);
   const std::size_t start = text.find_first_not_of(passedOver);
-  return start != text.npos && text[start] == '<';
+  return start != std::string_view::npos && text[start] == '<';
 }
 
 PropertyList readText(Bytes bytes) { return {readTextPropertyList(textFrom(bytes)), textFormat}; }

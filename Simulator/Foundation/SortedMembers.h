@@ -13,7 +13,8 @@ namespace sim {
 
 using SortedMembers = std::map<std::string, zib::Value>;
 
-inline zib::ValueMap mapFrom(SortedMembers members) {
+// Leaves the members without their values.
+inline zib::ValueMap mapFrom(SortedMembers&& members) {
   zib::ValueMap map;
   map.reserve(members.size());
   for (auto& [key, value] : members) map.append(key, std::move(value));

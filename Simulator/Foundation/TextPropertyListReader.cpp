@@ -24,7 +24,8 @@ using zib::objc::UInteger;
 bool isUnquoted(char character) {
   constexpr std::string_view marks = "_$/:.-";
   const auto byte = static_cast<unsigned char>(character);
-  return (byte < 0x80 && std::isalnum(byte) != 0) || marks.find(character) != marks.npos;
+  return (byte < 0x80 && std::isalnum(byte) != 0) ||
+         marks.find(character) != std::string_view::npos;
 }
 
 bool isOctal(char character) { return character >= '0' && character <= '7'; }
@@ -86,7 +87,7 @@ class Reader {
         at_ = std::min(text_.find_first_of("\r\n", at_), text_.size());
       } else if (take("/*")) {
         const std::size_t end = text_.find("*/", at_);
-        if (end == text_.npos) fail("a comment does not end");
+        if (end == std::string_view::npos) fail("a comment does not end");
         at_ = end + 2;
       } else {
         return;
@@ -195,7 +196,7 @@ class Reader {
     if (character == 'U') return unicodeEscape();
     if (isOctal(character)) return octalEscape(character);
     const std::size_t control = names.find(character);
-    return std::string(1, control == names.npos ? character : controls[control]);
+    return std::string(1, control == std::string_view::npos ? character : controls[control]);
   }
 
   std::string octalEscape(char first) {

@@ -22,7 +22,9 @@ namespace {
 
 constexpr std::string_view whiteSpace = " \t\r\n";
 
-bool isBlank(std::string_view text) { return text.find_first_not_of(whiteSpace) == text.npos; }
+bool isBlank(std::string_view text) {
+  return text.find_first_not_of(whiteSpace) == std::string_view::npos;
+}
 
 std::string_view trimmed(std::string_view text) {
   if (isBlank(text)) return {};
@@ -71,7 +73,8 @@ zib::Value realFrom(const std::string& text) {
   const bool isNegative = takeSign(unsignedDigits);
   // "nan", "inf" and "infinity" are numbers here, as they are on the platform.
   const auto number = whole<double>(unsignedDigits);
-  if (!number || unsignedDigits.starts_with('-') || unsignedDigits.find('(') != digits.npos) {
+  if (!number || unsignedDigits.starts_with('-') ||
+      unsignedDigits.find('(') != std::string_view::npos) {
     refuse("real", text);
   }
   return isNegative ? -*number : *number;

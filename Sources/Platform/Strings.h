@@ -20,7 +20,8 @@ std::string utf8From(objc::id string);
 
 bool isString(objc::id object);
 
-// The first `count` characters (Unicode scalar values) of valid UTF-8.
+// The first `count` characters (Unicode scalar values) of UTF-8. A maximal part that is ill-formed
+// counts as one.
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept;
 
 // A text known at compile time and the platform's object for it. The object is made at its first

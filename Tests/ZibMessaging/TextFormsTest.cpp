@@ -1,0 +1,45 @@
+// The forms in which foreign text appears in log lines.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "Platform/Data.h"
+#include "ZibMessaging/QuotedText.h"
+#include "ZibMessaging/TokenText.h"
+
+namespace {
+
+using namespace std::string_view_literals;
+
+std::string quoted(std::string_view text) {
+  std::string line;
+  appendQuoted(line, text);
+  return line;
+}
+
+TEST(TextFormsTest, ATokenIsCutAfterTwentyCharacters) {
+  EXPECT_EQ(tokenDisplay(""), "...");
+  EXPECT_EQ(tokenDisplay("abcde"), "abcde...");
+  EXPECT_EQ(tokenDisplay("abcdefghijklmnopqrst"), "abcdefghijklmnopqrst...");
+  EXPECT_EQ(tokenDisplay("abcdefghijklmnopqrstuvwxyz"), "abcdefghijklmnopqrst...");
+  EXPECT_EQ(tokenDisplay("ééééééééééééééééééééx"), "éééééééééééééééééééé...");
+  EXPECT_EQ(tokenDisplay(std::string(64, '\x80')), std::string(20, '\x80') + "...");
+}
+
+TEST(TextFormsTest, BytesAreLowercaseHexadecimal) {
+  EXPECT_EQ(hexText({}), "");
+  EXPECT_EQ(hexText(zib::Bytes{0x00, 0x01, 0xAB}), "0001ab");
+  EXPECT_EQ(hexText(zib::Bytes(32, 0xFF)), std::string(64, 'f'));
+}
+
+TEST(TextFormsTest, QuotedTextStaysOneLine) {
+  EXPECT_EQ(quoted(""), "\"\"");
+  EXPECT_EQ(quoted("plain é"), "\"plain é\"");
+  EXPECT_EQ(quoted("a\"b\\c"), R"("a\"b\\c")");
+  EXPECT_EQ(quoted("\n\r\t\0"sv), R"("\n\r\t\0")");
+  EXPECT_EQ(quoted("\x01\x1F\x7F"), R"("\u{01}\u{1F}\u{7F}")");
+}
+
+}  // namespace
