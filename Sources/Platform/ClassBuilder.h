@@ -12,8 +12,8 @@
 
 namespace zib {
 
-// Between construction and registerClass() the class is not known to the runtime by name. Main
-// thread, or before other threads send messages.
+// Between construction and registerClass() the class is not known to the runtime by name. Any
+// thread: the runtime locks its tables.
 class ClassBuilder {
  public:
   // `name` must be free; the builder is empty, and registerClass() gives none, when it is not.
@@ -31,6 +31,13 @@ class ClassBuilder {
   ClassBuilder& classMethod(const char* name,
                             Result (*function)(objc::id, objc::SEL, Arguments...)) {
     add(Class::ofObject(cls_.object()), name, function);
+    return *this;
+  }
+
+  // Declares that the class adopts the protocol, where a loaded framework has one of that name.
+  ClassBuilder& adopting(const char* protocol) {
+    objc_object* const found = objc_getProtocol(protocol);
+    if (cls_ && found != nullptr) class_addProtocol(cls_.raw(), found);
     return *this;
   }
 

@@ -53,6 +53,8 @@ objc_class* class_getSuperclass(objc_class* cls);
 objc_method* class_getInstanceMethod(objc_class* cls, zib::objc::SEL selector);
 zib::objc::BOOL class_addMethod(objc_class* cls, zib::objc::SEL selector, zib::objc::IMP function,
                                 const char* types);
+objc_object* objc_getProtocol(const char* name);
+zib::objc::BOOL class_addProtocol(objc_class* cls, objc_object* protocol);
 zib::objc::IMP method_getImplementation(objc_method* method);
 zib::objc::IMP method_setImplementation(objc_method* method, zib::objc::IMP function);
 const char* method_getTypeEncoding(objc_method* method);

@@ -12,7 +12,7 @@ namespace zib {
 
 // Containers nested deeper than this become the null marker: the nesting of a payload is the
 // sender's choice, the stack is ours.
-inline constexpr int maximumNesting = 2000;
+inline constexpr int maximumNesting = 1024;
 
 // Nil gives the null marker. A number made from a boolean is a bool. An object that is no property
 // list value is taken by its description, a key that is no string likewise, and a set is an array.

@@ -64,6 +64,11 @@ void ZibDeepLinkHandler::setURLDelegate(URLDelegate urlDelegate) {
                                  : nullptr);
 }
 
+ZibDeepLinkHandler::URLDelegate ZibDeepLinkHandler::urlDelegate() const {
+  const auto urlDelegate = urlDelegate_.load();
+  return urlDelegate == nullptr ? URLDelegate() : *urlDelegate;
+}
+
 bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) noexcept {
   bool isHandled = false;
   contained("handleNotificationURL", [&] {

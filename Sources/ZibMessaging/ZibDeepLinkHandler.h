@@ -21,6 +21,8 @@ class ZibDeepLinkHandler {
   // empty function takes it back. Meant to be set before notifications arrive; setting it while one
   // is handled is safe and leaves that one with the value that it read.
   void setURLDelegate(URLDelegate urlDelegate);
+  // Empty when there is none.
+  [[nodiscard]] URLDelegate urlDelegate() const;
 
   // Opens the link of a tapped notification: the first usable one of nine top-level keys. True when
   // a link was handled by the host or handed on for opening; the outcome of opening is only logged.

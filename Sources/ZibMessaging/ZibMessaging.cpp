@@ -65,6 +65,7 @@ void didReceiveRegistrationToken(id, SEL, id /*messaging*/, id token) {
 zib::Object makeRuntimeObject() {
   const zib::Class cls =
       zib::ClassBuilder("ZibMessaging", zib::classNamed<"NSObject">())
+          .adopting("UNUserNotificationCenterDelegate")
           .method("init", &init)
           .method("userNotificationCenter:willPresentNotification:withCompletionHandler:",
                   &willPresentNotification)
@@ -161,11 +162,14 @@ void ZibMessaging::authorizationAnswered(const std::weak_ptr<ZibMessaging>& weak
     return;
   }
   if (messaging) messaging->isPushEnabled_ = granted;
-  ZibStorage::shared().savePushPermission(granted);
+  contained("savePushPermission", [&] { ZibStorage::shared().savePushPermission(granted); });
   log(granted ? "Push notification authorization: granted"
               : "Push notification authorization: denied");
   if (!granted) return;
-  if (messaging) messaging->registerNotificationCategories();
+  if (messaging) {
+    contained("registerNotificationCategories",
+              [&] { messaging->registerNotificationCategories(); });
+  }
   // One turn of the main queue later, when the categories are in place.
   zib::mainQueue::async([application] {
     contained("registerForRemoteNotifications",
@@ -212,8 +216,8 @@ void ZibMessaging::setFCMToken(std::string_view token) noexcept {
     }
     logLine("📲 FCM token received (post-APNS): ", shownOf(token), "...");
     fcmToken_.store(std::string(token));
-    ZibStorage::shared().saveFCMToken(token);
-    Zib::shared().registerPushToken(token);
+    contained("saveFCMToken", [&] { ZibStorage::shared().saveFCMToken(token); });
+    contained("registerPushToken", [&] { Zib::shared().registerPushToken(token); });
     tellDelegate("didReceiveToken",
                  [&](ZibMessagingDelegate& delegate) { delegate.didReceiveToken(*this, token); });
   });
@@ -270,7 +274,7 @@ void ZibMessaging::trackNotificationOpened(const zib::Dictionary& userInfo) noex
 void ZibMessaging::setupAsNotificationDelegate() noexcept {
   contained("setupAsNotificationDelegate", [&] {
     const auto center = zib::NotificationCenter::current();
-    if (center.delegate() != nullptr) return;
+    if (center.delegate() != nullptr || runtimeObject() == nullptr) return;
     center.setDelegate(runtimeObject());
     log("ZibMessaging set as UNUserNotificationCenterDelegate");
   });
@@ -291,7 +295,7 @@ void ZibMessaging::setFirebaseMessagingDelegateIfNeeded() {
   const FirebaseMessaging firebase = FirebaseMessaging::find();
   if (firebase.found() != FirebaseMessaging::Found::instance) return;
   const id delegate = firebase.delegate();
-  if (delegate == runtimeObject()) return;
+  if (delegate == runtimeObject() || runtimeObject() == nullptr) return;
   if (delegate != nullptr) {
     log("ℹ️ Customer has set Firebase MessagingDelegate - SDK will swizzle it");
     return;

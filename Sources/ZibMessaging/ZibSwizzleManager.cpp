@@ -103,11 +103,17 @@ void ZibSwizzleManager::runPass() {
     log("⚠️ Swizzling already performed");
     return;
   }
+  if (!runtimeClass()) {
+    ZibLogger::shared().error("ZibSwizzleManager: another copy of the module is in this process",
+                              std::nullopt);
+    return;
+  }
   log("🔧 Starting Zib SDK auto-swizzling...");
-  swizzleAppDelegate();
-  swizzleSceneDelegate();
-  swizzleNotificationCenterDelegate();
-  swizzleFirebaseMessagingDelegate();
+  // Each on its own, so that what one finds broken costs the others nothing.
+  contained("swizzleAppDelegate", [this] { swizzleAppDelegate(); });
+  contained("swizzleSceneDelegate", [this] { swizzleSceneDelegate(); });
+  contained("swizzleNotificationCenterDelegate", [this] { swizzleNotificationCenterDelegate(); });
+  contained("swizzleFirebaseMessagingDelegate", [this] { swizzleFirebaseMessagingDelegate(); });
   hasSwizzled_ = true;
   log("✅ Zib SDK swizzling complete!");
 }
@@ -126,72 +132,62 @@ void ZibSwizzleManager::swizzleAppDelegate() {
     log("⚠️ No AppDelegate found");
     return;
   }
-  const Class delegateClass = Class::visibleClassOf(delegate);
-  log("📱 Swizzling AppDelegate: ", delegateClass.name());
-  addOrSwap(Row::didRegister, delegateClass);
-  addOrSwap(Row::didFailRegister, delegateClass);
-  addOrSwap(Row::openURL, delegateClass);
+  log("📱 Swizzling AppDelegate: ", Class::visibleClassOf(delegate).name());
+  addOrSwap(Row::didRegister, delegate);
+  addOrSwap(Row::didFailRegister, delegate);
+  addOrSwap(Row::openURL, delegate);
 }
 
 template <class Use>
-void ZibSwizzleManager::forEachSceneDelegateClass(const zib::Application& application, Use use) {
+void ZibSwizzleManager::forEachSceneDelegate(const zib::Application& application, Use use) {
   for (const zib::Object& delegate : zib::ConnectedScenes::of(application).windowSceneDelegates()) {
-    use(Class::visibleClassOf(delegate.raw()));
+    use(delegate.raw());
   }
 }
 
 void ZibSwizzleManager::swizzleSceneDelegate() {
   const auto application = sharedApplication();
   if (!application) return;
-  forEachSceneDelegateClass(*application, [this](Class delegateClass) {
-    log("🎬 Swizzling SceneDelegate: ", delegateClass.name());
-    addOrSwap(Row::sceneOpenURL, delegateClass);
+  forEachSceneDelegate(*application, [this](zib::objc::id delegate) {
+    log("🎬 Swizzling SceneDelegate: ", Class::visibleClassOf(delegate).name());
+    addOrSwap(Row::sceneOpenURL, delegate);
   });
   if (!zib::ConnectedScenes::of(*application).empty()) return;
   log("ℹ️ No connected scenes yet - will check again shortly");
-  zib::mainQueue::after(sceneRetryDelay, [weakManager = weak_from_this()] {
-    contained("retrySceneDelegateSwizzling", [&] {
-      if (const auto manager = weakManager.lock()) manager->retrySceneDelegateSwizzling();
-    });
-  });
+  lookAgain(sceneRetryDelay, &ZibSwizzleManager::retrySceneDelegateSwizzling);
 }
 
 void ZibSwizzleManager::retrySceneDelegateSwizzling() {
   const auto application = sharedApplication();
   if (!application) return;
-  forEachSceneDelegateClass(*application, [this](Class delegateClass) {
-    log("🎬 Found SceneDelegate (delayed): ", delegateClass.name());
-    addOrSwap(Row::sceneOpenURL, delegateClass);
+  forEachSceneDelegate(*application, [this](zib::objc::id delegate) {
+    log("🎬 Found SceneDelegate (delayed): ", Class::visibleClassOf(delegate).name());
+    addOrSwap(Row::sceneOpenURL, delegate);
   });
 }
 
 void ZibSwizzleManager::swizzleNotificationCenterDelegate() {
   const zib::objc::id delegate = zib::NotificationCenter::current().delegate();
   if (delegate != nullptr) {
-    const Class delegateClass = Class::visibleClassOf(delegate);
-    log("🔔 Swizzling UNUserNotificationCenterDelegate: ", delegateClass.name());
-    swizzleNotificationDelegateMethods(delegateClass);
+    log("🔔 Swizzling UNUserNotificationCenterDelegate: ", Class::visibleClassOf(delegate).name());
+    swizzleNotificationDelegateMethods(delegate);
     return;
   }
   log("ℹ️ No UNUserNotificationCenterDelegate set yet - will check again");
-  zib::mainQueue::after(notificationDelegateRetryDelay, [weakManager = weak_from_this()] {
-    contained("retryNotificationDelegateSwizzling", [&] {
-      if (const auto manager = weakManager.lock()) manager->retryNotificationDelegateSwizzling();
-    });
-  });
+  lookAgain(notificationDelegateRetryDelay, &ZibSwizzleManager::retryNotificationDelegateSwizzling);
 }
 
 void ZibSwizzleManager::retryNotificationDelegateSwizzling() {
   const zib::objc::id delegate = zib::NotificationCenter::current().delegate();
   if (delegate == nullptr) return;
-  const Class delegateClass = Class::visibleClassOf(delegate);
-  log("🔔 Found UNUserNotificationCenterDelegate (delayed): ", delegateClass.name());
-  swizzleNotificationDelegateMethods(delegateClass);
+  log("🔔 Found UNUserNotificationCenterDelegate (delayed): ",
+      Class::visibleClassOf(delegate).name());
+  swizzleNotificationDelegateMethods(delegate);
 }
 
-void ZibSwizzleManager::swizzleNotificationDelegateMethods(Class delegateClass) {
-  addOrSwap(Row::willPresent, delegateClass);
-  addOrSwap(Row::didReceive, delegateClass);
+void ZibSwizzleManager::swizzleNotificationDelegateMethods(zib::objc::id delegate) {
+  addOrSwap(Row::willPresent, delegate);
+  addOrSwap(Row::didReceive, delegate);
 }
 
 void ZibSwizzleManager::swizzleFirebaseMessagingDelegate() {
@@ -212,20 +208,11 @@ void ZibSwizzleManager::swizzleFirebaseMessagingDelegate() {
   const zib::objc::id delegate = firebase.delegate();
   if (delegate == nullptr) {
     log("ℹ️ No Firebase MessagingDelegate set yet - will retry");
-    retryFirebaseLater();
+    lookAgain(firebaseRetryDelay, &ZibSwizzleManager::retryFirebaseMessagingSwizzling);
     return;
   }
-  const Class delegateClass = Class::visibleClassOf(delegate);
-  log("🔥 Swizzling Firebase MessagingDelegate: ", delegateClass.name());
-  addOrSwap(Row::fcmToken, delegateClass);
-}
-
-void ZibSwizzleManager::retryFirebaseLater() {
-  zib::mainQueue::after(firebaseRetryDelay, [weakManager = weak_from_this()] {
-    contained("retryFirebaseMessagingSwizzling", [&] {
-      if (const auto manager = weakManager.lock()) manager->retryFirebaseMessagingSwizzling();
-    });
-  });
+  log("🔥 Swizzling Firebase MessagingDelegate: ", Class::visibleClassOf(delegate).name());
+  addOrSwap(Row::fcmToken, delegate);
 }
 
 void ZibSwizzleManager::retryFirebaseMessagingSwizzling() {
@@ -233,20 +220,29 @@ void ZibSwizzleManager::retryFirebaseMessagingSwizzling() {
   if (firebase.found() != FirebaseMessaging::Found::instance) return;
   const zib::objc::id delegate = firebase.delegate();
   if (delegate == nullptr) return;
-  const Class delegateClass = Class::visibleClassOf(delegate);
-  log("🔥 Found Firebase MessagingDelegate (delayed): ", delegateClass.name());
+  log("🔥 Found Firebase MessagingDelegate (delayed): ", Class::visibleClassOf(delegate).name());
   // A delegate that came late is only swapped: one that does not want tokens gets no method.
-  const Method method = delegateClass.instanceMethod(Selector(at(Row::fcmToken).hostSelector));
-  if (method) swap(Row::fcmToken, delegateClass, method);
+  swapIfPresent(Row::fcmToken, delegate);
 }
 
-void ZibSwizzleManager::addOrSwap(Row row, Class delegateClass) {
+void ZibSwizzleManager::lookAgain(double seconds, void (ZibSwizzleManager::*retry)()) {
+  zib::mainQueue::after(seconds, [weakManager = weak_from_this(), retry] {
+    contained("the second look for a delegate", [&] {
+      if (const auto manager = weakManager.lock()) (manager.get()->*retry)();
+    });
+  });
+}
+
+void ZibSwizzleManager::addOrSwap(Row row, zib::objc::id delegate) {
+  if (!swapIfPresent(row, delegate)) add(row, Class::visibleClassOf(delegate));
+}
+
+bool ZibSwizzleManager::swapIfPresent(Row row, zib::objc::id delegate) {
+  // What the runtime would call, even where that belongs to a hidden subclass.
+  const Class delegateClass = Class::ofObject(delegate);
   const Method hostMethod = delegateClass.instanceMethod(Selector(at(row).hostSelector));
-  if (hostMethod) {
-    swap(row, delegateClass, hostMethod);
-  } else {
-    add(row, delegateClass);
-  }
+  if (hostMethod) swap(row, delegateClass, hostMethod);
+  return static_cast<bool>(hostMethod);
 }
 
 // The host may only inherit the method: then its superclass's own is replaced, for all subclasses.

@@ -89,15 +89,16 @@ class ZibSwizzleManager final : public std::enable_shared_from_this<ZibSwizzleMa
   void retrySceneDelegateSwizzling();
   void swizzleNotificationCenterDelegate();
   void retryNotificationDelegateSwizzling();
-  void swizzleNotificationDelegateMethods(zib::Class delegateClass);
+  void swizzleNotificationDelegateMethods(zib::objc::id delegate);
   void swizzleFirebaseMessagingDelegate();
   void retryFirebaseMessagingSwizzling();
-  void retryFirebaseLater();
+  void lookAgain(double seconds, void (ZibSwizzleManager::*retry)());
   template <class Use>
-  static void forEachSceneDelegateClass(const zib::Application& application, Use use);
+  static void forEachSceneDelegate(const zib::Application& application, Use use);
   static std::optional<zib::Application> sharedApplication();
 
-  void addOrSwap(Row row, zib::Class delegateClass);
+  void addOrSwap(Row row, zib::objc::id delegate);
+  bool swapIfPresent(Row row, zib::objc::id delegate);
   void swap(Row row, zib::Class delegateClass, zib::Method hostMethod);
   void add(Row row, zib::Class delegateClass);
   void remember(Row row, zib::Class owner, zib::objc::IMP original);

@@ -26,7 +26,11 @@ using zib::objc::UInteger;
 
 namespace {
 
-void log(std::string_view line) { ZibLogger::shared().log(line); }
+// A logger that breaks its promise and throws must not cost the callback its handling.
+void logIntercepted(std::string_view text, std::string_view detail = {},
+                    std::string_view end = {}) noexcept {
+  contained("the log line of an interceptor", [&] { logLine(text, detail, end); });
+}
 
 }  // namespace
 
@@ -53,9 +57,14 @@ struct ZibSwizzleManager::Interceptors {
       const ZibSwizzleManager& manager = shared();
       const Interception& interception = at(row);
       if (!(manager.*interception.didSwap) || manager.*interception.original == nullptr) return;
-      const zib::Class from = below_ == nullptr ? zib::Class::ofObject(receiver)
-                                                : below_->installation->owner.superclass();
-      installation_ = manager.findInstallation(row, from);
+      if (below_ != nullptr) {
+        installation_ = manager.findInstallation(row, below_->installation->owner.superclass());
+      }
+      // Where no superclass is intercepted, `super` cannot lead here: the host calls itself again.
+      if (installation_ == nullptr) {
+        below_ = nullptr;
+        installation_ = manager.findInstallation(row, zib::Class::ofObject(receiver));
+      }
     }
 
     // False when the host's own method has passed this callback on to its superclass, whose method
@@ -105,8 +114,8 @@ struct ZibSwizzleManager::Interceptors {
   static void didRegister(id self, SEL, id application, id token) {
     const Callback callback(Row::didRegister, self, token);
     if (callback.isNew()) {
+      logIntercepted("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
       contained("zib_didRegister:deviceToken:", [&] {
-        log("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
         ZibMessaging::shared().didRegisterForRemoteNotifications(zib::bytesOf(token));
       });
     }
@@ -116,8 +125,8 @@ struct ZibSwizzleManager::Interceptors {
   static void didFailRegister(id self, SEL, id application, id error) {
     const Callback callback(Row::didFailRegister, self, error);
     if (callback.isNew()) {
+      logIntercepted("❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications");
       contained("zib_didFailRegister:error:", [&] {
-        log("❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications");
         ZibMessaging::shared().didFailToRegisterForRemoteNotifications(
             zib::Error::fromNative(error));
       });
@@ -130,7 +139,7 @@ struct ZibSwizzleManager::Interceptors {
     if (callback.isNew()) {
       contained("zib_openURL:url:options:", [&] {
         const zib::Utf8 text(zib::textOfURL(url));
-        logLine("🔗 [INTERCEPTED] application:open:options: ", text.view());
+        logIntercepted("🔗 [INTERCEPTED] application:open:options: ", text.view());
         trackUTMParameters(url, text.view());
       });
     }
@@ -148,7 +157,7 @@ struct ZibSwizzleManager::Interceptors {
       const auto url = isEmpty ? std::nullopt : zib::urlOfContext(elements.front().raw());
       if (!url || !callback.isNew()) return;
       const zib::Utf8 text(url->text());
-      logLine("🔗 [INTERCEPTED] scene:openURLContexts: ", text.view());
+      logIntercepted("🔗 [INTERCEPTED] scene:openURLContexts: ", text.view());
       trackUTMParameters(url->native(), text.view());
       ZibDeepLinkHandler::shared().handleURL(*url, "scene_delegate");
     });
@@ -161,8 +170,7 @@ struct ZibSwizzleManager::Interceptors {
     const Callback callback(Row::willPresent, self, notification);
     UInteger options = 0;
     if (callback.isNew()) {
-      contained("zib_willPresent:notification:completionHandler:",
-                [&] { log("🔔 [INTERCEPTED] willPresent notification"); });
+      logIntercepted("🔔 [INTERCEPTED] willPresent notification");
       options = ZibMessaging::shared().willPresent(*zib::Borrowed<zib::Notification>(notification));
     } else {
       options = foregroundPresentationOptions();
@@ -181,8 +189,7 @@ struct ZibSwizzleManager::Interceptors {
   static void didReceive(id self, SEL, id center, id response, BlockLayout* completion) {
     const Callback callback(Row::didReceive, self, response);
     if (callback.isNew()) {
-      contained("zib_didReceive:response:completionHandler:",
-                [&] { log("👆 [INTERCEPTED] didReceive notification response"); });
+      logIntercepted("👆 [INTERCEPTED] didReceive notification response");
       ZibMessaging::shared().didReceive(*zib::Borrowed<zib::NotificationResponse>(response));
     }
     using Completion = Block<void()>;
@@ -201,8 +208,8 @@ struct ZibSwizzleManager::Interceptors {
       contained("zib_messaging:didReceiveRegistrationToken:", [&] {
         const bool isPresent = zib::isString(token);
         const zib::Utf8 text(zib::StringRef::of(token));
-        logLine("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
-                isPresent ? shownOf(text.view()) : "nil", "...");
+        logIntercepted("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
+                       isPresent ? shownOf(text.view()) : "nil", "...");
         if (isPresent) ZibMessaging::shared().setFCMToken(text.view());
       });
     }

@@ -34,9 +34,9 @@ struct ZibTestSeam {
   static zib::objc::IMP interceptor(Row row) {
     return ZibSwizzleManager::interceptorMethod(ZibSwizzleManager::at(row)).implementation();
   }
-  // What the pass does for one method of one delegate's class.
-  static void runAddOrSwap(Row row, zib::Class delegateClass) {
-    ZibSwizzleManager::shared().addOrSwap(row, delegateClass);
+  // What the pass does for one method of one delegate.
+  static void runAddOrSwap(Row row, zib::objc::id delegate) {
+    ZibSwizzleManager::shared().addOrSwap(row, delegate);
   }
   static zib::Class swizzleManagerClass() { return ZibSwizzleManager::runtimeClass(); }
 };

@@ -299,7 +299,7 @@ TEST_F(InterceptedClassesTest, ACompletionThatPassesTwoInterceptedClassesIsCalle
   const Object object = make(Presenting::derived);
   sim::usernotifications::setDelegate(make(base));
   ZibSwizzleManager::shared().setupAutoSwizzling();
-  ZibTestSeam::runAddOrSwap(ZibTestSeam::Row::willPresent, Presenting::derived);
+  ZibTestSeam::runAddOrSwap(ZibTestSeam::Row::willPresent, object.raw());
   device_.forget();
   std::vector<UInteger> options;
   test::willPresent(
@@ -308,6 +308,27 @@ TEST_F(InterceptedClassesTest, ACompletionThatPassesTwoInterceptedClassesIsCalle
   EXPECT_EQ(options, std::vector<UInteger>{4});
   EXPECT_EQ(callers(), (Names{"Derived", "Base"}));
   EXPECT_EQ(device_.entries("event").size(), 1U);
+}
+
+// No superclass is intercepted, so the second call is one of the host's own, not one of `super`.
+struct Again {
+  static void open(id self, SEL selector, id scene, id contexts) {
+    calls().push_back({"Again", self, {}});
+    if (calls().size() == 1) {
+      zib::send<void>(self, zib::Selector(selector), scene, contexts);
+    }
+  }
+};
+
+TEST_F(InterceptedClassesTest, AHostThatCallsItselfAgainReachesItselfAgain) {
+  const Object scene = make(zib::ClassBuilder("SceneAgain", object())
+                                .method(sceneSelector, &Again::open)
+                                .registerClass());
+  install({scene});
+  const auto url = zib::URL::parse("app://open");
+  test::openURLContexts(scene.raw(), sim::uikit::scene(0),
+                        sim::uikit::makeURLContexts({Object::retained(url->native())}).raw());
+  EXPECT_EQ(callers(), (Names{"Again", "Again"}));
 }
 
 }  // namespace

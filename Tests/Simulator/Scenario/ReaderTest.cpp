@@ -274,9 +274,9 @@ TEST(Reader, RefusesNestingWithoutEnd) {
   constexpr std::size_t depth = 200'000;
   const std::string lists = std::string(depth, '[') + std::string(depth, ']');
   EXPECT_EQ(complaintAbout(R"({"steps": [], "expect": [{"kind": )" + lists + "}]}"),
-            "/expect/0/kind/0: nested too deep; allowed: 2016 levels in a scenario");
+            "/expect/0/kind/0: nested too deep; allowed: 1040 levels in a scenario");
   EXPECT_EQ(complaintAbout(withStep(R"({"do": "present", "userInfo": {"a": )" + lists + "}}")),
-            "/steps/0/userInfo/a: nested too deep; allowed: 2016 levels in a scenario");
+            "/steps/0/userInfo/a: nested too deep; allowed: 1040 levels in a scenario");
 }
 
 TEST(Reader, TakesAPayloadAsDeepAsThePlatformDoes) {
@@ -284,9 +284,9 @@ TEST(Reader, TakesAPayloadAsDeepAsThePlatformDoes) {
     return withStep(R"({"do": "present", "userInfo": {"a": )" + std::string(depth - 1, '[') +
                     std::string(depth - 1, ']') + "}}");
   };
-  EXPECT_EQ(complaintAbout(payload(2000)), "");
-  EXPECT_EQ(complaintAbout(payload(2001)),
-            "/steps/0/userInfo: nested too deep; allowed: 2000 levels");
+  EXPECT_EQ(complaintAbout(payload(1024)), "");
+  EXPECT_EQ(complaintAbout(payload(1025)),
+            "/steps/0/userInfo: nested too deep; allowed: 1024 levels");
 }
 
 TEST(Reader, FillsInWhatIsLeftOut) {
