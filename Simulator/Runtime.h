@@ -20,6 +20,7 @@ extern "C" {
 // Tells the runtime that the process has threads, so that it locks its tables while classes change.
 zib::objc::BOOL objc_thread_add();
 objc_method* class_getClassMethod(objc_class* cls, zib::objc::SEL selector);
+zib::objc::SEL method_getName(objc_method* method);
 objc_method** class_copyMethodList(objc_class* cls, unsigned int* count);
 // Before the class is registered. `logOfAlignment` is the logarithm to base 2.
 zib::objc::BOOL class_addIvar(objc_class* cls, const char* name, std::size_t size,

@@ -100,10 +100,6 @@ id property(id object, std::string_view name) {
   return send<id>(storage(object), selector<"objectForKey:">(), zib::makeString(name).raw());
 }
 
-id autoreleased(const Object& object) {
-  return send<id>(zib::objc::retain(object.raw()), selector<"autorelease">());
-}
-
 Object makeOrderedSet(const std::vector<Object>& elements) {
   static const Class cls = registerOrderedSet();
   const Object array =

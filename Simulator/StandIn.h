@@ -29,9 +29,6 @@ void setProperty(zib::objc::id object, std::string_view name, const zib::Object&
 void setProperty(zib::objc::id object, std::string_view name, const zib::Value& value);
 zib::objc::id property(zib::objc::id object, std::string_view name);
 
-// The object as a method returns it that does not give away ownership.
-zib::objc::id autoreleased(const zib::Object& object);
-
 // An NSSet that keeps the order of its elements, so that iterating it is the same in each run.
 zib::Object makeOrderedSet(const std::vector<zib::Object>& elements);
 

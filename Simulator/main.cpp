@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -22,6 +23,7 @@ namespace {
 enum ExitStatus { allAsExpected = 0, expectationNotMet = 1, wrongUsage = 2, processDied = 3 };
 
 constexpr const char* version = "zibsim " ZIBSIM_VERSION;
+constexpr const char* standardInput = "-";
 
 struct RunOptions {
   std::string format = "timeline";
@@ -40,7 +42,7 @@ std::string readAll(const std::string& file) {
     throw UsageError(file + ": (root): cannot be read: " + std::strerror(code) +
                      "; allowed: a scenario file, or - for standard input");
   };
-  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
+  if (file == standardInput) return {std::istreambuf_iterator<char>(std::cin), {}};
   if (std::filesystem::is_directory(file)) fail(EISDIR);
   std::ifstream stream(file, std::ios::binary);
   if (!stream) fail(errno);
@@ -50,9 +52,9 @@ std::string readAll(const std::string& file) {
 sim::Scenario readFile(const std::string& file) {
   const std::string text = readAll(file);
   try {
-    const std::string name =
-        file == "-" ? "standard input" : std::filesystem::path(file).stem().string();
-    return sim::readScenario(text, name);
+    if (file == standardInput) return sim::readScenario(text, "standard input");
+    const std::filesystem::path path(file);
+    return sim::readScenario(text, path.stem().string(), path.parent_path());
   } catch (const sim::ScenarioError& error) {
     throw UsageError(file + ": " + error.what());
   }
@@ -62,6 +64,16 @@ bool wantsColour(bool isStandardOutput) {
   const char* const noColour = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe)
   const bool isUnwanted = noColour != nullptr && *noColour != '\0';
   return isStandardOutput && ::isatty(STDOUT_FILENO) != 0 && !isUnwanted;
+}
+
+// The commands by name, since a word that is none of them is easily a command of a later version.
+std::string describeParseError(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<std::string> rest = app.remaining();
+  const bool isUnknownCommand =
+      app.get_subcommands().empty() && !rest.empty() && !rest.front().starts_with('-');
+  if (isUnknownCommand)
+    return "no command \"" + rest.front() + "\"; allowed: run, --help, --version";
+  return error.what() + std::string("; allowed: see zibsim --help");
 }
 
 std::vector<sim::Json> fieldsOf(const std::vector<sim::Step>& steps) {
@@ -74,11 +86,12 @@ std::vector<sim::Json> fieldsOf(const std::vector<sim::Step>& steps) {
 // Plays scenarios one after another and writes what happened in the format that was asked for.
 class Runner {
  public:
-  Runner(std::ostream& out, bool isJsonLines, bool namesScenarios, bool hasColour)
+  Runner(std::ostream& out, const RunOptions& options)
       : out_(out),
-        people_(out, hasColour),
-        isJsonLines_(isJsonLines),
-        namesScenarios_(namesScenarios) {}
+        people_(out, wantsColour(options.output.empty())),
+        isJsonLines_(options.format == "jsonl"),
+        isSummaryOutOfSight_(isJsonLines_ || !options.output.empty()),
+        namesScenarios_(options.files.size() > 1) {}
 
   int run(const sim::Scenario& scenario) {
     std::vector<sim::Json> timeline;
@@ -107,7 +120,7 @@ class Runner {
               const std::optional<sim::Death>& death) {
     if (!isJsonLines_) people_.summary(unmet);
     out_.flush();
-    if (isJsonLines_) {
+    if (isSummaryOutOfSight_) {
       for (const std::string& message : unmet) {
         std::cerr << scenario.name << ": " << message << '\n';
       }
@@ -120,11 +133,15 @@ class Runner {
   std::ostream& out_;
   sim::PeopleFormat people_;
   bool isJsonLines_;
+  bool isSummaryOutOfSight_;
   bool namesScenarios_;
 };
 
 int run(const RunOptions& options) {
   std::vector<sim::Scenario> scenarios;
+  if (std::count(options.files.begin(), options.files.end(), standardInput) > 1) {
+    throw UsageError("-: (root): standard input is named twice; allowed: once");
+  }
   for (const std::string& file : options.files) scenarios.push_back(readFile(file));
   std::ofstream file;
   if (!options.output.empty()) {
@@ -135,8 +152,7 @@ int run(const RunOptions& options) {
     }
   }
   std::ostream& out = options.output.empty() ? std::cout : file;
-  Runner runner(out, options.format == "jsonl", options.files.size() > 1,
-                wantsColour(options.output.empty()));
+  Runner runner(out, options);
   int status = allAsExpected;
   for (const sim::Scenario& scenario : scenarios) {
     status = std::max(status, runner.run(scenario));
@@ -166,7 +182,7 @@ int main(int argc, char** argv) {
   } catch (const CLI::Success& success) {
     return app.exit(success);
   } catch (const CLI::ParseError& error) {
-    std::cerr << "zibsim: " << error.what() << "; allowed: see zibsim --help\n";
+    std::cerr << "zibsim: " << sim::oneLine(describeParseError(app, error)) << '\n';
     return wrongUsage;
   } catch (const UsageError& error) {
     std::cerr << "zibsim: " << error.what() << '\n';

@@ -71,6 +71,17 @@ void Scheduler::submitElsewhere(std::string name, Work work) {
   elsewhere_.push_back({std::move(name), std::move(work)});
 }
 
+std::uint64_t Scheduler::submitSlow(std::string name, Work work, Nanoseconds due) {
+  const std::lock_guard lock(mutex_);
+  slow_.insert({due, nextNumber_, {std::move(name), std::move(work)}});
+  return nextNumber_++;
+}
+
+void Scheduler::withdraw(std::uint64_t slow) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(slow_, [slow](const Slow& other) { return other.number == slow; });
+}
+
 void Scheduler::runOn(const std::string& name, const Work& work) {
   if (name == mainThreadName) {
     runPooled(work);
@@ -99,7 +110,7 @@ void Scheduler::runOn(const std::string& name, const Work& work) {
 }
 
 void Scheduler::drain() {
-  while (runNextElsewhere() || runNextDue(now())) {
+  while (runNextElsewhere() || runNextDue(now()) || runNextSlow()) {
   }
 }
 
@@ -130,6 +141,26 @@ bool Scheduler::runNextElsewhere() {
     if (elsewhere_.empty()) return false;
     next = std::move(elsewhere_.front());
     elsewhere_.pop_front();
+  }
+  runOn(next.threadName, next.work);
+  return true;
+}
+
+// Or, if the main queue has something to do before that, the first of it.
+bool Scheduler::runNextSlow() {
+  Nanoseconds due = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    if (slow_.empty()) return false;
+    due = slow_.begin()->due;
+  }
+  if (runNextDue(due)) return true;
+  Elsewhere next;
+  {
+    const std::lock_guard lock(mutex_);
+    now_ = std::max(now_, due);
+    next = std::move(slow_.begin()->elsewhere);
+    slow_.erase(slow_.begin());
   }
   runOn(next.threadName, next.work);
   return true;

@@ -2,7 +2,8 @@
 //
 // Exactly one thread runs at any moment, so that a run is the same each time: the main thread hands
 // over to another one and waits until that one has finished or waits for the main queue. Time is
-// virtual and moves only in advance() and when a request hangs.
+// virtual and moves only in advance() and when nothing is left to do but to wait for something
+// slow.
 
 #pragma once
 
@@ -42,11 +43,20 @@ class Scheduler {
   // the main queue goes on.
   void submitElsewhere(std::string threadName, Work work);
 
+  // The end of something slow, such as an exchange with a server, on another thread. It comes after
+  // all that the main queue has to do until then, as a server takes longer than what is due at
+  // once. Where several end at one time, they do so in the order of submission. The result is for
+  // withdraw().
+  std::uint64_t submitSlow(std::string threadName, Work work, Nanoseconds due);
+  // What has begun already is not stopped.
+  void withdraw(std::uint64_t slow);
+
   // Main thread only, all of these.
   // Runs work on a thread of that name to its end; meanwhile the main queue serves those who wait
   // for it. The name "main" is the main thread itself.
   void runOn(const std::string& threadName, const Work& work);
-  // Runs all that is due until nothing is left.
+  // Runs all that is due until nothing is left, and waits for what is slow: time jumps to its end,
+  // past what falls due meanwhile, each at its own time.
   void drain();
   // Lets time pass; what falls due runs at its own time.
   void advanceTo(Nanoseconds time);
@@ -64,14 +74,24 @@ class Scheduler {
     std::string threadName;
     Work work;
   };
+  struct Slow {
+    Nanoseconds due;
+    std::uint64_t number;
+    mutable Elsewhere elsewhere;
+    friend bool operator<(const Slow& one, const Slow& other) {
+      return one.due != other.due ? one.due < other.due : one.number < other.number;
+    }
+  };
 
   bool runNextDue(Nanoseconds limit);
   bool runNextElsewhere();
+  bool runNextSlow();
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
   std::set<Item> items_;
   std::deque<Elsewhere> elsewhere_;
+  std::set<Slow> slow_;
   Nanoseconds now_ = 0;
   std::uint64_t nextNumber_ = 0;
   int waiting_ = 0;

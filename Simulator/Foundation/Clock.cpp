@@ -4,6 +4,7 @@
 
 #include "Platform/Class.h"
 #include "Platform/Send.h"
+#include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/Setting.h"
@@ -37,7 +38,7 @@ id initWith(id date, double seconds) {
 }
 
 id makeDate(id cls, double seconds) {
-  return send<id>(initWith(send<id>(cls, selector<"alloc">()), seconds), selector<"autorelease">());
+  return autoreleased(zib::Object::adopted(initWith(send<id>(cls, selector<"alloc">()), seconds)));
 }
 
 id dateNow(id cls, SEL) { return makeDate(cls, sinceReferenceDate()); }

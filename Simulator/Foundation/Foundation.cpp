@@ -14,8 +14,14 @@ void installFoundation() {
     objc_thread_add();
     const zib::AutoreleasePool pool;
     installClock();
+    installDateFormatter();
     installDirectories();
+    installErrors();
+    installFileData();
+    installJSONSerialization();
     installProcess();
+    installPropertyListSerialization();
+    installStrings();
     installURLs();
   });
 }

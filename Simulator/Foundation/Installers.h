@@ -5,8 +5,14 @@
 namespace sim {
 
 void installClock();
+void installDateFormatter();
 void installDirectories();
+void installErrors();
+void installFileData();
+void installJSONSerialization();
 void installProcess();
+void installPropertyListSerialization();
+void installStrings();
 void installURLs();
 
 }  // namespace sim

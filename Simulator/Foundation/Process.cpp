@@ -6,6 +6,7 @@
 #include "Platform/Class.h"
 #include "Platform/Send.h"
 #include "Platform/Strings.h"
+#include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/Setting.h"
@@ -45,8 +46,7 @@ id bundlePath(id bundle, SEL command) {
   if (bundle != mainBundle()) {
     return zib::callImplementation<id>(originalBundlePath, bundle, zib::Selector(command));
   }
-  const zib::Object path = zib::makeString(bundlePathSetting().get());
-  return send<id>(zib::objc::retain(path.raw()), selector<"autorelease">());
+  return autoreleased(zib::makeString(bundlePathSetting().get()));
 }
 
 OperatingSystemVersion operatingSystemVersion(id, SEL) { return versionSetting().get(); }

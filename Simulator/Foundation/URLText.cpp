@@ -2,7 +2,6 @@
 
 #include <uriparser/Uri.h>
 
-#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <memory>
@@ -28,7 +27,8 @@ bool isPercentEncoding(std::string_view text) {
 bool isURLCharacter(char character) {
   constexpr std::string_view marks = "-._~:/?#[]@!$&'()*+,;=";
   const auto byte = static_cast<unsigned char>(character);
-  return (byte < 0x80 && std::isalnum(byte) != 0) || marks.find(character) != std::string_view::npos;
+  return (byte < 0x80 && std::isalnum(byte) != 0) ||
+         marks.find(character) != std::string_view::npos;
 }
 
 }  // namespace

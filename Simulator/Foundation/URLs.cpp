@@ -4,6 +4,7 @@
 #include "Platform/Class.h"
 #include "Platform/Send.h"
 #include "Platform/Strings.h"
+#include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/URLText.h"
 #include "Simulator/Runtime.h"
@@ -14,6 +15,7 @@ namespace {
 using zib::callImplementation;
 using zib::Class;
 using zib::makeString;
+using zib::Object;
 using zib::selector;
 using zib::send;
 using zib::utf8From;
@@ -31,8 +33,6 @@ struct Originals {
   objc_ivar* baseURL = nullptr;
 };
 Originals originals;
-
-id autoreleased(id object) { return send<id>(object, selector<"autorelease">()); }
 
 // GNUstep keeps the text that a URL was made from, and prints another one put together from parts.
 void setOriginalText(id url, std::string_view text) {
@@ -75,21 +75,21 @@ id initEncoding(id url, SEL, id text, BOOL encodes) {
 }
 
 id urlWithString(id cls, SEL, id text) {
-  return autoreleased(
-      send<id>(send<id>(cls, selector<"alloc">()), selector<"initWithString:">(), text));
+  const id allocated = send<id>(cls, selector<"alloc">());
+  return autoreleased(Object::adopted(send<id>(allocated, selector<"initWithString:">(), text)));
 }
 
 id urlEncoding(id cls, SEL, id text, BOOL encodes) {
-  return autoreleased(send<id>(send<id>(cls, selector<"alloc">()),
-                               selector<"initWithString:encodingInvalidCharacters:">(), text,
-                               encodes));
+  const id allocated = send<id>(cls, selector<"alloc">());
+  return autoreleased(Object::adopted(
+      send<id>(allocated, selector<"initWithString:encodingInvalidCharacters:">(), text, encodes)));
 }
 
 id absoluteString(id url, SEL command) {
   if (object_getIvar(url, originals.baseURL) != nullptr) {
     return callImplementation<id>(originals.absoluteString, url, zib::Selector(command));
   }
-  return autoreleased(zib::objc::retain(object_getIvar(url, originals.urlString)));
+  return autoreleased(Object::retained(object_getIvar(url, originals.urlString)));
 }
 
 // GNUstep loses an empty query, and the query of a URL whose path does not start with a slash.

@@ -8,6 +8,17 @@
 namespace sim {
 namespace {
 
+// Short enough for a message of one line.
+std::string shown(const Json& value) {
+  if (value.is_object()) return "an object";
+  if (value.is_array()) return "a list";
+  constexpr std::size_t longest = 60;
+  std::string text = value.dump(-1, ' ', true);
+  return text.size() <= longest ? text : text.substr(0, longest) + "…";
+}
+
+}  // namespace
+
 std::string escapedForPointer(std::string_view key) {
   std::string escaped;
   for (const char character : key) {
@@ -21,17 +32,6 @@ std::string escapedForPointer(std::string_view key) {
   }
   return escaped;
 }
-
-// Short enough for a message of one line.
-std::string shown(const Json& value) {
-  if (value.is_object()) return "an object";
-  if (value.is_array()) return "a list";
-  constexpr std::size_t longest = 60;
-  std::string text = value.dump(-1, ' ', true);
-  return text.size() <= longest ? text : text.substr(0, longest) + "…";
-}
-
-}  // namespace
 
 std::string quotedList(const std::vector<std::string_view>& texts) {
   std::string list;

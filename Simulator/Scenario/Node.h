@@ -45,6 +45,9 @@ class Node {
   std::string pointer_;
 };
 
+// A key as a JSON pointer has it.
+std::string escapedForPointer(std::string_view key);
+
 // "a", "b", "c".
 std::string quotedList(const std::vector<std::string_view>& texts);
 

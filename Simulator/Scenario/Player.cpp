@@ -13,14 +13,17 @@
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Host/RecordingMessagingDelegate.h"
+#include "Simulator/Network/URLSession.h"
 #include "Simulator/Runtime.h"
 #include "Simulator/Scenario/CompletionWatch.h"
+#include "Simulator/Scenario/Documents.h"
 #include "Simulator/Scenario/Reader.h"
 #include "Simulator/Timeline/TextForms.h"
 #include "ZibMessaging/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
+#include "ZibMessaging/ZibPushConfig.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 
 namespace sim {
@@ -73,7 +76,7 @@ void tellDelegate(id delegate, zib::Selector method, Arguments... arguments) {
 
 class Player {
  public:
-  void play(const Scenario& scenario);
+  void play(const Scenario& scenario, const std::filesystem::path& documents);
 
  private:
   using PlayStep = void (Player::*)(const Json& fields);
@@ -81,6 +84,7 @@ class Player {
   static const std::map<std::string, PlayStep>& steps();
 
   void setUpDevice(const DeviceDescription& device);
+  static void setUpDocuments(Documents kind, const std::filesystem::path& folder);
   void setUpHost(const HostDescription& host);
   Object makeDelegate(const DelegateDescription& description);
   void applyFirebase(const FirebaseDescription& firebase);
@@ -89,6 +93,8 @@ class Player {
 
   void configure(const Json& fields);
   void registerForPush(const Json& fields);
+  void registerForPushSimple(const Json& fields);
+  void configurePush(const Json& fields);
   void answerAuthorization(const Json& fields);
   void deviceToken(const Json& fields);
   void registrationFailure(const Json& fields);
@@ -116,9 +122,20 @@ void Player::setUpDevice(const DeviceDescription& device) {
   setMainBundlePath(device.bundlePath);
   setSystemVersion(device.osMajor, device.osMinor);
   setClock([] { return static_cast<double>(Scheduler::shared().now()) / nanosecondsPerSecond; });
+  urlsession::install();
   uikit::install(device.application, device.opensURLs);
   usernotifications::install(device.answersByItself ? std::optional(device.authorization)
                                                     : std::nullopt);
+}
+
+void Player::setUpDocuments(Documents kind, const std::filesystem::path& folder) {
+  if (kind == Documents::missing) {
+    setDocumentsDirectory(std::nullopt);
+    return;
+  }
+  setDocumentsDirectory(folder.string());
+  Timeline::shared().setDocumentsPath(folder.string());
+  if (kind == Documents::readOnly) giveUpFilePrivileges();
 }
 
 void Player::setUpHost(const HostDescription& host) {
@@ -168,6 +185,29 @@ void Player::configure(const Json& /*fields*/) { ZibMessaging::shared().configur
 
 void Player::registerForPush(const Json& /*fields*/) {
   ZibMessaging::shared().registerForPush(application());
+}
+
+void Player::registerForPushSimple(const Json& /*fields*/) {
+  ZibPushConfig::shared().registerForPushSimple(application());
+}
+
+void Player::configurePush(const Json& fields) {
+  std::optional<std::string> endpoint;
+  if (fields.contains("endpoint")) endpoint = fields.at("endpoint").get<std::string>();
+  std::optional<FirebaseDescription> firebase;
+  if (fields.contains("firebase"))
+    firebase = readFirebase(Node(fields.at("firebase"), ""), nullptr);
+  const auto handler = [this, firebase](const zib::Dictionary& config) {
+    Timeline::shared().add("firebaseConfig", {{"config", jsonFromObject(config.native().raw())}});
+    if (firebase) applyFirebase(*firebase);
+  };
+  ZibPushConfig::Completion completion;
+  if (fields.value("completion", true)) {
+    completion = [called = completions_.watch("configurePush")](bool isRegistering) {
+      called({{"value", isRegistering}});
+    };
+  }
+  ZibPushConfig::shared().configurePush(application(), endpoint, handler, completion);
 }
 
 void Player::answerAuthorization(const Json& fields) {
@@ -239,7 +279,7 @@ void Player::sceneOpenURLs(const Json& fields) {
 
 void Player::setNotificationDelegate(const Json& fields) {
   usernotifications::setDelegate(
-      makeDelegate(readDelegate(Node(fields.at("delegate"), "/delegate"), nullptr)));
+      makeDelegate(readNotificationDelegate(Node(fields.at("delegate"), "/delegate"), nullptr)));
 }
 
 void Player::connectScene(const Json& fields) {
@@ -352,6 +392,16 @@ const std::map<std::string, Operation>& callableOperations() {
          return jsonFrom(ZibPayloadBuilder::createNotificationPayload(
              dictionaryOf(arguments), arguments.at("eventType").get<std::string>()));
        }},
+      {"createEventPayload",
+       [](const Json& arguments) -> std::optional<Json> {
+         std::optional<zib::ValueMap> properties;
+         if (const auto given = arguments.find("properties");
+             given != arguments.end() && !given->is_null()) {
+           properties = *valueFromJson(*given).get<zib::ValueMap>();
+         }
+         return jsonFrom(ZibPayloadBuilder::createEventPayload(
+             arguments.at("eventName").get<std::string>(), properties));
+       }},
   };
   return operations;
 }
@@ -368,18 +418,21 @@ void Player::state(const Json& /*fields*/) {
   const ZibMessaging& messaging = ZibMessaging::shared();
   const auto fcmToken = messaging.fcmToken();
   const auto apnsToken = messaging.apnsToken();
+  const auto plistPath = ZibPushConfig::shared().savedFirebasePlistPath();
   Timeline::shared().add("state",
                          {{"isPushEnabled", messaging.isPushEnabled()},
                           {"fcmToken", fcmToken ? Json(*fcmToken) : Json()},
                           {"apnsToken", apnsToken ? Json(hexText(*apnsToken)) : Json()},
                           {"isSwizzlingEnabled", ZibSwizzleManager::shared().isSwizzlingEnabled()},
-                          {"savedFirebasePlistPath", nullptr}});
+                          {"savedFirebasePlistPath", plistPath ? Json(*plistPath) : Json()}});
 }
 
 const std::map<std::string, Player::PlayStep>& Player::steps() {
   static const std::map<std::string, PlayStep> steps{
       {"configure", &Player::configure},
       {"registerForPush", &Player::registerForPush},
+      {"registerForPushSimple", &Player::registerForPushSimple},
+      {"configurePush", &Player::configurePush},
       {"answerAuthorization", &Player::answerAuthorization},
       {"deviceToken", &Player::deviceToken},
       {"registrationFailure", &Player::registrationFailure},
@@ -401,10 +454,14 @@ const std::map<std::string, Player::PlayStep>& Player::steps() {
   return steps;
 }
 
-void Player::play(const Scenario& scenario) {
+void Player::play(const Scenario& scenario, const std::filesystem::path& documents) {
   objc_thread_add();
   const zib::AutoreleasePool pool;
   setUpDevice(scenario.device);
+  setUpDocuments(scenario.device.documents, documents);
+  const auto network = std::make_shared<Network>(scenario.network);
+  urlsession::setNetwork(network);
+  const DocumentsWatch documentsWatch(documents);
   registerHostClasses(scenario.hostClasses);
   installRecordingCore();
   setCoreConfig(scenario.core.config);
@@ -424,12 +481,15 @@ void Player::play(const Scenario& scenario) {
       scheduler.advanceTo(scheduler.now() + std::llround(seconds * nanosecondsPerSecond));
     }
     scheduler.drain();
+    documentsWatch.recordWritten();
   }
   completions_.reportMissing();
 }
 
 }  // namespace
 
-void play(const Scenario& scenario) { Player().play(scenario); }
+void play(const Scenario& scenario, const std::filesystem::path& documents) {
+  Player().play(scenario, documents);
+}
 
 }  // namespace sim

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "Simulator/Scenario/Documents.h"
 #include "Simulator/Scenario/Player.h"
 
 namespace sim {
@@ -23,9 +24,10 @@ void writeAll(int file, std::string_view text) {
   }
 }
 
-[[noreturn]] void playAndExit(const Scenario& scenario, int file) {
+[[noreturn]] void playAndExit(const Scenario& scenario, const std::filesystem::path& documents,
+                              int file) {
   Timeline::shared().setSink([file](const Json& entry) { writeAll(file, entry.dump() + '\n'); });
-  play(scenario);
+  play(scenario, documents);
   ::close(file);
   std::exit(EXIT_SUCCESS);  // NOLINT(concurrency-mt-unsafe): all threads have been joined
 }
@@ -67,6 +69,7 @@ std::optional<Death> waitFor(pid_t child) {
 }  // namespace
 
 std::optional<Death> playInProcess(const Scenario& scenario, const Timeline::Sink& sink) {
+  const DocumentsFolder documents(scenario.device.documents);
   std::array<int, 2> ends{};
   if (::pipe(ends.data()) != 0) throw std::runtime_error("no pipe for a scenario's process");
   std::fflush(nullptr);
@@ -74,7 +77,7 @@ std::optional<Death> playInProcess(const Scenario& scenario, const Timeline::Sin
   if (child < 0) throw std::runtime_error("no process for a scenario");
   if (child == 0) {
     ::close(ends[0]);
-    playAndExit(scenario, ends[1]);
+    playAndExit(scenario, documents.path(), ends[1]);
   }
   ::close(ends[1]);
   readLines(ends[0], sink);

@@ -5,50 +5,100 @@
 #include <set>
 
 #include "Platform/Class.h"
+#include "Platform/Strings.h"
+#include "Platform/ValueConversion.h"
+#include "Simulator/Scenario/NetworkReader.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "Simulator/Scenario/Verbs.h"
 
 namespace sim {
 namespace {
 
-// The parser keeps the last of two members of one name; for a scenario that is a mistake.
-class DuplicateKeys {
+// Whatever follows a scenario's values goes down into them by recursion. A `userInfo` that is as
+// deep as the platform takes it still fits into a step or an expectation.
+constexpr std::size_t deepestNesting = zib::maximumNesting + 16;
+
+// Refuses, while the text is parsed, what the parser accepts and a scenario must not have: the
+// second of two members of one name, which the parser would keep, and values nested without end.
+class ParserChecks {
  public:
-  bool operator()(int /*depth*/, Json::parse_event_t event, Json& parsed) {
-    if (event == Json::parse_event_t::object_start) {
-      keys_.emplace_back();
-    } else if (event == Json::parse_event_t::object_end) {
-      keys_.pop_back();
-    } else if (event == Json::parse_event_t::key) {
-      const auto& key = parsed.get_ref<const std::string&>();
-      if (!keys_.back().insert(key).second && duplicate_.empty()) duplicate_ = key;
+  bool operator()(int /*depth*/, Json::parse_event_t event, const Json& parsed) {
+    using Event = Json::parse_event_t;
+    switch (event) {
+      case Event::object_start:
+      case Event::array_start:
+        beginValue();
+        open_.emplace_back();
+        open_.back().isObject = event == Event::object_start;
+        if (open_.size() > deepestNesting) throw tooDeep();
+        break;
+      case Event::object_end:
+      case Event::array_end:
+        open_.pop_back();
+        break;
+      case Event::key:
+        addKey(parsed.get_ref<const std::string&>());
+        break;
+      case Event::value:
+        beginValue();
+        break;
     }
     return true;
   }
 
-  [[nodiscard]] const std::string& duplicate() const noexcept { return duplicate_; }
-
  private:
-  std::vector<std::set<std::string>> keys_;
-  std::string duplicate_;
+  // An object or list whose end has not come yet.
+  struct Open {
+    bool isObject = false;
+    std::set<std::string> keys;
+    std::string key;
+    std::size_t begun = 0;
+  };
+
+  void beginValue() {
+    if (!open_.empty()) ++open_.back().begun;
+  }
+
+  void addKey(const std::string& key) {
+    open_.back().key = key;
+    if (open_.back().keys.insert(key).second) return;
+    throw ScenarioError(pointer(open_.size()), "the key stands twice in one object",
+                        "each key once");
+  }
+
+  [[nodiscard]] ScenarioError tooDeep() const {
+    constexpr std::size_t shownLevels = 4;
+    return {pointer(shownLevels), "nested too deep",
+            std::to_string(deepestNesting) + " levels in a scenario"};
+  }
+
+  // Of the value that was begun last, up to a level.
+  [[nodiscard]] std::string pointer(std::size_t levels) const {
+    std::string pointer;
+    for (std::size_t level = 0; level < levels; ++level) {
+      const Open& open = open_[level];
+      pointer += '/';
+      pointer += open.isObject ? escapedForPointer(open.key) : std::to_string(open.begun - 1);
+    }
+    return pointer;
+  }
+
+  std::vector<Open> open_;
 };
 
 Json parse(std::string_view text) {
-  DuplicateKeys duplicates;
-  Json json;
+  constexpr std::size_t longestDetail = 200;
+  ParserChecks checks;
   try {
-    json = Json::parse(text, std::ref(duplicates));
-  } catch (const Json::parse_error& error) {
-    const std::string message = error.what();
-    const std::size_t detail = message.find("] ");
-    throw ScenarioError("", detail == std::string::npos ? message : message.substr(detail + 2),
+    return Json::parse(text, std::ref(checks));
+  } catch (const Json::exception& error) {
+    const std::string_view message = error.what();
+    const std::size_t prefix = message.find("] ");
+    const auto detail = prefix == std::string_view::npos ? message : message.substr(prefix + 2);
+    const auto shown = zib::firstCharacters(detail, longestDetail);
+    throw ScenarioError("", std::string(shown) + (shown.size() < detail.size() ? "…" : ""),
                         "a JSON document");
   }
-  if (!duplicates.duplicate().empty()) {
-    throw ScenarioError("", "the key \"" + duplicates.duplicate() + "\" stands twice in one object",
-                        "each key once");
-  }
-  return json;
 }
 
 void readVersion(const Node& node, DeviceDescription& device) {
@@ -209,11 +259,10 @@ HostDescription readHost(const Node& node, HostClassDescriptions& classes) {
   node.objectOf({"appDelegate", "notificationDelegate", "scenes", "firebase", "messagingDelegate",
                  "urlDelegate"});
   const auto appDelegate = node.find("appDelegate");
-  if (appDelegate && appDelegate->value().is_string()) appDelegate->failType("an object, null");
   host.appDelegate =
       appDelegate ? readDelegate(*appDelegate, &classes) : defaultAppDelegate(classes);
   if (const auto delegate = node.find("notificationDelegate")) {
-    host.notificationDelegate = readDelegate(*delegate, &classes);
+    host.notificationDelegate = readNotificationDelegate(*delegate, &classes);
   }
   if (const auto scenes = node.find("scenes")) {
     for (const Node& scene : scenes->list()) {
@@ -284,9 +333,14 @@ usernotifications::Answer readAnswer(const Node& node) {
 DelegateDescription readDelegate(const Node& node, HostClassDescriptions* classes) {
   using Kind = DelegateDescription::Kind;
   if (node.isNull()) return {};
-  if (node.value() == "appDelegate") return {Kind::appDelegate, {}};
-  if (!node.value().is_object()) node.failType("an object, null, \"appDelegate\"");
+  if (!node.value().is_object()) node.failType("an object, null");
   return {Kind::object, readClass(node, classes)};
+}
+
+DelegateDescription readNotificationDelegate(const Node& node, HostClassDescriptions* classes) {
+  if (node.value() == "appDelegate") return {DelegateDescription::Kind::appDelegate, {}};
+  if (node.value().is_string()) node.failType("an object, null, \"appDelegate\"");
+  return readDelegate(node, classes);
 }
 
 SceneDescription readScene(const Node& node, HostClassDescriptions* classes) {
@@ -310,19 +364,18 @@ FirebaseDescription readFirebase(const Node& node, HostClassDescriptions* classe
   return firebase;
 }
 
-Scenario readScenario(std::string_view text, const std::string& defaultName) {
+Scenario readScenario(std::string_view text, const std::string& defaultName,
+                      const std::filesystem::path& folder) {
   const Json json = parse(text);
   const Node root(json, "");
   root.objectOf({"name", "device", "core", "host", "network", "steps", "expect"});
-  if (const auto network = root.find("network")) {
-    network->fail("the section \"network\" is not built yet", "no such section");
-  }
   Scenario scenario;
   const auto name = root.find("name");
   scenario.name = name ? name->text() : defaultName;
   scenario.device = readDevice(section(root, "device"));
   scenario.core = readCore(section(root, "core"));
   scenario.host = readHost(section(root, "host"), scenario.hostClasses);
+  scenario.network = readNetwork(section(root, "network"), folder);
   std::size_t connectedScenes = scenario.host.scenes.size();
   for (const Node& step : root.require("steps").list()) {
     scenario.steps.push_back(readStep(step, scenario.hostClasses, connectedScenes));

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -10,8 +11,10 @@
 
 namespace sim {
 
-// Throws ScenarioError. `defaultName` is used where the scenario has none.
-Scenario readScenario(std::string_view text, const std::string& defaultName);
+// Throws ScenarioError. `defaultName` is used where the scenario has none. Files that the scenario
+// names are looked for from `folder`.
+Scenario readScenario(std::string_view text, const std::string& defaultName,
+                      const std::filesystem::path& folder = {});
 
 // Parts that steps have too; what they describe has been checked by readScenario, so that playing a
 // step cannot fail.
@@ -21,6 +24,8 @@ usernotifications::Answer readAnswer(const Node& node);
 // Adds the class, and its superclasses, to the host's classes. `classes` may be null when they are
 // known already.
 DelegateDescription readDelegate(const Node& node, HostClassDescriptions* classes);
+// The notification delegate can be the application delegate, too.
+DelegateDescription readNotificationDelegate(const Node& node, HostClassDescriptions* classes);
 SceneDescription readScene(const Node& node, HostClassDescriptions* classes);
 FirebaseDescription readFirebase(const Node& node, HostClassDescriptions* classes);
 

@@ -11,6 +11,7 @@
 #include "CoreBoundary/ZibConfig.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/Host/HostClasses.h"
+#include "Simulator/Network/Sites.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
@@ -77,6 +78,7 @@ struct Scenario {
   CoreDescription core;
   HostDescription host;
   HostClassDescriptions hostClasses;
+  Sites network;
   std::vector<Step> steps;
   Json expectations = Json::array();
 };

@@ -86,6 +86,13 @@ void checkField(const Node& node, FieldType type, const Context& context) {
     case FieldType::delegate:
       static_cast<void>(readDelegate(node, &context.classes));
       return;
+    case FieldType::notificationDelegate:
+      static_cast<void>(readNotificationDelegate(node, &context.classes));
+      return;
+    case FieldType::firebase:
+      node.objectOf({"classMethod", "instance", "delegateProperty", "settable", "delegate"});
+      static_cast<void>(readFirebase(node, &context.classes));
+      return;
     case FieldType::config:
       static_cast<void>(readConfig(node));
       return;
@@ -117,9 +124,11 @@ void checkFields(const Node& node, const Verb& verb, std::vector<std::string_vie
 
 void checkCall(const Node& step, const Context& context) {
   const Verb& operation = operations()[step.require("operation").choice(names(operations()))];
-  const auto arguments = step.find("arguments");
-  static const Json none = Json::object();
-  checkFields(arguments ? *arguments : Node(none, step.pointer()), operation, {}, context);
+  const auto& fields = operation.fields;
+  const bool needsArguments = std::any_of(fields.begin(), fields.end(),
+                                          [](const Field& field) { return field.isRequired; });
+  const auto arguments = needsArguments ? step.require("arguments") : step.find("arguments");
+  if (arguments) checkFields(*arguments, operation, {}, context);
 }
 
 std::string readThread(const Node& step) {
@@ -135,6 +144,11 @@ const std::vector<Verb>& verbs() {
   static const std::vector<Verb> all{
       {"configure", {}},
       {"registerForPush", {}},
+      {"registerForPushSimple", {}},
+      {"configurePush",
+       {{"endpoint", FieldType::text, optional},
+        {"completion", FieldType::boolean, optional},
+        {"firebase", FieldType::firebase, optional}}},
       {"answerAuthorization",
        {{"granted", FieldType::boolean, optional}, {"error", FieldType::error, optional}}},
       {"deviceToken", {{"hex", FieldType::hex}}},
@@ -144,7 +158,7 @@ const std::vector<Verb>& verbs() {
       {"respond", {{"userInfo", FieldType::userInfo}, {"action", FieldType::text, optional}}},
       {"openURL", {{"url", FieldType::url}, {"options", FieldType::userInfo, optional}}},
       {"sceneOpenURLs", {{"scene", FieldType::index, optional}, {"urls", FieldType::urls}}},
-      {"setNotificationDelegate", {{"delegate", FieldType::delegate}}},
+      {"setNotificationDelegate", {{"delegate", FieldType::notificationDelegate}}},
       {"connectScene",
        {{"window", FieldType::boolean, optional}, {"delegate", FieldType::delegate, optional}}},
       {"setFirebase",
@@ -183,6 +197,8 @@ const std::vector<Verb>& operations() {
       {"handleNotificationURL", {userInfo}},
       {"handleURL", {{"url", FieldType::url}, {"source", FieldType::text}}},
       {"createNotificationPayload", {userInfo, {"eventType", FieldType::text}}},
+      {"createEventPayload",
+       {{"eventName", FieldType::text}, {"properties", FieldType::dictionaryOrNull, optional}}},
   };
   return all;
 }

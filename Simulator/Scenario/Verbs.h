@@ -25,6 +25,8 @@ enum class FieldType {
   url,
   urls,
   delegate,
+  notificationDelegate,
+  firebase,
   config,
   operation,
 };

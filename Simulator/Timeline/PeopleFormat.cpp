@@ -104,6 +104,18 @@ std::string describeProblem(const Json& entry) {
   return textOf(entry.at("message")) + " [" + textOf(entry.at("code")) + "]";
 }
 
+std::string describeRequest(const Json& entry) {
+  return textOf(entry.at("method")) + " " + textOf(entry.at("url")) + "  (" +
+         others(entry, {"t", "thread", "kind", "method", "url", "cachePolicy", "hasBody"}) + ")";
+}
+
+std::string describeFile(const Json& entry) {
+  return textOf(entry.at("name")) + " as " + textOf(entry.at("format")) + "  " +
+         shortened(textOf(entry.at("value")));
+}
+
+std::string describeConfig(const Json& entry) { return shortened(textOf(entry.at("config"))); }
+
 std::string describeRest(const Json& entry) { return others(entry, {"t", "thread", "kind"}); }
 
 std::string describe(const Json& entry) {
@@ -119,6 +131,9 @@ std::string describe(const Json& entry) {
       {"completion", &describeOf},
       {"return", &describeReturn},
       {"problem", &describeProblem},
+      {"http", &describeRequest},
+      {"file", &describeFile},
+      {"firebaseConfig", &describeConfig},
   };
   const auto found = describers.find(entry.at("kind").get<std::string>());
   return found == describers.end() ? describeRest(entry) : found->second(entry);
@@ -180,7 +195,7 @@ void PeopleFormat::count(const Json& entry) {
 
 void PeopleFormat::entry(const Json& entry) {
   constexpr std::size_t timeWidth = 9;
-  constexpr std::size_t kindWidth = 12;
+  constexpr std::size_t kindWidth = 16;
   count(entry);
   const std::string kind = entry.at("kind");
   const double time = entry.at("t");

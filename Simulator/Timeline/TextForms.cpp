@@ -1,30 +1,13 @@
 #include "Simulator/Timeline/TextForms.h"
 
-#include <algorithm>
 #include <array>
 #include <cctype>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 
-namespace sim {
+#include "Simulator/Foundation/GregorianTime.h"
 
-std::string base64(std::span<const std::uint8_t> bytes) {
-  constexpr std::string_view digits =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  for (std::size_t at = 0; at < bytes.size(); at += 3) {
-    const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
-    std::uint32_t bits = 0;
-    for (std::size_t index = 0; index < 3; ++index) {
-      bits = (bits << 8U) | (index < count ? bytes[at + index] : 0U);
-    }
-    for (std::size_t index = 0; index < 4; ++index) {
-      text.push_back(index <= count ? digits[(bits >> (18U - 6U * index)) & 0x3FU] : '=');
-    }
-  }
-  return text;
-}
+namespace sim {
 
 std::optional<std::vector<std::uint8_t>> bytesFromHex(std::string_view hex) {
   const auto digit = [](char character) -> int {
@@ -44,29 +27,16 @@ std::optional<std::vector<std::uint8_t>> bytesFromHex(std::string_view hex) {
 }
 
 std::string iso8601(double secondsSince1970) {
-  using std::chrono::milliseconds;
-  constexpr double secondsInTenThousandYears = 3.2e11;
-  if (!(std::abs(secondsSince1970) < secondsInTenThousandYears)) {
-    return std::to_string(secondsSince1970);
-  }
-  const std::chrono::sys_time<milliseconds> time(
-      milliseconds(std::llround(secondsSince1970 * 1000)));
-  const auto day = std::chrono::floor<std::chrono::days>(time);
-  const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss clock(time - day);
-  std::array<char, 64> text{};
-  const int length = std::snprintf(
-      text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(date.year()),
-      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-      static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-      static_cast<int>(clock.seconds().count()));
-  std::string result(text.data(), static_cast<std::size_t>(length));
-  if (const auto fraction = clock.subseconds().count(); fraction != 0) {
-    std::array<char, 8> digits{};
-    std::snprintf(digits.data(), digits.size(), ".%03d", static_cast<int>(fraction));
-    result += digits.data();
-  }
-  return result + "Z";
+  constexpr double millisecondsPerSecond = 1000;
+  const double rounded = std::round(secondsSince1970 * millisecondsPerSecond);
+  const double seconds = std::floor(rounded / millisecondsPerSecond);
+  auto text = internetDateTime(seconds);
+  if (!text) return std::to_string(secondsSince1970);
+  const int milliseconds = static_cast<int>(rounded - seconds * millisecondsPerSecond);
+  if (milliseconds == 0) return *text;
+  std::array<char, 8> fraction{};
+  std::snprintf(fraction.data(), fraction.size(), ".%03d", milliseconds);
+  return text->insert(text->size() - 1, fraction.data());
 }
 
 }  // namespace sim

@@ -1,20 +1,18 @@
-// The text forms of what JSON has no type for.
+// The text forms of what JSON has no type for. Base64 is Foundation's.
 
 #pragma once
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace sim {
 
-std::string base64(std::span<const std::uint8_t> bytes);
 // Two digits a byte, of either case; none for anything else.
 std::optional<std::vector<std::uint8_t>> bytesFromHex(std::string_view hex);
-// In UTC, with milliseconds only where there are any.
+// In UTC, with milliseconds only where there are any. As a number for what no calendar shows.
 std::string iso8601(double secondsSince1970);
 
 }  // namespace sim

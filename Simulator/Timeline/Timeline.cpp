@@ -6,6 +6,7 @@
 
 #include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Foundation/Base64.h"
 #include "Simulator/Timeline/TextForms.h"
 
 namespace sim {
@@ -13,8 +14,7 @@ namespace {
 
 struct JsonMaker {
   Json operator()(zib::Null) const { return nullptr; }
-  Json operator()(const zib::Bytes& bytes) const { return base64(bytes); }
-  Json operator()(zib::ConstantText constant) const { return *constant.text; }
+  Json operator()(const zib::Bytes& bytes) const { return base64From(bytes); }
   Json operator()(zib::Date date) const { return iso8601(date.secondsSince1970); }
   Json operator()(const zib::Array& array) const {
     Json result = Json::array();
@@ -36,7 +36,7 @@ double roundedSeconds(Nanoseconds time) {
 
 }  // namespace
 
-Json jsonFrom(const zib::Value& value) { return std::visit(JsonMaker(), value.storage()); }
+Json jsonFrom(const zib::Value& value) { return value.visit(JsonMaker()); }
 
 Json jsonFrom(const zib::ValueMap& map) {
   Json result = Json::object();

@@ -5,6 +5,7 @@
 #include "Platform/Send.h"
 #include "Platform/Strings.h"
 #include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/StandIn.h"
 #include "Simulator/Timeline/Timeline.h"
 

@@ -9,6 +9,7 @@
 #include "Platform/Strings.h"
 #include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Runtime.h"
 #include "Simulator/StandIn.h"
 #include "Simulator/Timeline/Timeline.h"

@@ -29,8 +29,12 @@ Class Class::visibleClassOf(objc::id object) {
   return claimed && actual.derivesFrom(claimed) ? claimed : actual;
 }
 
+// On Apple's runtime the class of a class object derives from NSObject too; on GCC's it only
+// derives from the class of NSObject's class object.
 bool isNSObject(objc::id object) {
-  return object != nullptr && Class::ofObject(object).derivesFrom(classNamed<"NSObject">());
+  const Class root = classNamed<"NSObject">();
+  const Class cls = Class::ofObject(object);
+  return cls && (cls.derivesFrom(root) || cls.derivesFrom(Class::ofObject(root.object())));
 }
 
 bool isKindOf(objc::id object, Class cls) {

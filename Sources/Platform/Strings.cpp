@@ -181,11 +181,7 @@ bool isString(objc::id object) { return isKind<"NSString">(object); }
 
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept {
   std::size_t end = 0;
-  for (; end < utf8.size(); ++end) {
-    if (isContinuation(static_cast<unsigned char>(utf8[end]))) continue;
-    if (count == 0) break;
-    --count;
-  }
+  for (; count > 0 && end < utf8.size(); --count) nextCharacter(utf8, end);
   return utf8.substr(0, end);
 }
 

@@ -61,7 +61,8 @@ class Utf8 {
   std::string_view view_;
 };
 
-// The first `count` characters (Unicode scalar values) of valid UTF-8.
+// The first `count` characters (Unicode scalar values) of UTF-8. A maximal part that is ill-formed
+// counts as one.
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept;
 
 // A text known at compile time, the platform's object for it, and the C++ string. Both are made at

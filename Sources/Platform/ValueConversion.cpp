@@ -1,6 +1,9 @@
 #include "Platform/ValueConversion.h"
 
+#include <set>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "Platform/Class.h"
 #include "Platform/Send.h"
@@ -44,11 +47,26 @@ std::string description(objc::id object) {
   return isString(text) ? utf8From(text) : std::string();
 }
 
+// Keys that differ may have one text: of those, the entry of a string key stays.
 Value valueFromDictionary(objc::id dictionary, int nesting) {
   ValueMap map;
-  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
+  std::set<std::string> texts;
+  const auto append = [&](std::string text, objc::id key) {
+    if (!texts.insert(text).second) return;
     const objc::id value = send<objc::id>(dictionary, selector<"objectForKey:">(), key);
-    map.append(isString(key) ? utf8From(key) : description(key), valueFrom(value, nesting));
+    map.append(text, valueFrom(value, nesting));
+  };
+  bool hasOtherKeys = false;
+  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
+    if (isString(key)) {
+      append(utf8From(key), key);
+    } else {
+      hasOtherKeys = true;
+    }
+  });
+  if (!hasOtherKeys) return map;
+  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
+    if (!isString(key)) append(description(key), key);
   });
   return map;
 }
@@ -127,7 +145,6 @@ struct ObjectMaker {
   }
   Object operator()(double value) const { return number(selector<"initWithDouble:">(), value); }
   Object operator()(const std::string& value) const { return makeString(value); }
-  Object operator()(ConstantText value) const { return makeString(*value.text); }
   Object operator()(const Bytes& value) const { return makeData(value); }
   Object operator()(Date value) const {
     return Object::retained(send<objc::id>(classNamed<"NSDate">().object(),
@@ -142,9 +159,7 @@ struct ObjectMaker {
   }
 };
 
-Object objectFrom(const Value& value, int nesting) {
-  return std::visit(ObjectMaker{nesting}, value.storage());
-}
+Object objectFrom(const Value& value, int nesting) { return value.visit(ObjectMaker{nesting}); }
 
 }  // namespace
 

@@ -1,13 +1,10 @@
 #include "ZibMessaging/Containment.h"
 
 #include <exception>
-#include <string>
 
 #include "CoreBoundary/ZibLogger.h"
 
-namespace {
-
-std::string describeCurrentException() {
+std::string describeHandledException() noexcept {
   try {
     throw;
   } catch (const std::exception& exception) {
@@ -17,12 +14,10 @@ std::string describeCurrentException() {
   }
 }
 
-}  // namespace
-
-void reportContained(std::string_view operation) noexcept {
+void reportContained(std::string_view operation, std::string description) noexcept {
   try {
     const std::string line = "ZibMessaging: stopped an exception in " + std::string(operation);
-    ZibLogger::shared().error(line, zib::Error{"ZibMessaging", 0, describeCurrentException(), {}});
+    ZibLogger::shared().error(line, zib::Error{"ZibMessaging", 0, std::move(description), {}});
   } catch (...) {
     // The logger is what throws: there is nobody left to tell.
     return;

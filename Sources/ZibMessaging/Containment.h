@@ -5,19 +5,28 @@
 
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
-// Reports the exception that is being handled as an error line. Never throws.
-void reportContained(std::string_view operation) noexcept;
+// What the exception that is being handled says of itself. Never throws.
+std::string describeHandledException() noexcept;
+// Reports a stopped exception as an error line. Never throws, and is not called while one is being
+// handled: C++ runtimes end the process when the platform's exception comes on top of another.
+void reportContained(std::string_view operation, std::string description) noexcept;
 
 // Runs the work and stops whatever it throws: a host's callback or a core that broke its promise
-// must not cost the app a notification's completion.
+// must not cost the app a notification's completion. False when it was stopped.
 template <class Work>
-void contained(std::string_view operation, Work&& work) noexcept {
+bool contained(std::string_view operation, Work&& work) noexcept {
+  std::optional<std::string> stopped;
   try {
     std::forward<Work>(work)();
   } catch (...) {
-    reportContained(operation);
+    stopped = describeHandledException();
   }
+  if (!stopped) return true;
+  reportContained(operation, *std::move(stopped));
+  return false;
 }

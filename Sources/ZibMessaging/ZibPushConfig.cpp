@@ -75,12 +75,7 @@ class ZibPushConfig::Flow final : public std::enable_shared_from_this<Flow> {
   // the host's completion is not lost with it.
   template <class Work>
   void step(std::string_view operation, Work work) noexcept {
-    try {
-      work();
-    } catch (...) {
-      reportContained(operation);
-      finish(false);
-    }
+    if (!contained(operation, work)) finish(false);
   }
 
   void finish(bool isRegistering) noexcept {

@@ -13,12 +13,12 @@ namespace {
 using zib::Value;
 using zib::ValueMap;
 
-class PropertyListTest : public testing::Test {
+class PlatformPropertyListTest : public testing::Test {
  private:
   zib::AutoreleasePool pool_;
 };
 
-TEST_F(PropertyListTest, WritesXMLThatReadsBack) {
+TEST_F(PlatformPropertyListTest, WritesXMLThatReadsBack) {
   const ValueMap values{{"text", "a < b & c"},
                         {"yes", true},
                         {"count", 42},
@@ -37,7 +37,7 @@ TEST_F(PropertyListTest, WritesXMLThatReadsBack) {
   EXPECT_EQ(zib::valueFrom(root->raw()), Value(values));
 }
 
-TEST_F(PropertyListTest, WritesAnEmptyDictionary) {
+TEST_F(PlatformPropertyListTest, WritesAnEmptyDictionary) {
   const auto data = zib::xmlPropertyList(zib::Dictionary());
   ASSERT_TRUE(data);
   const auto root = zib::parsePropertyList(zib::bytesOf(data->raw()));
@@ -45,7 +45,7 @@ TEST_F(PropertyListTest, WritesAnEmptyDictionary) {
   EXPECT_EQ(zib::valueFrom(root->raw()), Value(ValueMap()));
 }
 
-TEST_F(PropertyListTest, FailsWithAnErrorOnOtherBytes) {
+TEST_F(PlatformPropertyListTest, FailsWithAnErrorOnOtherBytes) {
   const auto root =
       zib::parsePropertyList(zib::Bytes{'b', 'p', 'l', 'i', 's', 't', '0', '0', 0xFF});
   ASSERT_FALSE(root);

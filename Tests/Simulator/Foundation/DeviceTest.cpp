@@ -4,12 +4,13 @@
 
 #include <ctime>
 
-#include "Platform/AutoreleasePool.h"
 #include "Platform/Class.h"
+#include "Platform/Error.h"
 #include "Platform/Process.h"
 #include "Platform/Send.h"
 #include "Platform/Strings.h"
 #include "Simulator/Foundation/Foundation.h"
+#include "Tests/Simulator/Foundation/FoundationTest.h"
 
 namespace {
 
@@ -22,13 +23,7 @@ using zib::objc::UInteger;
 
 constexpr double referenceDate = 978307200;
 
-class DeviceTest : public testing::Test {
- protected:
-  DeviceTest() { sim::installFoundation(); }
-
- private:
-  zib::AutoreleasePool pool_;
-};
+class DeviceTest : public FoundationTest {};
 
 double seconds(id date) { return send<double>(date, selector<"timeIntervalSince1970">()); }
 
@@ -112,6 +107,18 @@ TEST_F(DeviceTest, OtherDirectoriesAndDomainsAreUnknown) {
   sim::setDocumentsDirectory("/tmp");
   EXPECT_EQ(count(urlsFor(5, 1)), 0U);
   EXPECT_EQ(count(urlsFor(9, 8)), 0U);
+}
+
+TEST_F(DeviceTest, ErrorsDescribeThemselvesByFoundationsOwnKey) {
+  const zib::Error error{"Domain", 7, "What went wrong", {}};
+  EXPECT_EQ(zib::Error::fromNative(error.nativeError().raw()).description, "What went wrong");
+}
+
+TEST_F(DeviceTest, ErrorsWithoutADescriptionStillHaveOne) {
+  const id error =
+      send<id>(classNamed<"NSError">().object(), selector<"errorWithDomain:code:userInfo:">(),
+               zib::makeString("Domain").raw(), long{7}, id{nullptr});
+  EXPECT_FALSE(zib::Error::fromNative(error).description.empty());
 }
 
 }  // namespace

@@ -2,15 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <vector>
 
-#include "Platform/AutoreleasePool.h"
 #include "Platform/Class.h"
 #include "Platform/Send.h"
 #include "Platform/Strings.h"
 #include "Platform/URL.h"
-#include "Simulator/Foundation/Foundation.h"
+#include "Tests/Simulator/Foundation/FoundationTest.h"
 
 namespace {
 
@@ -24,16 +22,7 @@ using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::UInteger;
 
-class URLTest : public testing::Test {
- protected:
-  URLTest() { sim::installFoundation(); }
-
- private:
-  zib::AutoreleasePool pool_;
-};
-
-class ValidURLTest : public URLTest, public testing::WithParamInterface<const char*> {};
-class InvalidURLTest : public URLTest, public testing::WithParamInterface<std::string> {};
+class URLTest : public FoundationTest {};
 
 id urlClass() { return classNamed<"NSURL">().object(); }
 
@@ -48,36 +37,79 @@ std::string textOf(id url, const char* part) {
   return text == nullptr ? "(none)" : utf8From(text);
 }
 
-TEST_P(ValidURLTest, KeepsItsText) {
-  const std::optional<URL> url = URL::parse(GetParam());
-  ASSERT_TRUE(url);
-  EXPECT_EQ(url->absoluteString(), GetParam());
-  EXPECT_EQ(absoluteString(urlWithString(GetParam())), GetParam());
+TEST_F(URLTest, ValidTextsAreURLsAndKeptAsTheyAre) {
+  for (const char* text : {"http://host?query",
+                           "http://host#fragment",
+                           "http://user@host:80?q#f",
+                           "app://?q=1",
+                           "app://#f",
+                           "HTTP://Host/Path",
+                           "http://h/?",
+                           "http://h/#",
+                           "http://h/?#",
+                           "http://h/?a=1#",
+                           "http://h?",
+                           "file:x",
+                           "http://h:/",
+                           "http://h:99999/",
+                           "http://[::1]:80/x",
+                           "http://user:p:q@h/",
+                           "mailto:a@b?c=d",
+                           "tel:+49",
+                           "app:",
+                           "app://",
+                           "//host/path",
+                           "?q",
+                           "#f",
+                           "path",
+                           "./a:b",
+                           "http://h/a?b?c/d",
+                           "http://h/%E2%82%AC",
+                           "http://h/a;b;c",
+                           "about:blank"}) {
+    SCOPED_TRACE(text);
+    const std::optional<URL> url = URL::parse(text);
+    ASSERT_TRUE(url);
+    EXPECT_EQ(url->absoluteString(), text);
+    EXPECT_EQ(absoluteString(urlWithString(text)), text);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , ValidURLTest,
-    testing::Values("http://host?query", "http://host#fragment", "http://user@host:80?q#f",
-                    "app://?q=1", "app://#f", "HTTP://Host/Path", "http://h/?", "http://h/#",
-                    "http://h/?#", "http://h/?a=1#", "http://h?", "file:x", "http://h:/",
-                    "http://h:99999/", "http://[::1]:80/x", "http://user:p:q@h/", "mailto:a@b?c=d",
-                    "tel:+49", "app:", "app://", "//host/path", "?q", "#f", "path", "./a:b",
-                    "http://h/a?b?c/d", "http://h/%E2%82%AC", "http://h/a;b;c", "about:blank"));
-
-TEST_P(InvalidURLTest, IsNoURL) {
-  EXPECT_FALSE(URL::parse(GetParam()));
-  EXPECT_EQ(urlWithString(GetParam()), nullptr);
+TEST_F(URLTest, InvalidTextsAreNoURLs) {
+  const std::vector<std::string> texts{"",
+                                       "http://h/a#b#c",
+                                       "http://h/[x]",
+                                       "http://h/?a[]=1",
+                                       "http://h]/",
+                                       "http://[::1",
+                                       "http://[zz]/",
+                                       "http://h:abc/",
+                                       "http://h:-1/",
+                                       "1a://h",
+                                       "http://a@b@c/",
+                                       "http://h/a b",
+                                       " http://h",
+                                       "http://h\n",
+                                       "http://h/\x01",
+                                       "http://h/\x7F",
+                                       "http://h/ä",
+                                       "http://h\\x",
+                                       "http://h/^",
+                                       "http://h/{}",
+                                       "http://h/|",
+                                       "http://h/<>",
+                                       "http://h/\"",
+                                       "http://h/%",
+                                       "http://h/%4",
+                                       "http://h/%zz",
+                                       ":x",
+                                       std::string("http://h/\0x", 11)};
+  for (const std::string& text : texts) {
+    SCOPED_TRACE(text);
+    EXPECT_FALSE(URL::parse(text));
+    EXPECT_EQ(urlWithString(text), nullptr);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(, InvalidURLTest,
-                         testing::Values("", "http://h/a#b#c", "http://h/[x]", "http://h/?a[]=1",
-                                         "http://h]/", "http://[::1", "http://[zz]/",
-                                         "http://h:abc/", "http://h:-1/", "1a://h", "http://a@b@c/",
-                                         "http://h/a b", " http://h", "http://h\n", "http://h/\x01",
-                                         "http://h/\x7F", "http://h/ä", "http://h\\x", "http://h/^",
-                                         "http://h/{}", "http://h/|", "http://h/<>", "http://h/\"",
-                                         "http://h/%", "http://h/%4", "http://h/%zz", ":x",
-                                         std::string("http://h/\0x", 11)));
 
 TEST_F(URLTest, NilIsNoURL) {
   EXPECT_EQ(send<id>(urlClass(), selector<"URLWithString:">(), id{nullptr}), nullptr);
@@ -115,36 +147,42 @@ TEST_F(URLTest, FileURLsOfAnyPathAreMade) {
   }
 }
 
-struct Query {
-  const char* url;
-  // One text for each item: `name`, or `name=value`, decoded.
+// One text for each item: `name`, or `name=value`, decoded.
+std::vector<std::string> itemsOf(const char* url) {
   std::vector<std::string> items;
-};
-
-void PrintTo(const Query& query, std::ostream* out) { *out << query.url; }
-
-class QueryTest : public URLTest, public testing::WithParamInterface<Query> {};
-
-TEST_P(QueryTest, IsSplitIntoItems) {
-  std::vector<std::string> items;
-  for (const zib::QueryItem& item : URL::parse(GetParam().url)->queryItems()) {
+  for (const zib::QueryItem& item : URL::parse(url)->queryItems()) {
     items.push_back(item.value ? item.name + '=' + *item.value : item.name);
   }
-  EXPECT_EQ(items, GetParam().items);
+  return items;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , QueryTest,
-    testing::Values(Query{"http://h/?a=1&b=&c", {"a=1", "b=", "c"}},
-                    Query{"http://h?a=1#f", {"a=1"}}, Query{"app://?a=1", {"a=1"}},
-                    Query{"mailto:x@y?a=1", {"a=1"}}, Query{"app:page?a=1", {"a=1"}},
-                    Query{"page?a=1", {"a=1"}}, Query{"http://h/?a&&b", {"a", "", "b"}},
-                    Query{"http://h/?&", {"", ""}}, Query{"http://h/?a=b=c", {"a=b=c"}},
-                    Query{"http://h/?a+b=c+d", {"a+b=c+d"}}, Query{"http://h/?a=%FF", {"a"}},
-                    Query{"http://h/?a=%26%3D%F0%9F%98%80", {"a=&=😀"}},
-                    Query{"http://h/?a=1&a=2", {"a=1", "a=2"}}, Query{"http://h/?", {}},
-                    Query{"http://h/", {}}, Query{"http://h/#?a=1", {}},
-                    Query{"http://h/?a=1?b=2", {"a=1?b=2"}}));
+TEST_F(URLTest, QueriesAreSplitIntoItems) {
+  struct Query {
+    const char* url;
+    std::vector<std::string> items;
+  };
+  const Query queries[] = {{"http://h/?a=1&b=&c", {"a=1", "b=", "c"}},
+                           {"http://h?a=1#f", {"a=1"}},
+                           {"app://?a=1", {"a=1"}},
+                           {"mailto:x@y?a=1", {"a=1"}},
+                           {"app:page?a=1", {"a=1"}},
+                           {"page?a=1", {"a=1"}},
+                           {"http://h/?a&&b", {"a", "", "b"}},
+                           {"http://h/?&", {"", ""}},
+                           {"http://h/?a=b=c", {"a=b=c"}},
+                           {"http://h/?a+b=c+d", {"a+b=c+d"}},
+                           {"http://h/?a=%FF", {"a"}},
+                           {"http://h/?a=%26%3D%F0%9F%98%80", {"a=&=😀"}},
+                           {"http://h/?a=1&a=2", {"a=1", "a=2"}},
+                           {"http://h/?", {}},
+                           {"http://h/", {}},
+                           {"http://h/#?a=1", {}},
+                           {"http://h/?a=1?b=2", {"a=1?b=2"}}};
+  for (const Query& query : queries) {
+    SCOPED_TRACE(query.url);
+    EXPECT_EQ(itemsOf(query.url), query.items);
+  }
+}
 
 TEST_F(URLTest, AnEmptyQueryHasNoItemsAndAMissingOneHasNoList) {
   const auto queryItems = [](const char* text) {

@@ -1,0 +1,31 @@
+// An app in C++, such as a game, that integrates by hand: its engine tells it what the system said,
+// and it forwards that to the messaging module.
+
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "Platform/Application.h"
+#include "Platform/Error.h"
+#include "Platform/URL.h"
+#include "Platform/UserNotifications.h"
+#include "ZibMessaging/ZibMessagingDelegate.h"
+
+class Game {
+ public:
+  Game();
+
+  void launched(const zib::Application& application);
+  void gotDeviceToken(std::span<const std::uint8_t> token);
+  void gotNoDeviceToken(const zib::Error& error);
+  // How to show the notification: UNNotificationPresentationOptions.
+  zib::objc::UInteger aboutToPresent(const zib::Notification& notification);
+  void tapped(const zib::NotificationResponse& response);
+  bool opened(const zib::URL& url);
+
+ private:
+  // The module holds its delegate weakly, so the game keeps it.
+  std::shared_ptr<ZibMessagingDelegate> messagingDelegate_;
+};

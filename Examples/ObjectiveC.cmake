@@ -1,0 +1,17 @@
+# Real Objective-C on Linux: clang compiles it, for the runtime that the rest is linked with. A phone
+# needs none of this.
+
+find_program(ZIB_CLANG NAMES clang REQUIRED)
+set(CMAKE_OBJC_COMPILER ${ZIB_CLANG})
+enable_language(OBJC)
+
+# The headers of the object runtime are GCC's, and come last: its others are not for clang.
+execute_process(COMMAND g++ -print-file-name=include
+  OUTPUT_VARIABLE ZIB_GCC_HEADERS OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+foreach(option
+    -fobjc-runtime=gcc -fblocks -fexceptions -fobjc-exceptions
+    -fconstant-string-class=NSConstantString -D_NATIVE_OBJC_EXCEPTIONS
+    "SHELL:-isystem /usr/include/GNUstep" "SHELL:-idirafter ${ZIB_GCC_HEADERS}"
+    -Wall -Wextra -Wconversion -Wshadow -Werror -Wno-unused-parameter)
+  add_compile_options("$<$<COMPILE_LANGUAGE:OBJC>:${option}>")
+endforeach()

@@ -1,0 +1,34 @@
+#import "AppDelegate.h"
+
+#include <stdio.h>
+
+#import "NotificationDelegate.h"
+
+@implementation AppDelegate
+
+- (BOOL)application:(UIApplication *)application
+    didFinishLaunchingWithOptions:(NSDictionary *)launchOptions {
+  // The notification centre does not keep its delegate alive.
+  _notificationDelegate = [[NotificationDelegate alloc] init];
+  [UNUserNotificationCenter currentNotificationCenter].delegate = _notificationDelegate;
+  return YES;
+}
+
+- (void)application:(UIApplication *)application
+    didRegisterForRemoteNotificationsWithDeviceToken:(NSData *)deviceToken {
+  printf("app    | device token of %lu bytes\n", (unsigned long)deviceToken.length);
+}
+
+- (void)application:(UIApplication *)application
+    didFailToRegisterForRemoteNotificationsWithError:(NSError *)error {
+  printf("app    | no device token: error %ld\n", (long)error.code);
+}
+
+- (BOOL)application:(UIApplication *)application
+            openURL:(NSURL *)url
+            options:(NSDictionary<UIApplicationOpenURLOptionsKey, id> *)options {
+  printf("app    | opens %s\n", url.absoluteString.UTF8String);
+  return YES;
+}
+
+@end

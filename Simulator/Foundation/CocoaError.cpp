@@ -1,0 +1,49 @@
+#include "Simulator/Foundation/CocoaError.h"
+
+#include <system_error>
+
+#include "Platform/Class.h"
+#include "Platform/Error.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Platform/ValueConversion.h"
+#include "Simulator/Foundation/Autoreleased.h"
+
+namespace sim {
+namespace {
+
+using zib::makeString;
+using zib::Object;
+using zib::selector;
+using zib::send;
+using zib::objc::id;
+
+constexpr std::string_view cocoaDomain = "NSCocoaErrorDomain";
+
+Object posixError(int number) {
+  return zib::Error{"NSPOSIXErrorDomain", number, std::generic_category().message(number), {}}
+      .nativeError();
+}
+
+}  // namespace
+
+Object makeError(CocoaError code, std::string_view description) {
+  return zib::Error{std::string(cocoaDomain), static_cast<long>(code), std::string(description), {}}
+      .nativeError();
+}
+
+Object makeFileError(CocoaError code, std::string_view description, int errorNumber) {
+  const Object userInfo = zib::objectFrom(zib::ValueMap{{"NSLocalizedDescription", description}});
+  send<void>(userInfo.raw(), selector<"setObject:forKey:">(), posixError(errorNumber).raw(),
+             makeString("NSUnderlyingError").raw());
+  const id allocated = send<id>(zib::classNamed<"NSError">().object(), selector<"alloc">());
+  return Object::adopted(send<id>(allocated, selector<"initWithDomain:code:userInfo:">(),
+                                  makeString(cocoaDomain).raw(), static_cast<long>(code),
+                                  userInfo.raw()));
+}
+
+void report(const Object& error, id* to) {
+  if (to != nullptr) *to = autoreleased(error);
+}
+
+}  // namespace sim

@@ -1,0 +1,35 @@
+// NSError's description. Foundation's keys are known by their texts as much as by their constants,
+// and the texts of GNUstep's constants are others.
+
+#include "Platform/Class.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Simulator/Foundation/Installers.h"
+#include "Simulator/Runtime.h"
+
+namespace sim {
+namespace {
+
+using zib::selector;
+using zib::send;
+using zib::objc::id;
+using zib::objc::SEL;
+
+zib::objc::IMP originalDescription = nullptr;
+
+id localizedDescription(id error, SEL command) {
+  const id userInfo = send<id>(error, selector<"userInfo">());
+  const id given = send<id>(userInfo, selector<"objectForKey:">(),
+                            zib::constantString<"NSLocalizedDescription">.object());
+  if (given != nullptr) return given;
+  return zib::callImplementation<id>(originalDescription, error, zib::Selector(command));
+}
+
+}  // namespace
+
+void installErrors() {
+  originalDescription =
+      installMethod(zib::Class::named("NSError"), "localizedDescription", &localizedDescription);
+}
+
+}  // namespace sim

@@ -1,0 +1,27 @@
+#include "Simulator/Network/Sites.h"
+
+#include "Simulator/Network/Location.h"
+
+namespace sim {
+
+const std::vector<std::string_view>& faultNames() {
+  static const std::vector<std::string_view> names{"hang", "reset",  "truncate",
+                                                   "tls",  "refuse", "unknownHost"};
+  return names;
+}
+
+std::string listedHost(std::string_view host) {
+  const bool isBracketed = host.starts_with('[');
+  const std::size_t port = host.find(':', isBracketed ? host.find(']') : 0);
+  return lowerCase(host.substr(0, port));
+}
+
+const Answer* findAnswer(const Sites& sites, std::string_view host, std::string_view target) {
+  static const Answer notFound{404, {}, {}, Fault::none};
+  const auto site = sites.find(listedHost(host));
+  if (site == sites.end()) return nullptr;
+  const auto answer = site->second.find(target);
+  return answer == site->second.end() ? &notFound : &answer->second;
+}
+
+}  // namespace sim

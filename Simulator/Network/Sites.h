@@ -1,0 +1,47 @@
+// The servers of a scenario: what they answer, and how an exchange with them goes wrong.
+
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Platform/URLSession.h"
+
+namespace sim {
+
+// The name of each is what a scenario calls it; see faultNames().
+enum class Fault {
+  none,
+  hang,         // answers no more until the client gives up
+  reset,        // breaks the connection off
+  truncate,     // closes the connection before the body is complete
+  tls,          // does not speak TLS
+  refuse,       // takes no connection
+  unknownHost,  // the host has no address
+};
+
+// All but `none`, in their order.
+const std::vector<std::string_view>& faultNames();
+
+// A fault that strikes during the answer leaves the first half of the body; without a body it
+// strikes before the answer's first byte, except that `truncate` then announces a body.
+struct Answer {
+  int status = 200;
+  std::vector<zib::HTTPHeader> headers;
+  std::string body;
+  Fault fault = Fault::none;
+};
+
+// By request target: the path as sent, with its query.
+using Site = std::map<std::string, Answer, std::less<>>;
+// By host name in lower case.
+using Sites = std::map<std::string, Site, std::less<>>;
+
+// The name by which a host is listed: in lower case, without a port.
+std::string listedHost(std::string_view host);
+
+// None where the host is not listed; an answer that says "not found" where only the target is not.
+const Answer* findAnswer(const Sites& sites, std::string_view host, std::string_view target);
+
+}  // namespace sim

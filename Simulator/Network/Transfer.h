@@ -1,0 +1,65 @@
+// One HTTP request and its answer over a socket, by libcurl. No redirects, and no virtual time.
+
+#pragma once
+
+#include <atomic>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/URLSession.h"
+#include "Simulator/Network/URLError.h"
+
+namespace sim {
+
+struct HTTPRequest {
+  std::string method;
+  std::string url;
+  std::vector<zib::HTTPHeader> headers;
+  std::optional<std::string> body;
+};
+
+struct HTTPResponse {
+  // Of the request that it answers, which differs from the first one's after a redirect.
+  std::string url;
+  int status = 0;
+  std::vector<zib::HTTPHeader> headers;
+};
+
+struct HTTPOutcome {
+  // Also when the exchange failed after the answer's head.
+  std::optional<HTTPResponse> response;
+  // Complete unless there is an error.
+  std::string body;
+  // A time-out has taken no time: how long it is, the caller knows.
+  std::optional<URLError> error;
+};
+
+// Where a request really goes, whatever its URL says.
+struct Route {
+  // A name that stands for no host, or an address of this machine.
+  std::string host = "127.0.0.1";
+  int port = 0;
+  bool usesTLS = false;
+};
+
+class Transfer {
+ public:
+  Transfer();
+  Transfer(const Transfer&) = delete;
+  Transfer& operator=(const Transfer&) = delete;
+  ~Transfer();
+
+  // Once. Waits for the end; the connection is closed when this returns.
+  HTTPOutcome run(const HTTPRequest& request, const Route& route);
+
+  // Tells that the other end answers no more, which ends run(). Any thread.
+  void giveUp();
+
+ private:
+  // libcurl's, here because giveUp() must reach it.
+  void* multi_;
+  std::atomic<bool> isGivenUp_ = false;
+};
+
+}  // namespace sim

@@ -1,0 +1,254 @@
+#include "Simulator/Network/URLSession.h"
+
+#include <cmath>
+#include <mutex>
+#include <span>
+
+#include "Platform/Block.h"
+#include "Platform/Class.h"
+#include "Platform/Data.h"
+#include "Platform/Send.h"
+#include "Platform/Strings.h"
+#include "Platform/ValueConversion.h"
+#include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Foundation/Setting.h"
+#include "Simulator/Runtime.h"
+#include "Simulator/StandIn.h"
+#include "Simulator/Timeline/Timeline.h"
+
+namespace sim::urlsession {
+namespace {
+
+using zib::BlockLayout;
+using zib::Class;
+using zib::classNamed;
+using zib::Object;
+using zib::selector;
+using zib::send;
+using zib::objc::id;
+using zib::objc::Integer;
+using zib::objc::SEL;
+using zib::objc::UInteger;
+using CompletionHandler = zib::Block<void(id, id, id)>;
+
+constexpr const char* sessionThread = "session";
+
+Setting<std::weak_ptr<Network>>& networkSetting() {
+  static Setting<std::weak_ptr<Network>> network({});
+  return network;
+}
+
+std::span<const std::uint8_t> bytesOfText(std::string_view text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+std::string textOfData(id data) {
+  const auto bytes = zib::bytesOf(data);
+  return {bytes.begin(), bytes.end()};
+}
+
+// What an NSURLRequest asks for.
+struct Order {
+  HTTPRequest request;
+  double timeout = 0;  // seconds
+  UInteger cachePolicy = 0;
+  bool hasBody = false;
+
+  static Order from(id request);
+  void record() const;
+};
+
+Order Order::from(id request) {
+  Order order;
+  order.request.url =
+      zib::utf8From(send<id>(send<id>(request, selector<"URL">()), selector<"absoluteString">()));
+  order.request.method = zib::utf8From(send<id>(request, selector<"HTTPMethod">()));
+  // By name, so that they are in the same order in each run.
+  const Json headers = jsonFromObject(send<id>(request, selector<"allHTTPHeaderFields">()));
+  for (const auto& [name, value] : headers.items()) {
+    order.request.headers.push_back({name, value.get<std::string>()});
+  }
+  if (const id body = send<id>(request, selector<"HTTPBody">())) {
+    order.request.body = textOfData(body);
+  }
+  order.timeout = send<double>(request, selector<"timeoutInterval">());
+  order.cachePolicy = send<UInteger>(request, selector<"cachePolicy">());
+  order.hasBody = order.request.body || send<id>(request, selector<"HTTPBodyStream">()) != nullptr;
+  return order;
+}
+
+void Order::record() const {
+  Json headers = Json::object();
+  for (const zib::HTTPHeader& header : request.headers) headers[header.name] = header.value;
+  Timeline::shared().add("http", {{"method", request.method},
+                                  {"url", request.url},
+                                  {"headers", headers},
+                                  {"timeout", timeout},
+                                  {"cachePolicy", cachePolicy},
+                                  {"hasBody", hasBody}});
+}
+
+Object makeResponse(const HTTPResponse& response) {
+  zib::ValueMap headers;
+  for (const zib::HTTPHeader& header : response.headers) headers.set(header.name, header.value);
+  const id url = send<id>(classNamed<"NSURL">().object(), selector<"URLWithString:">(),
+                          zib::makeString(response.url).raw());
+  const id allocated = send<id>(classNamed<"NSHTTPURLResponse">().object(), selector<"alloc">());
+  return Object::adopted(
+      send<id>(allocated, selector<"initWithURL:statusCode:HTTPVersion:headerFields:">(), url,
+               static_cast<Integer>(response.status), zib::makeString("HTTP/1.1").raw(),
+               zib::objectFrom(headers).raw()));
+}
+
+// One task, from its making to its completion, which it gives once.
+class Exchange : public std::enable_shared_from_this<Exchange> {
+ public:
+  Exchange(Order order, BlockLayout* completion)
+      : order_(std::move(order)), completion_(CompletionHandler::copied(completion)) {}
+
+  void resume();
+  void cancel();
+
+ private:
+  enum class State { suspended, running, over };
+
+  // With the lock held.
+  void endAt(Nanoseconds due, void (Exchange::*end)());
+  // False when something else has ended it.
+  bool begins(State next);
+  void transfer();
+  void timeOut() { finish({{}, {}, URLError::timedOut}); }
+  void giveCancelled() { deliver({{}, {}, URLError::cancelled}); }
+  void finish(const HTTPOutcome& outcome);
+  void deliver(const HTTPOutcome& outcome);
+
+  const Order order_;
+  CompletionHandler completion_;
+  std::mutex mutex_;
+  State state_ = State::suspended;
+  Nanoseconds timeOutTime_ = 0;
+  std::uint64_t pending_ = 0;
+};
+
+void Exchange::endAt(Nanoseconds due, void (Exchange::*end)()) {
+  pending_ = Scheduler::shared().submitSlow(
+      sessionThread, [self = shared_from_this(), end] { ((*self).*end)(); }, due);
+}
+
+void Exchange::resume() {
+  constexpr double nanosecondsPerSecond = 1e9;
+  const std::lock_guard lock(mutex_);
+  if (state_ != State::suspended) return;
+  state_ = State::running;
+  order_.record();
+  const Nanoseconds now = Scheduler::shared().now();
+  timeOutTime_ = now + std::llround(order_.timeout * nanosecondsPerSecond);
+  endAt(now, &Exchange::transfer);
+}
+
+void Exchange::cancel() {
+  const std::lock_guard lock(mutex_);
+  if (state_ == State::over) return;
+  if (state_ == State::running) Scheduler::shared().withdraw(pending_);
+  state_ = State::over;
+  endAt(Scheduler::shared().now(), &Exchange::giveCancelled);
+}
+
+void Exchange::transfer() {
+  const std::shared_ptr<Network> network = networkSetting().get().lock();
+  const HTTPOutcome outcome = network ? network->exchange(order_.request)
+                                      : HTTPOutcome{{}, {}, URLError::notConnectedToInternet};
+  if (outcome.error != URLError::timedOut) {
+    finish(outcome);
+    return;
+  }
+  const std::lock_guard lock(mutex_);
+  if (state_ == State::running) endAt(timeOutTime_, &Exchange::timeOut);
+}
+
+void Exchange::finish(const HTTPOutcome& outcome) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (state_ != State::running) return;
+    state_ = State::over;
+  }
+  deliver(outcome);
+}
+
+// The handler is let go with its call, as whatever it holds may hold the task.
+void Exchange::deliver(const HTTPOutcome& outcome) {
+  const CompletionHandler completion =
+      std::exchange(completion_, CompletionHandler::copied(nullptr));
+  const Object body = outcome.error ? Object() : zib::makeData(bytesOfText(outcome.body));
+  const Object response = outcome.response ? makeResponse(*outcome.response) : Object();
+  const Object error = outcome.error ? errorFrom(*outcome.error).nativeError() : Object();
+  completion(body.raw(), response.raw(), error.raw());
+}
+
+// A task is an object that holds a reference to its exchange.
+using Held = std::shared_ptr<Exchange>;
+constexpr const char* exchangeVariable = "exchange";
+
+Held* heldBy(id task) {
+  void* held = nullptr;
+  object_getInstanceVariable(task, exchangeVariable, &held);
+  return static_cast<Held*>(held);
+}
+
+void resume(id task, SEL) { (*heldBy(task))->resume(); }
+void cancel(id task, SEL) { (*heldBy(task))->cancel(); }
+
+void dealloc(id task, SEL command) {
+  const std::unique_ptr<Held> held(heldBy(task));
+  const auto inherited = classNamed<"NSObject">().instanceMethod(zib::Selector(command));
+  zib::callImplementation<void>(inherited.implementation(), task, zib::Selector(command));
+}
+
+id dataTaskWithRequest(id, SEL, id request, BlockLayout* completion) {
+  auto held = std::make_unique<Held>(std::make_shared<Exchange>(Order::from(request), completion));
+  const id task = send<id>(classNamed<"NSURLSessionDataTask">().object(), selector<"new">());
+  object_setInstanceVariable(task, exchangeVariable, held.release());
+  return send<id>(task, selector<"autorelease">());
+}
+
+id dataTaskWithURL(id session, SEL, id url, BlockLayout* completion) {
+  const id allocated = send<id>(classNamed<"NSURLRequest">().object(), selector<"alloc">());
+  const Object request = Object::adopted(send<id>(allocated, selector<"initWithURL:">(), url));
+  return dataTaskWithRequest(session, nullptr, request.raw(), completion);
+}
+
+id sharedSession(id, SEL) {
+  static const Object session = makeStandIn(classNamed<"NSURLSession">());
+  return session.raw();
+}
+
+void registerTask() {
+  objc_class* const raw =
+      objc_allocateClassPair(classNamed<"NSObject">().raw(), "NSURLSessionTask", 0);
+  constexpr unsigned char logOfPointerAlignment = 3;
+  class_addIvar(raw, exchangeVariable, sizeof(void*), logOfPointerAlignment, "^v");
+  objc_registerClassPair(raw);
+  const Class task(raw);
+  installMethod(task, "resume", &resume);
+  installMethod(task, "cancel", &cancel);
+  installMethod(task, "dealloc", &dealloc);
+  objc_registerClassPair(objc_allocateClassPair(raw, "NSURLSessionDataTask", 0));
+}
+
+void registerSession() {
+  const Class session = registerStandIn("NSURLSession", classNamed<"NSObject">(), {});
+  installClassMethod(session, "sharedSession", &sharedSession);
+  installMethod(session, "dataTaskWithRequest:completionHandler:", &dataTaskWithRequest);
+  installMethod(session, "dataTaskWithURL:completionHandler:", &dataTaskWithURL);
+}
+
+}  // namespace
+
+void install() {
+  registerTask();
+  registerSession();
+}
+
+void setNetwork(const std::shared_ptr<Network>& network) { networkSetting().set(network); }
+
+}  // namespace sim::urlsession

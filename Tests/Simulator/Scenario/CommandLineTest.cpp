@@ -1,0 +1,319 @@
+// zibsim as it is called: arguments, input and output, exit statuses.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <sstream>
+#include <thread>
+
+namespace {
+
+using Json = nlohmann::json;
+
+enum ExitStatus { allAsExpected = 0, expectationNotMet = 1, wrongUsage = 2, processDied = 3 };
+
+std::string contentsOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<Json> entriesIn(const std::string& jsonLines) {
+  std::vector<Json> entries;
+  std::istringstream stream(jsonLines);
+  for (std::string line; std::getline(stream, line);) entries.push_back(Json::parse(line));
+  return entries;
+}
+
+class CommandLine : public testing::Test {
+ protected:
+  struct Outcome {
+    int status = 0;
+    std::string output;
+    std::string errors;
+  };
+
+  CommandLine() {
+    std::string name = std::filesystem::temp_directory_path() / "zibsim-XXXXXX";
+    folder_ = ::mkdtemp(name.data());
+  }
+  ~CommandLine() override { std::filesystem::remove_all(folder_); }
+
+  [[nodiscard]] std::string path(const std::string& name) const { return folder_ / name; }
+
+  [[nodiscard]] std::string write(const std::string& name, const std::string& text) const {
+    std::ofstream(path(name), std::ios::binary) << text;
+    return path(name);
+  }
+
+  [[nodiscard]] pid_t start(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), ZIBSIM_PATH);
+    std::vector<char*> words;
+    words.reserve(arguments.size() + 1);
+    for (std::string& argument : arguments) words.push_back(argument.data());
+    words.push_back(nullptr);
+    posix_spawn_file_actions_t files{};
+    posix_spawn_file_actions_init(&files);
+    constexpr int written = O_WRONLY | O_CREAT | O_TRUNC;
+    const std::string input = path("in");
+    const std::string output = path("out");
+    const std::string errors = path("err");
+    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, input.c_str(), O_RDONLY | O_CREAT, 0600);
+    posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errors.c_str(), written, 0600);
+    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, output.c_str(),
+                                     std::filesystem::is_fifo(output) ? O_WRONLY : written, 0600);
+    pid_t process = -1;
+    EXPECT_EQ(::posix_spawn(&process, ZIBSIM_PATH, &files, nullptr, words.data(), ::environ), 0);
+    posix_spawn_file_actions_destroy(&files);
+    return process;
+  }
+
+  static int statusOf(pid_t process) {
+    int status = 0;
+    EXPECT_EQ(::waitpid(process, &status, 0), process);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  [[nodiscard]] Outcome zibsim(const std::vector<std::string>& arguments,
+                               const std::string& input = {}) const {
+    static_cast<void>(write("in", input));
+    const int status = statusOf(start(arguments));
+    return {status, contentsOf(path("out")), contentsOf(path("err"))};
+  }
+
+ private:
+  std::filesystem::path folder_;
+};
+
+constexpr const char* twoSteps =
+    R"({"name": "two", "steps": [{"do": "state"}, {"do": "advance", "seconds": 1.5}]})";
+constexpr const char* unmet =
+    R"({"name": "unmet", "steps": [{"do": "state"}], "expect": [{"kind": "event"},
+        {"kind": "state", "fcmToken": "abc"}]})";
+
+TEST_F(CommandLine, HelpsAndTellsItsVersion) {
+  EXPECT_EQ(zibsim({"--help"}).status, allAsExpected);
+  EXPECT_NE(zibsim({"--help"}).output.find("run"), std::string::npos);
+  EXPECT_EQ(zibsim({"--version"}).status, allAsExpected);
+  EXPECT_TRUE(zibsim({"--version"}).output.starts_with("zibsim "));
+}
+
+TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+      {{}, "zibsim: A subcommand is required; allowed: see zibsim --help\n"},
+      {{"play"}, "zibsim: no command \"play\"; allowed: run, --help, --version\n"},
+      {{"a\nb"}, "zibsim: no command \"a\\u000ab\"; allowed: run, --help, --version\n"},
+      {{"run"}, "zibsim: SCENARIO.json is required; allowed: see zibsim --help\n"},
+      {{"run", "--format", "xml", "-"},
+       "zibsim: --format: xml not in {timeline,jsonl}; allowed: see zibsim --help\n"},
+      {{"run", "-", "-"}, "zibsim: -: (root): standard input is named twice; allowed: once\n"},
+  };
+  for (const auto& [arguments, message] : cases) {
+    const Outcome outcome = zibsim(arguments);
+    EXPECT_EQ(outcome.status, wrongUsage);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, message);
+  }
+}
+
+TEST_F(CommandLine, RefusesFilesThatCannotBeRead) {
+  const Outcome missing = zibsim({"run", path("none.json")});
+  EXPECT_EQ(missing.status, wrongUsage);
+  EXPECT_EQ(missing.errors, "zibsim: " + path("none.json") +
+                                ": (root): cannot be read: No such file or directory; allowed: a "
+                                "scenario file, or - for standard input\n");
+  const Outcome folder = zibsim({"run", path("")});
+  EXPECT_EQ(folder.status, wrongUsage);
+  EXPECT_NE(folder.errors.find("cannot be read: Is a directory"), std::string::npos);
+}
+
+TEST_F(CommandLine, RunsNothingIfOneScenarioIsInvalid) {
+  const std::string good = write("good.json", twoSteps);
+  const std::string bad = write("bad.json", R"({"steps": [{"do": "state"}, {"do": 5}]})");
+  const Outcome outcome = zibsim({"run", "--output", path("timeline"), good, bad});
+  EXPECT_EQ(outcome.status, wrongUsage);
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_TRUE(outcome.errors.starts_with("zibsim: " + bad + ": /steps/1/do: got 5; allowed: "));
+  EXPECT_FALSE(std::filesystem::exists(path("timeline")));
+}
+
+TEST_F(CommandLine, PrintsOneEntryALine) {
+  const Outcome outcome = zibsim({"run", "--format", "jsonl", write("a.json", twoSteps)});
+  EXPECT_EQ(outcome.status, allAsExpected);
+  EXPECT_EQ(outcome.errors, "");
+  const auto entries = entriesIn(outcome.output);
+  ASSERT_EQ(entries.size(), 3U);
+  EXPECT_EQ(entries[0], Json::parse(R"({"t": 0.0, "thread": "main", "kind": "step", "index": 0,
+                                        "do": "state"})"));
+  EXPECT_EQ(entries[1], Json::parse(R"({"t": 0.0, "thread": "main", "kind": "state",
+      "isPushEnabled": false, "fcmToken": null, "apnsToken": null, "isSwizzlingEnabled": true,
+      "savedFirebasePlistPath": null})"));
+  EXPECT_EQ(entries[2].at("do"), "advance");
+}
+
+TEST_F(CommandLine, PrintsForPeopleByDefault) {
+  const std::string file = write("a.json", twoSteps);
+  const Outcome outcome = zibsim({"run", file});
+  EXPECT_EQ(outcome.status, allAsExpected);
+  EXPECT_TRUE(outcome.output.starts_with("two\n"));
+  EXPECT_EQ(outcome.output, zibsim({"run", "--format", "timeline", file}).output);
+  EXPECT_EQ(outcome.output.find('\x1b'), std::string::npos);
+}
+
+TEST_F(CommandLine, ReadsStandardInput) {
+  const Outcome outcome = zibsim({"run", "--format", "jsonl", "-"}, twoSteps);
+  EXPECT_EQ(outcome.status, allAsExpected);
+  EXPECT_EQ(entriesIn(outcome.output).size(), 3U);
+  const Outcome invalid = zibsim({"run", "-"}, "{}");
+  EXPECT_EQ(invalid.status, wrongUsage);
+  EXPECT_TRUE(invalid.errors.starts_with("zibsim: -: (root): "));
+}
+
+TEST_F(CommandLine, WritesToAFile) {
+  const std::string file = write("a.json", twoSteps);
+  const Outcome outcome = zibsim({"run", "--format", "jsonl", "--output", path("timeline"), file});
+  EXPECT_EQ(outcome.status, allAsExpected);
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_EQ(entriesIn(contentsOf(path("timeline"))).size(), 3U);
+  const Outcome refused = zibsim({"run", "--output", path("none/timeline"), file});
+  EXPECT_EQ(refused.status, wrongUsage);
+  EXPECT_NE(refused.errors.find("cannot be written: No such file or directory"), std::string::npos);
+}
+
+TEST_F(CommandLine, NamesTheScenarioOfEachEntryWithSeveralFiles) {
+  const std::string named = write("a.json", twoSteps);
+  const std::string unnamed = write("b.json", R"({"steps": [{"do": "state"}]})");
+  const auto entries =
+      entriesIn(zibsim({"run", "--format", "jsonl", named, unnamed, named}).output);
+  ASSERT_EQ(entries.size(), 8U);
+  EXPECT_EQ(entries[0].at("scenario"), "two");
+  EXPECT_EQ(entries[2].at("scenario"), "two");
+  EXPECT_EQ(entries[3].at("scenario"), "b");
+  EXPECT_EQ(entries[4].at("scenario"), "b");
+  EXPECT_EQ(entries[7].at("scenario"), "two");
+  for (const Json& entry : entriesIn(zibsim({"run", "--format", "jsonl", named}).output)) {
+    EXPECT_FALSE(entry.contains("scenario"));
+  }
+}
+
+TEST_F(CommandLine, FailsWithTheNearestEntriesWhenAnExpectationIsNotMet) {
+  const std::string file = write("a.json", unmet);
+  const std::string met = write("b.json", twoSteps);
+  const Outcome lines = zibsim({"run", "--format", "jsonl", file, met});
+  EXPECT_EQ(lines.status, expectationNotMet);
+  EXPECT_EQ(entriesIn(lines.output).size(), 5U);
+  EXPECT_NE(lines.errors.find("unmet: expectation 0 is not met: {\"kind\":\"event\"}"),
+            std::string::npos);
+  EXPECT_NE(
+      lines.errors.find("nearest entries:\n    {\"t\":0.0,\"thread\":\"main\",\"kind\":\"state\""),
+      std::string::npos);
+  const Outcome people = zibsim({"run", file});
+  EXPECT_EQ(people.status, expectationNotMet);
+  EXPECT_EQ(people.errors, "");
+  EXPECT_NE(people.output.find("expectation 1 is not met"), std::string::npos);
+  const Outcome toFile = zibsim({"run", "--output", path("timeline"), file});
+  EXPECT_EQ(toFile.status, expectationNotMet);
+  EXPECT_NE(toFile.errors.find("expectation 1 is not met"), std::string::npos);
+}
+
+TEST_F(CommandLine, KeepsEachScenarioInAProcessOfItsOwn) {
+  const std::string file = write("a.json", R"({"steps": [{"do": "configure"}],
+      "expect": [{"absent": {"message": "ZibMessaging already configured"}}]})");
+  EXPECT_EQ(zibsim({"run", file, file}).status, allAsExpected);
+}
+
+TEST_F(CommandLine, RunsTheSameWayEachTime) {
+  const std::string file = write("a.json", R"({"host": {"firebase": {}, "scenes": [{}]}, "steps": [
+      {"do": "configure"}, {"do": "registerForPush"}, {"do": "advance", "seconds": 3},
+      {"do": "call", "operation": "setPushToken", "arguments": {"hex": "ab"}, "thread": "other"},
+      {"do": "fcmToken", "token": "abc", "thread": "firebase"}]})");
+  const Outcome outcome = zibsim({"run", "--format", "jsonl", file});
+  EXPECT_EQ(outcome.status, allAsExpected);
+  for (int run = 0; run < 3; ++run) {
+    EXPECT_EQ(zibsim({"run", "--format", "jsonl", file}).output, outcome.output);
+  }
+}
+
+TEST_F(CommandLine, CarriesPayloadsOfEveryKindUnchanged) {
+  const Json userInfo = Json::parse(R"({"text": "ä🎁\u0000\n\"", "empty": "", "zero": 0,
+      "least": -9223372036854775808, "most": 18446744073709551615, "real": 0.1, "large": 1e300,
+      "yes": true, "no": false, "null": null, "list": [1, [], {}, null, "a"],
+      "object": {"a": {"b": [{"c": false}]}}, "": "no key", "1": {"2": 3}})");
+  const Json scenario = {
+      {"steps",
+       {{{"do", "call"}, {"operation", "willPresent"}, {"arguments", {{"userInfo", userInfo}}}}}}};
+  const Outcome outcome = zibsim({"run", "--format", "jsonl", "-"}, scenario.dump());
+  EXPECT_EQ(outcome.status, allAsExpected);
+  Json reported;
+  for (const Json& entry : entriesIn(outcome.output)) {
+    if (entry.at("kind") == "delegate") reported = entry.at("userInfo");
+  }
+  EXPECT_EQ(reported.dump(), userInfo.dump());
+}
+
+// A payload of 1 MB, nested 1,000 levels deep.
+Json heavyPayload() {
+  Json deep = "bottom";
+  for (int level = 0; level < 998; ++level) {
+    deep = level % 2 == 0 ? Json{{"level", std::move(deep)}} : Json::array({std::move(deep)});
+  }
+  return {{"deep", std::move(deep)},
+          {"club", std::string(1'000'000, 'x')},
+          {"pn_campaign_id", "heavy"}};
+}
+
+TEST_F(CommandLine, CarriesHeavyPayloads) {
+  const Json userInfo = heavyPayload();
+  const Json scenario = {
+      {"host", {{"notificationDelegate", {{"class", "Push"}, {"implements", {"willPresent"}}}}}},
+      {"steps", {{{"do", "configure"}}, {{"do", "present"}, {"userInfo", userInfo}}}},
+      {"expect",
+       {{{"kind", "event"}, {"data", {{"pn_campaign_id", "heavy"}}}},
+        {{"kind", "delegate"}, {"userInfo", userInfo}},
+        {{"kind", "host"}, {"userInfo", userInfo}},
+        {{"kind", "completion"}, {"of", "willPresent"}}}}};
+  EXPECT_EQ(zibsim({"run", "-"}, scenario.dump()).status, allAsExpected);
+}
+
+std::optional<pid_t> childOf(pid_t process) {
+  const std::string id = std::to_string(process);
+  pid_t child = 0;
+  std::ifstream stream("/proc/" + id + "/task/" + id + "/children");
+  return stream >> child ? std::optional(child) : std::nullopt;
+}
+
+TEST_F(CommandLine, TellsThatTheProcessOfAScenarioDied) {
+  // More than the pipes between the three processes hold: while nobody reads, the scenario cannot
+  // end.
+  const Json step = {{"do", "call"},
+                     {"operation", "willPresent"},
+                     {"arguments", {{"userInfo", {{"text", std::string(10'000, 'x')}}}}}};
+  const std::string file =
+      write("a.json", Json{{"name", "long"}, {"steps", std::vector<Json>(100, step)}}.dump());
+  ASSERT_EQ(::mkfifo(path("out").c_str(), 0600), 0);
+  const int reader = ::open(path("out").c_str(), O_RDONLY | O_NONBLOCK);
+  const pid_t zibsim = start({"run", "--format", "jsonl", file});
+  std::optional<pid_t> child;
+  while (!(child = childOf(zibsim))) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  ASSERT_EQ(::kill(*child, SIGKILL), 0);
+  ASSERT_EQ(::fcntl(reader, F_SETFL, 0), 0);
+  std::string buffer(65536, '\0');
+  while (::read(reader, buffer.data(), buffer.size()) > 0) continue;
+  ::close(reader);
+  EXPECT_EQ(statusOf(zibsim), processDied);
+  EXPECT_EQ(contentsOf(path("err")),
+            "zibsim: the process of \"long\" died: it was killed by the signal SIGKILL\n");
+}
+
+}  // namespace

@@ -1,0 +1,87 @@
+#include "Simulator/Scenario/Expectations.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using sim::Json;
+
+std::vector<Json> timeline(const std::vector<Json>& entries) {
+  std::vector<Json> result;
+  for (Json entry : entries) {
+    entry.update({{"t", 0.0}, {"thread", "main"}});
+    result.push_back(entry);
+  }
+  return result;
+}
+
+const Json first = {{"kind", "log"}, {"message", "first"}};
+const Json second = {{"kind", "log"}, {"message", "second"}};
+const Json event = {{"kind", "event"}, {"data", {{"club", "gold"}, {"list", {1, {{"a", 1}}}}}}};
+
+bool areMet(const Json& expectations) {
+  return sim::unmetExpectations(expectations, timeline({first, event, second})).empty();
+}
+
+TEST(Expectations, AreMatchedInOrder) {
+  EXPECT_TRUE(areMet({first, second}));
+  EXPECT_TRUE(areMet({first, event, second}));
+  EXPECT_FALSE(areMet({second, first}));
+}
+
+TEST(Expectations, MatchEachEntryOnce) { EXPECT_FALSE(areMet({first, first})); }
+
+TEST(Expectations, MatchObjectsKeyByKey) {
+  EXPECT_TRUE(areMet({{{"data", Json::object()}}}));
+  EXPECT_TRUE(areMet({{{"data", {{"club", "gold"}}}}}));
+  EXPECT_FALSE(areMet({{{"data", {{"club", "silver"}}}}}));
+  EXPECT_FALSE(areMet({{{"data", {{"node", nullptr}}}}}));
+}
+
+TEST(Expectations, MatchOtherValuesExactly) {
+  EXPECT_TRUE(areMet({{{"data", {{"list", {1, {{"a", 1}}}}}}}}));
+  EXPECT_FALSE(areMet({{{"data", {{"list", {1}}}}}}));
+  EXPECT_FALSE(areMet({{{"data", {{"list", {1, Json::object()}}}}}}));
+  EXPECT_FALSE(areMet({{{"message", "fir"}}}));
+  EXPECT_FALSE(areMet({{{"message", nullptr}}}));
+  EXPECT_FALSE(areMet({{{"data", "gold"}}}));
+}
+
+TEST(Expectations, OfAbsenceLookAtEveryEntry) {
+  EXPECT_TRUE(areMet({second, {{"absent", {{"kind", "problem"}}}}}));
+  EXPECT_FALSE(areMet({second, {{"absent", first}}}));
+  EXPECT_FALSE(areMet({{{"absent", Json::object()}}}));
+}
+
+TEST(Expectations, OfAbsenceDoNotMoveOn) {
+  EXPECT_TRUE(areMet({{{"absent", {{"kind", "problem"}}}}, first, second}));
+}
+
+TEST(Expectations, ThatAreNotMetComeWithTheNearestEntries) {
+  const auto unmet = sim::unmetExpectations({{{"kind", "log"}, {"message", "third"}}},
+                                            timeline({first, event, second}));
+  ASSERT_EQ(unmet.size(), 1U);
+  EXPECT_EQ(unmet.front(),
+            R"(expectation 0 is not met: {"kind":"log","message":"third"}
+  nearest entries:
+    {"t":0.0,"thread":"main","kind":"log","message":"first"}
+    {"t":0.0,"thread":"main","kind":"log","message":"second"})");
+}
+
+TEST(Expectations, ThatAreNotMetDoNotHideTheNext) {
+  const auto unmet = sim::unmetExpectations({{{"kind", "problem"}}, first, {{"absent", event}}},
+                                            timeline({first, event}));
+  ASSERT_EQ(unmet.size(), 2U);
+  EXPECT_EQ(unmet.front(),
+            "expectation 0 is not met: {\"kind\":\"problem\"}\n  no entry is like it");
+  EXPECT_TRUE(unmet.back().starts_with("expectation 2 is not met: {\"absent\":"));
+  EXPECT_NE(unmet.back().find("this entry is there:"), std::string::npos);
+}
+
+TEST(Expectations, SayWhenAnEntryComesTooEarly) {
+  const auto unmet = sim::unmetExpectations({second, first}, timeline({first, second}));
+  ASSERT_EQ(unmet.size(), 1U);
+  EXPECT_NE(unmet.front().find("comes before"), std::string::npos);
+}
+
+}  // namespace

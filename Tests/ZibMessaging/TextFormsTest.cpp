@@ -1,0 +1,53 @@
+// The forms in which foreign text appears in log lines.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "Platform/Data.h"
+#include "ZibMessaging/QuotedText.h"
+#include "ZibMessaging/TokenText.h"
+
+namespace {
+
+using namespace std::string_view_literals;
+
+std::string quoted(std::string_view text) {
+  std::string line;
+  appendQuoted(line, text);
+  return line;
+}
+
+TEST(TextFormsTest, ATokenIsCutAfterTwentyCharacters) {
+  EXPECT_EQ(shownOf(""), "");
+  EXPECT_EQ(shownOf("abcde"), "abcde");
+  EXPECT_EQ(shownOf("abcdefghijklmnopqrst"), "abcdefghijklmnopqrst");
+  EXPECT_EQ(shownOf("abcdefghijklmnopqrstuvwxyz"), "abcdefghijklmnopqrst");
+  EXPECT_EQ(shownOf("ééééééééééééééééééééx"), "éééééééééééééééééééé");
+  const std::string manyBytes(64, '\x80');
+  EXPECT_EQ(shownOf(manyBytes), std::string(20, '\x80'));
+}
+
+TEST(TextFormsTest, ADeviceTokenIsShownAsTheStartOfItsText) {
+  EXPECT_EQ(ShownHexText({}).view(), "");
+  EXPECT_EQ(ShownHexText(zib::Bytes{0x00, 0x01, 0xAB}).view(), "0001ab");
+  EXPECT_EQ(ShownHexText(zib::Bytes(10, 0x5C)).view(), "5c5c5c5c5c5c5c5c5c5c");
+  EXPECT_EQ(ShownHexText(zib::Bytes(32, 0xFF)).view(), std::string(20, 'f'));
+}
+
+TEST(TextFormsTest, BytesAreLowercaseHexadecimal) {
+  EXPECT_EQ(hexText({}), "");
+  EXPECT_EQ(hexText(zib::Bytes{0x00, 0x01, 0xAB}), "0001ab");
+  EXPECT_EQ(hexText(zib::Bytes(32, 0xFF)), std::string(64, 'f'));
+}
+
+TEST(TextFormsTest, QuotedTextStaysOneLine) {
+  EXPECT_EQ(quoted(""), "\"\"");
+  EXPECT_EQ(quoted("plain é"), "\"plain é\"");
+  EXPECT_EQ(quoted("a\"b\\c"), R"("a\"b\\c")");
+  EXPECT_EQ(quoted("\n\r\t\0"sv), R"("\n\r\t\0")");
+  EXPECT_EQ(quoted("\x01\x1F\x7F"), R"("\u{01}\u{1F}\u{7F}")");
+}
+
+}  // namespace
