@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "Platform/AutoreleasePool.h"
+#include "ZibMessaging/NeverDestroyed.h"
 
 namespace sim {
 namespace {
@@ -27,9 +28,10 @@ void runPooled(const Work& work) {
 
 std::string_view currentThreadName() { return threadName(); }
 
+// Never destroyed: work that waits when the process ends stays the queue's.
 Scheduler& Scheduler::shared() {
-  static Scheduler scheduler;
-  return scheduler;
+  static NeverDestroyed<Scheduler> scheduler([] { return Scheduler(); });
+  return *scheduler;
 }
 
 Nanoseconds Scheduler::now() const {
