@@ -71,7 +71,6 @@ class Writer {
     appendMarker(bplist::kind::real, 3);
     appendNumber(std::bit_cast<std::uint64_t>(value), 8);
   }
-  void operator()(zib::ConstantText value) { (*this)(*value.text); }
   void operator()(const std::string& value) {
     if (isASCII(value)) {
       appendLength(bplist::kind::asciiString, value.size());
@@ -111,7 +110,7 @@ class Writer {
  private:
   void put(const zib::Value& value) {
     offsets_.push_back(out_.size());
-    std::visit(*this, value.storage());
+    value.visit(*this);
   }
 
   // Writes the next object, and its number into the place that is reserved for it.

@@ -103,7 +103,6 @@ class Writer {
   void operator()(std::uint64_t value) { element("integer", decimal(value)); }
   void operator()(double value) { element("real", real(value)); }
   void operator()(const std::string& value) { element("string", escaped(value)); }
-  void operator()(zib::ConstantText value) { (*this)(*value.text); }
   void operator()(const zib::Bytes& value) {
     line("<data>");
     const std::string text = base64From(value);
@@ -132,7 +131,7 @@ class Writer {
   }
 
  private:
-  void put(const zib::Value& value) { std::visit(*this, value.storage()); }
+  void put(const zib::Value& value) { value.visit(*this); }
 
   void line(std::string_view text) {
     budget_.spendBytes(indentation_ + text.size() + 1);

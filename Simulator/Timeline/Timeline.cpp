@@ -15,7 +15,6 @@ namespace {
 struct JsonMaker {
   Json operator()(zib::Null) const { return nullptr; }
   Json operator()(const zib::Bytes& bytes) const { return base64From(bytes); }
-  Json operator()(zib::ConstantText constant) const { return *constant.text; }
   Json operator()(zib::Date date) const { return iso8601(date.secondsSince1970); }
   Json operator()(const zib::Array& array) const {
     Json result = Json::array();
@@ -37,7 +36,7 @@ double roundedSeconds(Nanoseconds time) {
 
 }  // namespace
 
-Json jsonFrom(const zib::Value& value) { return std::visit(JsonMaker(), value.storage()); }
+Json jsonFrom(const zib::Value& value) { return value.visit(JsonMaker()); }
 
 Json jsonFrom(const zib::ValueMap& map) {
   Json result = Json::object();

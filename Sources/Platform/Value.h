@@ -31,7 +31,7 @@ struct Date {
 };
 
 // A text of the module's own, which lives as long as the process and is not copied. Readers need
-// not tell it from another text: see Value::get().
+// not tell it from another text: see Value::get() and Value::visit().
 struct ConstantText {
   const std::string* text;
   friend bool operator==(ConstantText one, ConstantText other) { return *one.text == *other.text; }
@@ -97,6 +97,19 @@ class Value {
   // NOLINTEND(google-explicit-constructor)
 
   [[nodiscard]] const Storage& storage() const noexcept { return storage_; }
+  // Calls the visitor with the alternative; a text comes as a std::string however it is held.
+  template <class Visitor>
+  decltype(auto) visit(Visitor&& visitor) const {
+    return std::visit(
+        [&](const auto& held) -> decltype(auto) {
+          if constexpr (std::is_same_v<std::decay_t<decltype(held)>, ConstantText>) {
+            return visitor(*held.text);
+          } else {
+            return visitor(held);
+          }
+        },
+        storage_);
+  }
   // The alternative, or null when the value is another. A std::string is found however it is held.
   template <class T>
   [[nodiscard]] const T* get() const noexcept {
@@ -108,7 +121,7 @@ class Value {
 
   // Replaces the value by a copy of the text, made in place, or by the constant.
   void setText(std::string_view text) { storage_.emplace<std::string>(text); }
-  void setText(const ConstantString& text) { storage_.emplace<ConstantText>(&text.utf8()); }
+  void setText(const ConstantString& text) { storage_ = ConstantText{&text.utf8()}; }
 
   friend bool operator==(const Value& one, const Value& other);
 

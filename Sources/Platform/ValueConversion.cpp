@@ -145,7 +145,6 @@ struct ObjectMaker {
   }
   Object operator()(double value) const { return number(selector<"initWithDouble:">(), value); }
   Object operator()(const std::string& value) const { return makeString(value); }
-  Object operator()(ConstantText value) const { return makeString(*value.text); }
   Object operator()(const Bytes& value) const { return makeData(value); }
   Object operator()(Date value) const {
     return Object::retained(send<objc::id>(classNamed<"NSDate">().object(),
@@ -160,9 +159,7 @@ struct ObjectMaker {
   }
 };
 
-Object objectFrom(const Value& value, int nesting) {
-  return std::visit(ObjectMaker{nesting}, value.storage());
-}
+Object objectFrom(const Value& value, int nesting) { return value.visit(ObjectMaker{nesting}); }
 
 }  // namespace
 

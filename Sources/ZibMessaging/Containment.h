@@ -5,7 +5,6 @@
 
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,13 +19,13 @@ void reportContained(std::string_view operation, std::string description) noexce
 // must not cost the app a notification's completion. False when it was stopped.
 template <class Work>
 bool contained(std::string_view operation, Work&& work) noexcept {
-  std::optional<std::string> stopped;
+  std::string description;
   try {
     std::forward<Work>(work)();
+    return true;
   } catch (...) {
-    stopped = describeHandledException();
+    description = describeHandledException();
   }
-  if (!stopped) return true;
-  reportContained(operation, *std::move(stopped));
+  reportContained(operation, std::move(description));
   return false;
 }

@@ -301,13 +301,13 @@ Method ZibSwizzleManager::interceptorMethod(const Interception& interception) {
   return method;
 }
 
-void ZibSwizzleManager::trackUTMParameters(zib::objc::id native, std::string_view text) {
+void ZibSwizzleManager::trackUTMParameters(zib::objc::id url, std::string_view text) {
   if (!mayHaveUTMParameters(text)) return;
-  const auto url = zib::URL::retained(native);
-  if (!url) return;
+  const auto opened = zib::URL::retained(url);
+  if (!opened) return;
   // By name, so that the line is the same for the same parameters.
   std::map<std::string, std::string> parameters;
-  for (zib::QueryItem& item : url->queryItems()) {
+  for (zib::QueryItem& item : opened->queryItems()) {
     if (item.name.starts_with("utm_")) {
       parameters[std::move(item.name)] = std::move(item.value).value_or("");
     }

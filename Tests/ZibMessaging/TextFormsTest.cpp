@@ -25,7 +25,15 @@ TEST(TextFormsTest, ATokenIsCutAfterTwentyCharacters) {
   EXPECT_EQ(shownOf("abcdefghijklmnopqrst"), "abcdefghijklmnopqrst");
   EXPECT_EQ(shownOf("abcdefghijklmnopqrstuvwxyz"), "abcdefghijklmnopqrst");
   EXPECT_EQ(shownOf("ééééééééééééééééééééx"), "éééééééééééééééééééé");
-  EXPECT_EQ(shownOf(std::string(64, '\x80')), std::string(20, '\x80'));
+  const std::string manyBytes(64, '\x80');
+  EXPECT_EQ(shownOf(manyBytes), std::string(20, '\x80'));
+}
+
+TEST(TextFormsTest, ADeviceTokenIsShownAsTheStartOfItsText) {
+  EXPECT_EQ(ShownHexText({}).view(), "");
+  EXPECT_EQ(ShownHexText(zib::Bytes{0x00, 0x01, 0xAB}).view(), "0001ab");
+  EXPECT_EQ(ShownHexText(zib::Bytes(10, 0x5C)).view(), "5c5c5c5c5c5c5c5c5c5c");
+  EXPECT_EQ(ShownHexText(zib::Bytes(32, 0xFF)).view(), std::string(20, 'f'));
 }
 
 TEST(TextFormsTest, BytesAreLowercaseHexadecimal) {
