@@ -41,6 +41,7 @@ Socket Socket::bound() {
   return socket;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes the socket
 void Socket::listen() { require(::listen(descriptor_, 1) == 0, "no connections on loopback"); }
 
 Socket Socket::accept() const {

@@ -43,8 +43,9 @@ Body readBody(std::string_view kind, const Node& node, const std::filesystem::pa
 bool isHeaderName(std::string_view name) {
   constexpr std::string_view others = "!#$%&'*+-.^_`|~";
   return !name.empty() && std::all_of(name.begin(), name.end(), [&](unsigned char character) {
-    return character < 0x80 && (std::isalnum(character) != 0 ||
-                                others.find(static_cast<char>(character)) != others.npos);
+    return character < 0x80 &&
+           (std::isalnum(character) != 0 ||
+            others.find(static_cast<char>(character)) != std::string_view::npos);
   });
 }
 
@@ -106,7 +107,7 @@ Answer readAnswer(const Node& node, const std::filesystem::path& folder) {
 }
 
 void checkHost(const Node& site, std::string_view host) {
-  if (host.empty() || host.find_first_of("/?#@ ") != host.npos ||
+  if (host.empty() || host.find_first_of("/?#@ ") != std::string::npos ||
       listedHost(host).size() != host.size()) {
     site.fail("the key is no host name", "a host name, without scheme and port");
   }
@@ -117,7 +118,7 @@ Site readSite(const Node& node, const std::filesystem::path& folder) {
   Site site;
   for (const auto& [target, ignored] : node.value().items()) {
     const Node answer = node.require(target);
-    if (!target.starts_with('/') || target.find_first_of("# \r\n") != target.npos) {
+    if (!target.starts_with('/') || target.find_first_of("# \r\n") != std::string::npos) {
       answer.fail("the key is no path as sent", "a path from its slash on, with its query");
     }
     site.emplace(target, readAnswer(answer, folder));

@@ -51,7 +51,7 @@ std::string description(objc::id object) {
 Value valueFromDictionary(objc::id dictionary, int nesting) {
   ValueMap map;
   std::set<std::string> texts;
-  const auto append = [&](std::string text, objc::id key) {
+  const auto append = [&](const std::string& text, objc::id key) {
     if (!texts.insert(text).second) return;
     const objc::id value = send<objc::id>(dictionary, selector<"objectForKey:">(), key);
     map.append(text, valueFrom(value, nesting));

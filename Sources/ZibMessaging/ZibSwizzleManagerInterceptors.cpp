@@ -18,7 +18,6 @@
 
 using zib::Block;
 using zib::BlockLayout;
-using zib::Selector;
 using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::SEL;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPushConfig.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 
 struct ZibTestSeam {
@@ -15,6 +16,9 @@ struct ZibTestSeam {
   // finds it gone.
   static void replaceMessaging() {
     ZibMessaging::slot() = std::make_shared<ZibMessaging>(ZibMessaging::Key());
+  }
+  static void replacePushConfig() {
+    ZibPushConfig::slot() = std::make_shared<ZibPushConfig>(ZibPushConfig::Key());
   }
   static void replaceSwizzleManager() {
     ZibSwizzleManager::slot() = std::make_shared<ZibSwizzleManager>(ZibSwizzleManager::Key());

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Platform/Data.h"
+#include "Simulator/Network/URLSession.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "Tests/Support/TestSeam.h"
@@ -133,6 +134,29 @@ TEST_F(InstanceGoneTest, ADelegateMayBeReleasedWhileItIsCalled) {
   ZibMessaging::shared().setFCMToken("a token that is too long for a string without memory");
   EXPECT_EQ(owner, nullptr);
   EXPECT_TRUE(device_.errorLines().empty());
+}
+
+// Once the push is known to be on, the flow ends without a word, and never completes.
+TEST_F(InstanceGoneTest, AConfigurePushFlowEndsInSilenceAfterItsFetch) {
+  sim::Answer configuration;
+  configuration.body =
+      R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
+  sim::urlsession::install();
+  const auto network = std::make_shared<sim::Network>(
+      sim::Sites{{"config.example", {{"/push.json", configuration}}}});
+  sim::urlsession::setNetwork(network);
+  int called = 0;
+  ZibPushConfig::shared().configurePush(
+      Device::application(), "https://config.example/push.json",
+      [&](const zib::Dictionary&) { ++called; }, [&](bool) { ++called; });
+  ZibTestSeam::replacePushConfig();
+  Device::drain();
+  EXPECT_EQ(device_.infoLines(),
+            (Lines{"Fetching push configuration from: https://config.example/push.json",
+                   "Push config: enabled=true"}));
+  EXPECT_TRUE(device_.errorLines().empty());
+  EXPECT_EQ(device_.entries("http").size(), 1U);
+  EXPECT_EQ(called, 0);
 }
 
 }  // namespace
