@@ -20,10 +20,12 @@ std::string shortened(const std::string& text) {
   return text.substr(0, end) + "…";
 }
 
-// The fields without those that every entry has and those named, as "name value" pairs.
+// The fields without those named, and without the scenario that stands in the title already, as
+// "name value" pairs.
 std::string others(const Json& fields, const std::vector<std::string>& without) {
   std::string text;
   for (const auto& [key, value] : fields.items()) {
+    if (key == "scenario") continue;
     if (std::find(without.begin(), without.end(), key) != without.end()) continue;
     const std::string shown = value.is_structured() ? shortened(value.dump()) : textOf(value);
     text.append(text.empty() ? "" : ", ").append(key).append(" ").append(shown);
