@@ -6,6 +6,18 @@
 #include <memory>
 
 namespace sim {
+namespace {
+
+// libcurl takes the first part of the path for the host then.
+bool hasEmptyAuthority(std::string_view reference) {
+  const std::size_t colon = reference.find_first_of(":/?#");
+  if (colon != std::string_view::npos && reference[colon] == ':') {
+    reference.remove_prefix(colon + 1);
+  }
+  return reference.starts_with("///");
+}
+
+}  // namespace
 
 std::optional<Location> locate(std::string_view url) {
   constexpr std::string_view separator = "://";
@@ -26,9 +38,10 @@ std::optional<Location> locate(std::string_view url) {
 
 std::optional<std::string> resolve(const std::string& base, const std::string& reference) {
   const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> url(curl_url(), &curl_url_cleanup);
-  constexpr unsigned flags = CURLU_PATH_AS_IS | CURLU_NON_SUPPORT_SCHEME;
-  curl_url_set(url.get(), CURLUPART_URL, base.c_str(), flags);
-  if (curl_url_set(url.get(), CURLUPART_URL, reference.c_str(), flags) != CURLUE_OK) {
+  constexpr unsigned anyScheme = CURLU_NON_SUPPORT_SCHEME;
+  curl_url_set(url.get(), CURLUPART_URL, base.c_str(), anyScheme | CURLU_PATH_AS_IS);
+  if (hasEmptyAuthority(reference) ||
+      curl_url_set(url.get(), CURLUPART_URL, reference.c_str(), anyScheme) != CURLUE_OK) {
     return std::nullopt;
   }
   char* text = nullptr;

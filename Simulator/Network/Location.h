@@ -18,7 +18,8 @@ struct Location {
 // None for what is no URL of http or https.
 std::optional<Location> locate(std::string_view url);
 
-// The URL to which a reference in `base`, which is a URL, leads; none for what is no reference.
+// The URL to which a reference in `base`, which is a URL, leads, by RFC 3986: without the dots of a
+// path. None for what is no reference, or names an empty host.
 std::optional<std::string> resolve(const std::string& base, const std::string& reference);
 
 // ASCII only, as in schemes, host names and header names.

@@ -4,6 +4,8 @@
 
 #include <chrono>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -144,6 +146,28 @@ TEST(NetworkTest, FollowsRedirects) {
   }
 }
 
+TEST(NetworkTest, ResolvesTheDotsOfARedirect) {
+  for (const char* location :
+       {"d", "./d", "e/../d", "../b/d", "../../../b/d", "/b/d", "/./x/../b/d",
+        "//config.example/x/../b/./d", "https://config.example/./b/d"}) {
+    sim::Network network(
+        {{host, {{"/b/c", redirect(302, location)}, {"/b/d", {200, {}, "found", Fault::none}}}}});
+    const auto outcome = exchange(network, "https://config.example/b/c");
+    EXPECT_EQ(outcome.body, "found") << location;
+    ASSERT_TRUE(outcome.response) << location;
+    EXPECT_EQ(outcome.response->url, "https://config.example/b/d");
+  }
+}
+
+TEST(NetworkTest, RefusesARedirectThatNamesNoHost) {
+  for (const char* location : {"https:///found", "///found", "http://", "https://:80/", "https:"}) {
+    sim::Network network({{host, {{"/push", redirect(302, location)}}},
+                          {"found", {{"/", {200, {}, "found", Fault::none}}}}});
+    EXPECT_EQ(exchange(network, "https://config.example/push").error, URLError::unsupportedURL)
+        << location;
+  }
+}
+
 TEST(NetworkTest, StaysWhereNoRedirectLeadsOn) {
   for (const int status : {300, 301, 304, 305}) {
     const auto outcome = answerOf({status, {}, "", Fault::none});
@@ -175,6 +199,39 @@ TEST(NetworkTest, FailsWhereARedirectFails) {
   sim::Network network(
       {{host, {{"/a", redirect(302, "/b")}, {"/b", {200, {}, "", Fault::reset}}}}});
   EXPECT_EQ(exchange(network, "https://config.example/a").error, URLError::networkConnectionLost);
+}
+
+TEST(NetworkTest, CarriesExchangesOfManyThreadsAtOnce) {
+  sim::Network network({{host,
+                         {{"/found", {200, {}, std::string(100'000, 'x'), Fault::none}},
+                          {"/moved", redirect(302, "/found")},
+                          {"/reset", {200, {}, "half", Fault::reset}},
+                          {"/truncate", {200, {}, "half", Fault::truncate}},
+                          {"/hang", {200, {}, "half", Fault::hang}},
+                          {"/tls", {200, {}, "", Fault::tls}},
+                          {"/refuse", {200, {}, "", Fault::refuse}},
+                          {"/unknown", {200, {}, "", Fault::unknownHost}}}}});
+  const std::vector<std::pair<std::string, std::optional<URLError>>> expected{
+      {"/found", std::nullopt},
+      {"/moved", std::nullopt},
+      {"/reset", URLError::networkConnectionLost},
+      {"/truncate", URLError::networkConnectionLost},
+      {"/hang", URLError::timedOut},
+      {"/tls", URLError::secureConnectionFailed},
+      {"/refuse", URLError::cannotConnectToHost},
+      {"/unknown", URLError::cannotFindHost}};
+  std::vector<std::thread> threads;
+  for (const auto& each : expected) {
+    threads.emplace_back([&network, &each] {
+      for (int round = 0; round < 10; ++round) {
+        const auto outcome =
+            network.exchange({"GET", "https://config.example" + each.first, {}, std::nullopt});
+        EXPECT_EQ(outcome.error, each.second) << each.first;
+        EXPECT_EQ(outcome.body.size(), each.second ? 0U : 100'000U) << each.first;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
 }
 
 TEST(NetworkTest, DropsTheBodyWithTheMethodOfARedirectedPost) {
