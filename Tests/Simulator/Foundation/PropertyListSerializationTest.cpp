@@ -13,11 +13,13 @@
 #include "Platform/Strings.h"
 #include "Tests/Simulator/Foundation/FoundationTest.h"
 #include "Tests/Simulator/Foundation/Serialization.h"
+#include "Tests/Support/BinaryPropertyList.h"
 
 namespace {
 
 using namespace serialization;
 using namespace std::string_literals;
+using Binary = test::BinaryPropertyList;
 using zib::Array;
 using zib::Bytes;
 using zib::Date;
@@ -510,30 +512,6 @@ TEST_F(PropertyListSerializationTest, BadTextIsAnError) {
     expectUnreadable(text);
   }
 }
-
-// A binary property list from its parts, right or wrong.
-struct Binary {
-  std::vector<std::string> objects;
-  std::uint64_t top = 0;
-
-  [[nodiscard]] std::string bytes() const {
-    std::string result = "bplist00";
-    std::string table;
-    for (const std::string& object : objects) {
-      table += static_cast<char>(result.size() >> 8U);
-      table += static_cast<char>(result.size() & 0xFFU);
-      result += object;
-    }
-    const auto number = [](std::uint64_t value) {
-      std::string text;
-      for (int shift = 56; shift >= 0; shift -= 8) text += static_cast<char>(value >> shift);
-      return text;
-    };
-    const std::string trailer = std::string(6, '\0') + "\x02\x01" + number(objects.size()) +
-                                number(top) + number(result.size());
-    return result + table + trailer;
-  }
-};
 
 TEST_F(PropertyListSerializationTest, BinaryObjectsOfEveryKind) {
   const auto root = [](const std::string& object) {
