@@ -36,6 +36,11 @@ void Device::advance(double seconds) {
   scheduler.drain();
 }
 
+std::vector<sim::Json> Device::entries() const {
+  const std::lock_guard lock(mutex_);
+  return entries_;
+}
+
 std::vector<sim::Json> Device::entries(std::string_view kind) const {
   const std::lock_guard lock(mutex_);
   std::vector<sim::Json> result;

@@ -31,6 +31,7 @@ class Device {
   static void advance(double seconds);
 
   // What was recorded since the start, or since forget(), in order. Any thread.
+  [[nodiscard]] std::vector<sim::Json> entries() const;
   [[nodiscard]] std::vector<sim::Json> entries(std::string_view kind) const;
   [[nodiscard]] std::vector<std::string> infoLines() const { return lines("info"); }
   [[nodiscard]] std::vector<std::string> errorLines() const { return lines("error"); }
