@@ -222,6 +222,14 @@ std::optional<std::string> PushFlow::stored() const {
   return std::string(std::istreambuf_iterator<char>(stream), {});
 }
 
+std::string PushFlow::lastError() const {
+  std::string description;
+  for (const Json& entry : device_.entries("log")) {
+    if (entry.contains("error")) description = entry.at("error").at("description");
+  }
+  return description;
+}
+
 Story PushFlow::story() const {
   Story story;
   for (const Json& entry : device_.entries()) {

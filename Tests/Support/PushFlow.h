@@ -93,6 +93,8 @@ class PushFlow {
   [[nodiscard]] const std::filesystem::path& documents() const { return documents_.path(); }
   // Since the last run began.
   [[nodiscard]] Story story() const;
+  // The description of the last error that was logged.
+  [[nodiscard]] std::string lastError() const;
   [[nodiscard]] const Device& device() const { return device_; }
   // Puts the network together from what is served; a run does it too.
   void connect();

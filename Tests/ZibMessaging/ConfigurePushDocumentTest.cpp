@@ -6,25 +6,19 @@
 #include <vector>
 
 #include "Tests/Support/PushFlow.h"
+#include "Tests/Support/Repeated.h"
 
 namespace {
 
 using namespace std::string_literals;
 using test::answer;
 using test::configuration;
+using test::hundredThousand;
 using test::PushFlow;
+using test::repeated;
 using test::Request;
 using test::Story;
-
-constexpr std::size_t tenMegabytes = std::size_t{10} << 20U;
-constexpr std::size_t manyLevels = 100'000;
-
-std::string repeated(std::string_view text, std::size_t count) {
-  std::string result;
-  result.reserve(text.size() * count);
-  for (std::size_t index = 0; index < count; ++index) result += text;
-  return result;
-}
+using test::tenMegabytes;
 
 std::string nested(std::string_view open, std::string_view close, std::size_t levels) {
   return repeated(open, levels) + "0" + repeated(close, levels);
@@ -58,6 +52,7 @@ class ConfigurePushDocumentTest : public testing::Test {
   void expectUnreadable(const std::string& document) {
     SCOPED_TRACE(testing::PrintToString(document.substr(0, 80)));
     EXPECT_EQ(storyOf(document), test::story::notFetched(test::story::readersError));
+    EXPECT_TRUE(flow_.lastError().starts_with("The data is not JSON: ")) << flow_.lastError();
     expectNothingHandedOver();
   }
   void expectReadable(const std::string& document) {
@@ -191,11 +186,11 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(ConfigurePushDocumentTest, NestingHasALimit) {
   expectReadable(withMember("\"a\": " + nested("[", "]", 511)));
   expectUnreadable(withMember("\"a\": " + nested("[", "]", 512)));
-  expectUnreadable(nested("[", "]", manyLevels));
-  expectUnreadable(nested("{\"a\":", "}", manyLevels));
-  expectUnreadable(nested("[{\"a\":", "}]", manyLevels));
-  expectUnreadable(repeated("[", manyLevels));
-  expectUnreadable(repeated("{\"a\":", manyLevels));
+  expectUnreadable(nested("[", "]", hundredThousand));
+  expectUnreadable(nested("{\"a\":", "}", hundredThousand));
+  expectUnreadable(nested("[{\"a\":", "}]", hundredThousand));
+  expectUnreadable(repeated("[", hundredThousand));
+  expectUnreadable(repeated("{\"a\":", hundredThousand));
 }
 
 TEST_F(ConfigurePushDocumentTest, TenMegabytesAreRead) {

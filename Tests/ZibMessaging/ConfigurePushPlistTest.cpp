@@ -16,6 +16,7 @@
 #include "Tests/Simulator/Foundation/Serialization.h"
 #include "Tests/Support/BinaryPropertyList.h"
 #include "Tests/Support/PushFlow.h"
+#include "Tests/Support/Repeated.h"
 #include "ZibMessaging/ZibPushConfig.h"
 
 namespace {
@@ -24,9 +25,12 @@ using namespace std::string_literals;
 using test::answer;
 using test::bigEndian;
 using test::BinaryPropertyList;
+using test::hundredThousand;
 using test::PushFlow;
+using test::repeated;
 using test::Request;
 using test::Story;
+using test::tenMegabytes;
 using zib::Array;
 using zib::Bytes;
 using zib::Date;
@@ -38,15 +42,6 @@ namespace fs = std::filesystem;
 constexpr const char* invalidPlist = "ZibMessaging.ZibPushError 2";
 constexpr const char* noData = "ZibMessaging.ZibPushError 1";
 constexpr const char* writersError = "NSCocoaErrorDomain 3851";
-constexpr std::size_t tenMegabytes = std::size_t{10} << 20U;
-constexpr std::size_t manyLevels = 100'000;
-
-std::string repeated(std::string_view text, std::size_t count) {
-  std::string result;
-  result.reserve(text.size() * count);
-  for (std::size_t index = 0; index < count; ++index) result += text;
-  return result;
-}
 
 std::string inPlist(const std::string& element) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\">" + element + "</plist>";
@@ -67,9 +62,11 @@ class ConfigurePushPlistTest : public testing::Test {
   void expectUnreadable(const std::string& body) {
     SCOPED_TRACE(testing::PrintToString(body.substr(0, 80)));
     EXPECT_EQ(storyOf(body), test::story::notDownloaded(test::story::readersError));
+    EXPECT_TRUE(flow_.lastError().starts_with("The data is not a property list: "))
+        << flow_.lastError();
     expectNothingHandedOver();
   }
-  // What is stored is XML, whatever came, and another reader takes it for the same.
+  // What is stored is XML, whatever came, and reads as the same.
   void expectHandedOver(const ValueMap& values) {
     EXPECT_EQ(flow_.handled(), std::vector{values});
     const auto stored = flow_.stored();
@@ -119,12 +116,7 @@ std::string withTrailer(std::size_t fromEnd, const std::string& bytes) {
 }
 
 const std::string smallXML = inPlist("<dict><key>a</key><string>b</string></dict>");
-const std::string smallBinary = BinaryPropertyList{
-    {"\xD1\x01\x02"s,
-     "\x51"
-     "a"s,
-     "\x51"
-     "b"s}}.bytes();
+const std::string smallBinary = BinaryPropertyList{{"\xD1\x01\x02", "\x51x", "\x51y"}}.bytes();
 
 INSTANTIATE_TEST_SUITE_P(
     XML, UnreadablePlistTest,
@@ -209,17 +201,18 @@ TEST_F(ConfigurePushPlistTest, EntitiesAreNotExpanded) {
 }
 
 TEST_F(ConfigurePushPlistTest, NestingHasALimit) {
-  expectUnreadable(inPlist(repeated("<array>", manyLevels) + repeated("</array>", manyLevels)));
-  expectUnreadable(inPlist(repeated("<dict><key>a</key>", manyLevels) + "<true/>" +
-                           repeated("</dict>", manyLevels)));
-  expectUnreadable(repeated("<array>", manyLevels));
-  expectUnreadable(repeated("(", manyLevels) + repeated(")", manyLevels));
-  expectUnreadable(repeated("{a=", manyLevels) + "b;" + repeated("};", manyLevels));
+  expectUnreadable(
+      inPlist(repeated("<array>", hundredThousand) + repeated("</array>", hundredThousand)));
+  expectUnreadable(inPlist(repeated("<dict><key>a</key>", hundredThousand) + "<true/>" +
+                           repeated("</dict>", hundredThousand)));
+  expectUnreadable(repeated("<array>", hundredThousand));
+  expectUnreadable(repeated("(", hundredThousand) + repeated(")", hundredThousand));
+  expectUnreadable(repeated("{a=", hundredThousand) + "b;" + repeated("};", hundredThousand));
 
   constexpr unsigned size = 3;
   BinaryPropertyList arrays{{}, 0, size};
   BinaryPropertyList dictionaries{{"\x51z"}, 1, size};
-  for (std::size_t level = 1; level <= manyLevels; ++level) {
+  for (std::size_t level = 1; level <= hundredThousand; ++level) {
     arrays.objects.push_back("\xA1" + bigEndian(level, size));
     dictionaries.objects.push_back("\xD1" + bigEndian(0, size) + bigEndian(level + 1, size));
   }
