@@ -188,7 +188,7 @@ void ZibMessaging::didRegisterForRemoteNotifications(
     // Made first: single bytes that are copied as a block right away would stall the processor.
     const ShownHexText shown(deviceToken);
     apnsToken_.store(zib::Bytes(deviceToken.begin(), deviceToken.end()));
-    hasReceivedAPNSToken_ = true;
+    hasReceivedAPNSToken_.store(true, std::memory_order_release);
     logLine("📱 APNS token registered: ", shown.view(), "...");
     logLine("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
   });
@@ -209,7 +209,7 @@ void ZibMessaging::setPushToken(std::span<const std::uint8_t> deviceToken) noexc
 
 void ZibMessaging::setFCMToken(std::string_view token) noexcept {
   contained("setFCMToken", [&] {
-    if (!hasReceivedAPNSToken_) {
+    if (!hasReceivedAPNSToken_.load(std::memory_order_acquire)) {
       logLine("⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token),
               "...");
       return;

@@ -26,13 +26,9 @@ using zib::objc::UInteger;
 namespace {
 
 // A logger that breaks its promise and throws must not cost the callback its handling.
-void logIntercepted(std::string_view line) noexcept {
-  contained("the log line of an interceptor", [&] { ZibLogger::shared().log(line); });
-}
-
-void logIntercepted(std::string_view text, std::string_view detail,
-                    std::string_view end = {}) noexcept {
-  contained("the log line of an interceptor", [&] { logLine(text, detail, end); });
+template <class... Parts>
+void logIntercepted(Parts... parts) noexcept {
+  contained("the log line of an interceptor", [&] { logLine(parts...); });
 }
 
 }  // namespace
