@@ -1,4 +1,4 @@
-// Log lines that are put together from parts.
+// The module's information lines. Failures go to ZibLogger::error() as they are.
 
 #pragma once
 
@@ -9,8 +9,10 @@
 
 #include "CoreBoundary/ZibLogger.h"
 
-// Hands the core's logger one line, without an allocation where the line is short: most callbacks
-// write one, on the app's main thread.
+inline void logLine(std::string_view line) { ZibLogger::shared().log(line); }
+
+// Puts one line together from its parts, without an allocation where the line is short: most
+// callbacks write one, on the app's main thread.
 inline void logLine(std::string_view one, std::string_view two, std::string_view three = {},
                     std::string_view four = {}) {
   constexpr std::size_t shortLine = 768;

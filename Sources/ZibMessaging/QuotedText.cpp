@@ -1,48 +1,55 @@
 #include "ZibMessaging/QuotedText.h"
 
+#include <array>
+#include <utility>
+
+#include "Platform/Strings.h"
+
 namespace {
 
-// The control characters that have a name of one letter.
-constexpr char letterOf(char character) {
-  switch (character) {
-    case '\n':
-      return 'n';
-    case '\r':
-      return 'r';
-    case '\t':
-      return 't';
-    case '\0':
-      return '0';
-    default:
-      return '\0';
-  }
+// The ones with a form of their own. Line and paragraph separator break a line for many readers.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 8> escapes{{
+    {"\"", "\\\""},
+    {"\\", "\\\\"},
+    {"\n", "\\n"},
+    {"\r", "\\r"},
+    {"\t", "\\t"},
+    {std::string_view("\0", 1), "\\0"},
+    {"\u2028", "\\u{2028}"},
+    {"\u2029", "\\u{2029}"},
+}};
+
+// The code of a control character: the ASCII ones, and U+0080 to U+009F in two bytes.
+unsigned controlCode(std::string_view character) {
+  const auto last = static_cast<unsigned char>(character.back());
+  const bool isASCII = character.size() == 1 && (last < 0x20 || last == 0x7F);
+  const bool isLatin1 = character.size() == 2 && character.front() == '\xC2' && last < 0xA0;
+  return isASCII || isLatin1 ? last : 0;
 }
 
-bool isControl(char character) {
-  const auto code = static_cast<unsigned char>(character);
-  return code < 0x20 || code == 0x7F;
-}
-
-void appendCode(std::string& line, char character) {
+void appendEscaped(std::string& line, std::string_view character) {
   constexpr std::string_view digits = "0123456789ABCDEF";
-  const auto code = static_cast<unsigned char>(character);
-  line.append("\\u{").append({digits[code >> 4U], digits[code & 0xFU], '}'});
+  for (const auto& [escaped, form] : escapes) {
+    if (character == escaped) {
+      line.append(form);
+      return;
+    }
+  }
+  if (const unsigned code = controlCode(character); code != 0) {
+    line.append("\\u{").append({digits[code >> 4U], digits[code & 0xFU], '}'});
+  } else {
+    line.append(character);
+  }
 }
 
 }  // namespace
 
 void appendQuoted(std::string& line, std::string_view text) {
   line.push_back('"');
-  for (const char character : text) {
-    if (character == '"' || character == '\\') {
-      line.append({'\\', character});
-    } else if (letterOf(character) != '\0') {
-      line.append({'\\', letterOf(character)});
-    } else if (isControl(character)) {
-      appendCode(line, character);
-    } else {
-      line.push_back(character);
-    }
+  while (!text.empty()) {
+    const std::string_view character = zib::firstCharacters(text, 1);
+    appendEscaped(line, character);
+    text.remove_prefix(character.size());
   }
   line.push_back('"');
 }

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "CoreBoundary/ZibLogger.h"
 #include "Platform/JSON.h"
 #include "Platform/PropertyList.h"
+#include "ZibMessaging/LogLine.h"
 #include "ZibMessaging/ZibPushError.h"
 
 using zib::constantString;
@@ -26,8 +26,7 @@ zib::Result<RemotePushConfig> readPushConfig(const zib::URLReply& reply) {
   const auto document = zib::Dictionary::withTextKeys(*root);
   if (!document) return RemotePushConfig();
   RemotePushConfig config = RemotePushConfig::from(*document);
-  ZibLogger::shared().log(config.enabled ? "Push config: enabled=true"
-                                         : "Push config: enabled=false");
+  logLine(config.enabled ? "Push config: enabled=true" : "Push config: enabled=false");
   return config;
 }
 

@@ -20,10 +20,13 @@ std::string_view shownOf(std::string_view token) noexcept;
 class ShownHexText {
  public:
   explicit ShownHexText(std::span<const std::uint8_t> token) noexcept {
-    for (const std::uint8_t byte : token.first(std::min(token.size(), characters_.size() / 2))) {
-      characters_[size_++] = hexDigits[byte >> 4U];
-      characters_[size_++] = hexDigits[byte & 0xFU];
+    const auto shown = token.first(std::min(token.size(), characters_.size() / 2));
+    char* end = characters_.data();
+    for (const std::uint8_t byte : shown) {
+      *end++ = hexDigits[byte >> 4U];
+      *end++ = hexDigits[byte & 0xFU];
     }
+    size_ = 2 * shown.size();
   }
   [[nodiscard]] std::string_view view() const noexcept {
     return std::string_view(characters_.data(), characters_.size()).substr(0, size_);

@@ -25,9 +25,7 @@ constexpr std::array<ConstantString, 9> linkKeys{
 // What campaign tools write for "no link".
 constexpr std::string_view notApplicable = "NA";
 
-void log(std::string_view text, std::string_view detail = {}) {
-  logLine("ZibDeepLinkHandler: ", text, detail);
-}
+constexpr std::string_view linePrefix = "ZibDeepLinkHandler: ";
 
 // The first usable link decides, even if it turns out to be no URL: falling back to another key
 // would open something that the campaign did not put first.
@@ -43,12 +41,12 @@ zib::StringRef findCandidate(const zib::Dictionary& userInfo) {
 void openInSystem(const zib::URL& url) {
   const auto application = zib::Application::shared();
   if (!application) {
-    log("Could not get UIApplication");
+    logLine(linePrefix, "Could not get UIApplication");
     return;
   }
   application->open(url, [](bool success) {
     contained("the completion of opening a URL",
-              [&] { log("URL open ", success ? "succeeded" : "failed"); });
+              [&] { logLine(linePrefix, "URL open ", success ? "succeeded" : "failed"); });
   });
 }
 
@@ -76,7 +74,7 @@ bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) 
     if (!candidate) return;
     const auto url = zib::URL::parse(candidate);
     if (!url) return;
-    log("Found URL - ", zib::Utf8(candidate).view());
+    logLine(linePrefix, "Found URL - ", zib::Utf8(candidate).view());
     isHandled = openURL(*url);
   });
   return isHandled;
@@ -91,14 +89,14 @@ bool ZibDeepLinkHandler::handleURL(const zib::URL& url, std::string_view source)
 
 bool ZibDeepLinkHandler::openURL(const zib::URL& url) {
   if (zib::isAppExtension()) {
-    log("Cannot open URL in app extension");
+    logLine(linePrefix, "Cannot open URL in app extension");
     return false;
   }
   if (isHandledByHost(url)) {
-    log("Handled by urlDelegate");
+    logLine(linePrefix, "Handled by urlDelegate");
     return true;
   }
-  log("Opening URL - ", zib::Utf8(url.text()).view());
+  logLine(linePrefix, "Opening URL - ", zib::Utf8(url.text()).view());
   zib::mainQueue::async([url] { contained("opening a URL", [&] { openInSystem(url); }); });
   return true;
 }

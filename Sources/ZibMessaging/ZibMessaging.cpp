@@ -27,8 +27,6 @@ constexpr zib::ConstantString deliveredEvent = zib::constantString<"notification
 constexpr zib::ConstantString clickedEvent = zib::constantString<"notification-clicked">;
 constexpr double firebaseRetryDelay = 0.1;  // seconds
 
-void log(std::string_view line) { ZibLogger::shared().log(line); }
-
 // The entry points of the runtime object. With automatic integration the interceptors have handled
 // the callback already when it arrives here, so these only complete it: otherwise each notification
 // would be counted twice.
@@ -105,7 +103,7 @@ void ZibMessaging::tellDelegate(std::string_view operation, Call call) {
 void ZibMessaging::configure(const zib::Application&) noexcept {
   contained("configure", [&] {
     if (swizzlingConfigured_) {
-      log("ZibMessaging already configured");
+      logLine("ZibMessaging already configured");
       return;
     }
     setUpIntegration();
@@ -116,11 +114,11 @@ void ZibMessaging::configure(const zib::Application&) noexcept {
 void ZibMessaging::setUpIntegration() {
   const std::optional<ZibConfig> config = Zib::shared().config();
   if (config && !config->autoSwizzlingEnabled) {
-    log("ℹ️ ZibMessaging: Swizzling disabled - manual integration required");
+    logLine("ℹ️ ZibMessaging: Swizzling disabled - manual integration required");
     ZibSwizzleManager::shared().setSwizzlingEnabled(false);
     return;
   }
-  log("🚀 ZibMessaging: Setting up automatic swizzling...");
+  logLine("🚀 ZibMessaging: Setting up automatic swizzling...");
   ZibSwizzleManager::shared().setSwizzlingEnabled(true);
   ZibSwizzleManager::shared().setupAutoSwizzling();
   setupAsNotificationDelegate();
@@ -129,7 +127,7 @@ void ZibMessaging::setUpIntegration() {
 
 void ZibMessaging::registerForPush(const zib::Application& application) noexcept {
   contained("registerForPush", [&] {
-    log("Registering for push notifications");
+    logLine("Registering for push notifications");
     requestAuthorization(application);
   });
 }
@@ -163,8 +161,8 @@ void ZibMessaging::authorizationAnswered(const std::weak_ptr<ZibMessaging>& weak
   }
   if (messaging) messaging->isPushEnabled_ = granted;
   contained("savePushPermission", [&] { ZibStorage::shared().savePushPermission(granted); });
-  log(granted ? "Push notification authorization: granted"
-              : "Push notification authorization: denied");
+  logLine(granted ? "Push notification authorization: granted"
+                  : "Push notification authorization: denied");
   if (!granted) return;
   if (messaging) {
     contained("registerNotificationCategories",
@@ -181,16 +179,18 @@ void ZibMessaging::registerNotificationCategories() {
   zib::NotificationCenter::current().setCategories(
       {{"ZibNotification",
         {{"action_1", "Back"}, {"action_2", "Next"}, {"action_3", "View In App"}}}});
-  log("Notification categories registered");
+  logLine("Notification categories registered");
 }
 
 void ZibMessaging::didRegisterForRemoteNotifications(
     std::span<const std::uint8_t> deviceToken) noexcept {
   contained("didRegisterForRemoteNotifications", [&] {
+    // Made first: single bytes that are copied as a block right away would stall the processor.
+    const ShownHexText shown(deviceToken);
     apnsToken_.store(zib::Bytes(deviceToken.begin(), deviceToken.end()));
-    hasReceivedAPNSToken_ = true;
-    logLine("📱 APNS token registered: ", ShownHexText(deviceToken).view(), "...");
-    log("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
+    hasReceivedAPNSToken_.store(true, std::memory_order_release);
+    logLine("📱 APNS token registered: ", shown.view(), "...");
+    logLine("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
   });
 }
 
@@ -209,7 +209,7 @@ void ZibMessaging::setPushToken(std::span<const std::uint8_t> deviceToken) noexc
 
 void ZibMessaging::setFCMToken(std::string_view token) noexcept {
   contained("setFCMToken", [&] {
-    if (!hasReceivedAPNSToken_) {
+    if (!hasReceivedAPNSToken_.load(std::memory_order_acquire)) {
       logLine("⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token),
               "...");
       return;
@@ -242,7 +242,7 @@ void ZibMessaging::track(const zib::Dictionary& userInfo, const zib::ConstantStr
 UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexcept {
   contained("willPresent", [&] {
     const zib::Borrowed<zib::Dictionary> userInfo(notification.nativeUserInfo());
-    log("Notification received in foreground");
+    logLine("Notification received in foreground");
     track(*userInfo, deliveredEvent);
     tellDelegate("didReceiveNotification", [&](ZibMessagingDelegate& delegate) {
       delegate.didReceiveNotification(*this, *userInfo);
@@ -276,7 +276,7 @@ void ZibMessaging::setupAsNotificationDelegate() noexcept {
     const auto center = zib::NotificationCenter::current();
     if (center.delegate() != nullptr || runtimeObject() == nullptr) return;
     center.setDelegate(runtimeObject());
-    log("ZibMessaging set as UNUserNotificationCenterDelegate");
+    logLine("ZibMessaging set as UNUserNotificationCenterDelegate");
   });
 }
 
@@ -297,10 +297,10 @@ void ZibMessaging::setFirebaseMessagingDelegateIfNeeded() {
   const id delegate = firebase.delegate();
   if (delegate == runtimeObject() || runtimeObject() == nullptr) return;
   if (delegate != nullptr) {
-    log("ℹ️ Customer has set Firebase MessagingDelegate - SDK will swizzle it");
+    logLine("ℹ️ Customer has set Firebase MessagingDelegate - SDK will swizzle it");
     return;
   }
   if (firebase.setDelegate(runtimeObject())) {
-    log("✅ ZibMessaging set as Firebase MessagingDelegate automatically");
+    logLine("✅ ZibMessaging set as Firebase MessagingDelegate automatically");
   }
 }

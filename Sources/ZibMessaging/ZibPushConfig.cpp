@@ -1,5 +1,6 @@
 #include "ZibMessaging/ZibPushConfig.h"
 
+#include <atomic>
 #include <utility>
 
 #include "CoreBoundary/Zib.h"
@@ -9,6 +10,7 @@
 #include "Platform/PropertyList.h"
 #include "Platform/URLSession.h"
 #include "ZibMessaging/Containment.h"
+#include "ZibMessaging/LogLine.h"
 #include "ZibMessaging/NeverDestroyed.h"
 #include "ZibMessaging/RemotePushConfig.h"
 #include "ZibMessaging/ZibMessaging.h"
@@ -19,14 +21,6 @@ namespace {
 constexpr std::string_view storedPlistName = "GoogleService-Info.plist";
 constexpr double configTimeout = 30;  // seconds
 
-void log(std::string_view text, std::string_view detail = {}) {
-  ZibLogger::shared().log(std::string(text).append(detail));
-}
-
-void logError(std::string_view line, const std::optional<zib::Error>& error) {
-  ZibLogger::shared().error(line, error);
-}
-
 std::optional<zib::Error> writePlist(const zib::URL& file, const zib::Dictionary& plist) {
   const auto bytes = zib::xmlPropertyList(plist);
   return bytes ? zib::writeFile(file, *bytes) : bytes.error();
@@ -36,10 +30,10 @@ void savePlistToDocuments(const zib::Dictionary& plist) {
   const auto file = zib::fileInDocuments(storedPlistName);
   if (!file) return;
   if (const auto error = writePlist(*file, plist)) {
-    logError("Failed to save Firebase plist", error);
+    ZibLogger::shared().error("Failed to save Firebase plist", error);
     return;
   }
-  log("Firebase plist saved to: ", zib::pathOf(*file));
+  logLine("Firebase plist saved to: ", zib::pathOf(*file));
 }
 
 }  // namespace
@@ -61,25 +55,28 @@ class ZibPushConfig::Flow final : public std::enable_shared_from_this<Flow> {
                                                       ? std::optional<std::string>(*configEndpoint)
                                                       : Zib::shared().pushConfigEndpoint();
       if (!endpoint) {
-        logError("Push config endpoint not available - SDK not initialized?", std::nullopt);
+        ZibLogger::shared().error("Push config endpoint not available - SDK not initialized?",
+                                  std::nullopt);
         finish(false);
         return;
       }
-      log("Fetching push configuration from: ", *endpoint);
+      logLine("Fetching push configuration from: ", *endpoint);
       fetchPushConfig(*endpoint);
     });
   }
 
  private:
   // The next callback, on whichever thread it comes. A step that breaks off ends the flow, so that
-  // the host's completion is not lost with it.
+  // the host's completion is not lost with it; what the step may have begun before is not followed.
   template <class Work>
   void step(std::string_view operation, Work work) noexcept {
+    if (isFinished_) return;
     if (!contained(operation, work)) finish(false);
   }
 
   void finish(bool isRegistering) noexcept {
-    const Completion completion = std::exchange(completion_, nullptr);
+    if (isFinished_.exchange(true)) return;
+    const Completion completion = std::move(completion_);
     if (completion) {
       contained("the completion of configurePush", [&] { completion(isRegistering); });
     }
@@ -101,10 +98,10 @@ class ZibPushConfig::Flow final : public std::enable_shared_from_this<Flow> {
   // If the ZibPushConfig is gone by now, the flow ends here without a word, even to the host.
   void pushConfigFetched(const zib::Result<RemotePushConfig>& config) {
     if (!config) {
-      logError("Failed to fetch push config", config.error());
+      ZibLogger::shared().error("Failed to fetch push config", config.error());
       finish(false);
     } else if (!config->firebasePlistURL) {
-      log("Push notifications disabled by remote config");
+      logLine("Push notifications disabled by remote config");
       finish(false);
     } else if (!config_.expired()) {
       downloadFirebasePlist(*config->firebasePlistURL);
@@ -112,7 +109,7 @@ class ZibPushConfig::Flow final : public std::enable_shared_from_this<Flow> {
   }
 
   void downloadFirebasePlist(const zib::URL& url) {
-    log("Downloading Firebase plist from: ", url.absoluteString());
+    logLine("Downloading Firebase plist from: ", url.absoluteString());
     zib::URLSession::fetch(url, [flow = shared_from_this()](const zib::URLReply& reply) {
       flow->step("the answer to the Firebase plist request",
                  [&] { flow->firebasePlistDownloaded(readFirebasePlist(reply)); });
@@ -121,12 +118,12 @@ class ZibPushConfig::Flow final : public std::enable_shared_from_this<Flow> {
 
   void firebasePlistDownloaded(const zib::Result<zib::Dictionary>& plist) {
     if (!plist) {
-      logError("Failed to download Firebase plist", plist.error());
+      ZibLogger::shared().error("Failed to download Firebase plist", plist.error());
       finish(false);
       return;
     }
     contained("savePlistToDocuments", [&] { savePlistToDocuments(*plist); });
-    log("Firebase plist downloaded and parsed successfully");
+    logLine("Firebase plist downloaded and parsed successfully");
     ZibMessaging::shared().ensureFirebaseMessagingDelegate();
     contained("firebaseConfigHandler", [&] { firebaseConfigHandler_(*plist); });
     zib::mainQueue::async([flow = shared_from_this()] {
@@ -145,6 +142,7 @@ class ZibPushConfig::Flow final : public std::enable_shared_from_this<Flow> {
   zib::Application application_;
   FirebaseConfigHandler firebaseConfigHandler_;
   Completion completion_;
+  std::atomic<bool> isFinished_{false};
 };
 
 std::shared_ptr<ZibPushConfig>& ZibPushConfig::slot() {

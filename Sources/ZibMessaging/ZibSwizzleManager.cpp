@@ -27,10 +27,6 @@ constexpr double notificationDelegateRetryDelay = 0.5;  // seconds
 constexpr double sceneRetryDelay = 1.0;                 // seconds
 constexpr double firebaseRetryDelay = 1.0;              // seconds
 
-void log(std::string_view line) { ZibLogger::shared().log(line); }
-
-void log(std::string_view text, std::string_view detail) { logLine(text, detail); }
-
 // Whether a query of this text could hold campaign parameters. Splitting a URL costs more than all
 // else in a callback, and most have none. A name can also be percent-encoded.
 bool mayHaveUTMParameters(std::string_view url) {
@@ -77,15 +73,15 @@ ZibSwizzleManager& ZibSwizzleManager::shared() { return *slot(); }
 void ZibSwizzleManager::setupAutoSwizzling() noexcept {
   contained("setupAutoSwizzling", [&] {
     if (zib::isAppExtension()) {
-      log("ℹ️ Running in app extension - swizzling not applicable");
+      logLine("ℹ️ Running in app extension - swizzling not applicable");
       return;
     }
     if (!isSwizzlingEnabled_) {
-      log("⚠️ Swizzling is DISABLED");
+      logLine("⚠️ Swizzling is DISABLED");
       return;
     }
     if (hasSwizzled_) {
-      log("⚠️ Swizzling already performed");
+      logLine("⚠️ Swizzling already performed");
       return;
     }
     auto pass = [this] { contained("the swizzling pass", [this] { runPass(); }); };
@@ -100,7 +96,7 @@ void ZibSwizzleManager::setupAutoSwizzling() noexcept {
 void ZibSwizzleManager::runPass() {
   // Again, since another thread's pass may have run while this one waited for the main queue.
   if (hasSwizzled_) {
-    log("⚠️ Swizzling already performed");
+    logLine("⚠️ Swizzling already performed");
     return;
   }
   if (!runtimeClass()) {
@@ -108,14 +104,14 @@ void ZibSwizzleManager::runPass() {
                               std::nullopt);
     return;
   }
-  log("🔧 Starting Zib SDK auto-swizzling...");
+  logLine("🔧 Starting Zib SDK auto-swizzling...");
   // Each on its own, so that what one finds broken costs the others nothing.
   contained("swizzleAppDelegate", [this] { swizzleAppDelegate(); });
   contained("swizzleSceneDelegate", [this] { swizzleSceneDelegate(); });
   contained("swizzleNotificationCenterDelegate", [this] { swizzleNotificationCenterDelegate(); });
   contained("swizzleFirebaseMessagingDelegate", [this] { swizzleFirebaseMessagingDelegate(); });
   hasSwizzled_ = true;
-  log("✅ Zib SDK swizzling complete!");
+  logLine("✅ Zib SDK swizzling complete!");
 }
 
 std::optional<zib::Application> ZibSwizzleManager::sharedApplication() {
@@ -129,10 +125,10 @@ void ZibSwizzleManager::swizzleAppDelegate() {
   const auto application = sharedApplication();
   const zib::objc::id delegate = application ? application->delegate() : nullptr;
   if (delegate == nullptr) {
-    log("⚠️ No AppDelegate found");
+    logLine("⚠️ No AppDelegate found");
     return;
   }
-  log("📱 Swizzling AppDelegate: ", Class::visibleClassOf(delegate).name());
+  logLine("📱 Swizzling AppDelegate: ", Class::visibleClassOf(delegate).name());
   addOrSwap(Row::didRegister, delegate);
   addOrSwap(Row::didFailRegister, delegate);
   addOrSwap(Row::openURL, delegate);
@@ -149,11 +145,11 @@ void ZibSwizzleManager::swizzleSceneDelegate() {
   const auto application = sharedApplication();
   if (!application) return;
   forEachSceneDelegate(*application, [this](zib::objc::id delegate) {
-    log("🎬 Swizzling SceneDelegate: ", Class::visibleClassOf(delegate).name());
+    logLine("🎬 Swizzling SceneDelegate: ", Class::visibleClassOf(delegate).name());
     addOrSwap(Row::sceneOpenURL, delegate);
   });
   if (!zib::ConnectedScenes::of(*application).empty()) return;
-  log("ℹ️ No connected scenes yet - will check again shortly");
+  logLine("ℹ️ No connected scenes yet - will check again shortly");
   lookAgain(sceneRetryDelay, &ZibSwizzleManager::retrySceneDelegateSwizzling);
 }
 
@@ -161,7 +157,7 @@ void ZibSwizzleManager::retrySceneDelegateSwizzling() {
   const auto application = sharedApplication();
   if (!application) return;
   forEachSceneDelegate(*application, [this](zib::objc::id delegate) {
-    log("🎬 Found SceneDelegate (delayed): ", Class::visibleClassOf(delegate).name());
+    logLine("🎬 Found SceneDelegate (delayed): ", Class::visibleClassOf(delegate).name());
     addOrSwap(Row::sceneOpenURL, delegate);
   });
 }
@@ -169,19 +165,20 @@ void ZibSwizzleManager::retrySceneDelegateSwizzling() {
 void ZibSwizzleManager::swizzleNotificationCenterDelegate() {
   const zib::objc::id delegate = zib::NotificationCenter::current().delegate();
   if (delegate != nullptr) {
-    log("🔔 Swizzling UNUserNotificationCenterDelegate: ", Class::visibleClassOf(delegate).name());
+    logLine("🔔 Swizzling UNUserNotificationCenterDelegate: ",
+            Class::visibleClassOf(delegate).name());
     swizzleNotificationDelegateMethods(delegate);
     return;
   }
-  log("ℹ️ No UNUserNotificationCenterDelegate set yet - will check again");
+  logLine("ℹ️ No UNUserNotificationCenterDelegate set yet - will check again");
   lookAgain(notificationDelegateRetryDelay, &ZibSwizzleManager::retryNotificationDelegateSwizzling);
 }
 
 void ZibSwizzleManager::retryNotificationDelegateSwizzling() {
   const zib::objc::id delegate = zib::NotificationCenter::current().delegate();
   if (delegate == nullptr) return;
-  log("🔔 Found UNUserNotificationCenterDelegate (delayed): ",
-      Class::visibleClassOf(delegate).name());
+  logLine("🔔 Found UNUserNotificationCenterDelegate (delayed): ",
+          Class::visibleClassOf(delegate).name());
   swizzleNotificationDelegateMethods(delegate);
 }
 
@@ -194,24 +191,24 @@ void ZibSwizzleManager::swizzleFirebaseMessagingDelegate() {
   const FirebaseMessaging firebase = FirebaseMessaging::find();
   switch (firebase.found()) {
     case FirebaseMessaging::Found::nothing:
-      log("ℹ️ Firebase Messaging not found - FCM token handling will be manual");
+      logLine("ℹ️ Firebase Messaging not found - FCM token handling will be manual");
       return;
     case FirebaseMessaging::Found::classOnly:
-      log("⚠️ Firebase Messaging class method not found");
+      logLine("⚠️ Firebase Messaging class method not found");
       return;
     case FirebaseMessaging::Found::classMethod:
-      log("⚠️ Firebase Messaging instance not available");
+      logLine("⚠️ Firebase Messaging instance not available");
       return;
     case FirebaseMessaging::Found::instance:
       break;
   }
   const zib::objc::id delegate = firebase.delegate();
   if (delegate == nullptr) {
-    log("ℹ️ No Firebase MessagingDelegate set yet - will retry");
+    logLine("ℹ️ No Firebase MessagingDelegate set yet - will retry");
     lookAgain(firebaseRetryDelay, &ZibSwizzleManager::retryFirebaseMessagingSwizzling);
     return;
   }
-  log("🔥 Swizzling Firebase MessagingDelegate: ", Class::visibleClassOf(delegate).name());
+  logLine("🔥 Swizzling Firebase MessagingDelegate: ", Class::visibleClassOf(delegate).name());
   addOrSwap(Row::fcmToken, delegate);
 }
 
@@ -220,7 +217,7 @@ void ZibSwizzleManager::retryFirebaseMessagingSwizzling() {
   if (firebase.found() != FirebaseMessaging::Found::instance) return;
   const zib::objc::id delegate = firebase.delegate();
   if (delegate == nullptr) return;
-  log("🔥 Found Firebase MessagingDelegate (delayed): ", Class::visibleClassOf(delegate).name());
+  logLine("🔥 Found Firebase MessagingDelegate (delayed): ", Class::visibleClassOf(delegate).name());
   // A delegate that came late is only swapped: one that does not want tokens gets no method.
   swapIfPresent(Row::fcmToken, delegate);
 }
@@ -260,7 +257,7 @@ void ZibSwizzleManager::swap(Row row, Class delegateClass, Method hostMethod) {
     this->*interception.didSwap = true;
     hostMethod.setImplementation(interceptor);
   }
-  log("  ✓ Swapped: ", interception.logName);
+  logLine("  ✓ Swapped: ", interception.logName);
 }
 
 void ZibSwizzleManager::add(Row row, Class delegateClass) {
@@ -269,7 +266,7 @@ void ZibSwizzleManager::add(Row row, Class delegateClass) {
   remember(row, delegateClass, nullptr);
   delegateClass.addMethod(Selector(interception.hostSelector), interceptor.implementation(),
                           interceptor.typeEncoding());
-  log("  + Added: ", interception.logName);
+  logLine("  + Added: ", interception.logName);
 }
 
 void ZibSwizzleManager::remember(Row row, Class owner, zib::objc::IMP original) {
@@ -320,5 +317,5 @@ void ZibSwizzleManager::trackUTMParameters(zib::objc::id url, std::string_view t
     line.append(": ");
     appendQuoted(line, value);
   }
-  log(line.append("]"));
+  logLine(line.append("]"));
 }

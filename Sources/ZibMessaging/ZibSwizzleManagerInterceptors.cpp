@@ -26,13 +26,9 @@ using zib::objc::UInteger;
 namespace {
 
 // A logger that breaks its promise and throws must not cost the callback its handling.
-void logIntercepted(std::string_view line) noexcept {
-  contained("the log line of an interceptor", [&] { ZibLogger::shared().log(line); });
-}
-
-void logIntercepted(std::string_view text, std::string_view detail,
-                    std::string_view end = {}) noexcept {
-  contained("the log line of an interceptor", [&] { logLine(text, detail, end); });
+template <class... Parts>
+void logIntercepted(Parts... parts) noexcept {
+  contained("the log line of an interceptor", [&] { logLine(parts...); });
 }
 
 }  // namespace
@@ -55,24 +51,23 @@ struct ZibSwizzleManager::Interceptors {
   // about: with the receiver it tells a call of `super` from another callback.
   class Callback {
    public:
-    Callback(Row row, id receiver, id subject)
-        : row_(row), receiver_(receiver), subject_(subject), below_(callBelow()) {
+    Callback(Row row, id receiver, id subject) : row_(row), receiver_(receiver), subject_(subject) {
       const ZibSwizzleManager& manager = shared();
       const Interception& interception = at(row);
       if (!(manager.*interception.didSwap) || manager.*interception.original == nullptr) return;
-      if (below_ != nullptr) {
-        installation_ = manager.findInstallation(row, below_->installation->owner.superclass());
+      if (const Forwarding* const outer = sameCallInProgress()) {
+        installation_ = manager.findInstallation(row, outer->installation->owner.superclass());
+        isSuperCall_ = installation_ != nullptr;
       }
       // Where no superclass is intercepted, `super` cannot lead here: the host calls itself again.
-      if (installation_ == nullptr) {
-        below_ = nullptr;
+      if (!isSuperCall_) {
         installation_ = manager.findInstallation(row, zib::Class::ofObject(receiver));
       }
     }
 
     // False when the host's own method has passed this callback on to its superclass, whose method
     // is intercepted too: the module has handled it already.
-    [[nodiscard]] bool isNew() const noexcept { return below_ == nullptr; }
+    [[nodiscard]] bool isNew() const noexcept { return !isSuperCall_; }
 
     [[nodiscard]] bool isForwarded() const noexcept {
       return installation_ != nullptr && installation_->original != nullptr;
@@ -100,7 +95,8 @@ struct ZibSwizzleManager::Interceptors {
       Forwarding forwarding_;
     };
 
-    [[nodiscard]] const Forwarding* callBelow() const noexcept {
+    // Null unless the host's implementation is running for this callback already.
+    [[nodiscard]] const Forwarding* sameCallInProgress() const noexcept {
       const Forwarding* const innermost = Forwarding::innermost;
       const bool isSameCall = innermost != nullptr && innermost->row == row_ &&
                               innermost->receiver == receiver_ && innermost->subject == subject_;
@@ -110,8 +106,8 @@ struct ZibSwizzleManager::Interceptors {
     Row row_;
     id receiver_;
     id subject_;
-    const Forwarding* below_;
     const Installation* installation_ = nullptr;
+    bool isSuperCall_ = false;
   };
 
   static void didRegister(id self, SEL, id application, id token) {

@@ -14,6 +14,7 @@
 #include "CoreBoundary/ZibStorage.h"
 #include "Platform/ClassBuilder.h"
 #include "Platform/Data.h"
+#include "Simulator/Network/URLSession.h"
 #include "Simulator/Runtime.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
@@ -22,6 +23,7 @@
 #include "Tests/Support/TestSeam.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPushConfig.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 
 namespace {
@@ -192,6 +194,40 @@ TEST_P(ContainmentTest, AnApplicationThatThrowsIsContainedOnTheMainQueue) {
   Device::drain();
   EXPECT_TRUE(ZibMessaging::shared().isPushEnabled());
   EXPECT_EQ(device.errorLines(), Lines{stopped("registerForRemoteNotifications")});
+}
+
+// What resume did before, which the method below calls on.
+zib::objc::IMP startingResume = nullptr;
+
+void throwingResume(id task, SEL command) {
+  zib::callImplementation<void>(startingResume, task, zib::Selector(command));
+  test::raise(ContainmentTest::GetParam());
+}
+
+TEST_P(ContainmentTest, AnExchangeThatThrowsAfterItsStartEndsTheFlowOnce) {
+  const Device device;
+  sim::urlsession::install();
+  sim::Answer configuration;
+  configuration.body =
+      R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
+  const auto network = std::make_shared<sim::Network>(
+      sim::Sites{{"config.example", {{"/push.json", configuration}}}});
+  sim::urlsession::setNetwork(network);
+  startingResume =
+      sim::installMethod(zib::Class::named("NSURLSessionDataTask"), "resume", &throwingResume);
+  std::vector<bool> outcomes;
+  int handed = 0;
+  ZibPushConfig::shared().configurePush(
+      Device::application(), "https://config.example/push.json",
+      [&](const zib::Dictionary&) { ++handed; },
+      [&](bool isRegistering) { outcomes.push_back(isRegistering); });
+  Device::drain();
+  EXPECT_EQ(outcomes, std::vector<bool>{false});
+  EXPECT_EQ(handed, 0);
+  EXPECT_EQ(device.entries("http").size(), 1U);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("configurePush")});
+  EXPECT_EQ(device.infoLines(),
+            Lines{"Fetching push configuration from: https://config.example/push.json"});
 }
 
 // Everything that a host can call, and everything that the system calls.

@@ -48,6 +48,9 @@ TEST(TextFormsTest, QuotedTextStaysOneLine) {
   EXPECT_EQ(quoted("a\"b\\c"), R"("a\"b\\c")");
   EXPECT_EQ(quoted("\n\r\t\0"sv), R"("\n\r\t\0")");
   EXPECT_EQ(quoted("\x01\x1F\x7F"), R"("\u{01}\u{1F}\u{7F}")");
+  EXPECT_EQ(quoted("\u0080 \u0085 \u009F \u00A0"), "\"\\u{80} \\u{85} \\u{9F} \u00A0\"");
+  EXPECT_EQ(quoted("\u2027\u2028\u2029\u202A"), "\"\u2027\\u{2028}\\u{2029}\u202A\"");
+  EXPECT_EQ(quoted("\xC2\xFF\xE2\x80"), "\"\xC2\xFF\xE2\x80\"");
 }
 
 }  // namespace
