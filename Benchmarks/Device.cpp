@@ -57,13 +57,13 @@ void set(id self, SEL, id value) {
 
 Class registerPlain(const char* name, std::initializer_list<const char*> getters,
                     Class superclass = classNamed<"NSObject">()) {
-  objc_class* const raw = objc_allocateClassPair(superclass.raw(), name, 0);
+  objc_class* const raw = zib::objc::allocateClassPair(superclass.raw(), name, 0);
   constexpr unsigned char logOfPointerAlignment = 3;
   if (superclass == classNamed<"NSObject">()) {
     class_addIvar(raw, "first", sizeof(id), logOfPointerAlignment, "@");
     class_addIvar(raw, "second", sizeof(id), logOfPointerAlignment, "@");
   }
-  objc_registerClassPair(raw);
+  zib::objc::registerClassPair(raw);
   const Class cls(raw);
   if (getters.size() > 0) sim::installMethod(cls, *getters.begin(), &get<0>);
   if (getters.size() > 1) sim::installMethod(cls, *(getters.begin() + 1), &get<1>);

@@ -240,7 +240,7 @@ bool open(id url) {
   }
   log("ZibDeepLinkHandler: Opening URL - ",
       Text(send<id>(url, selector<"absoluteString">())).view());
-  dispatch_async_f(&_dispatch_main_q, url, &openInSystem);
+  zib::objc::dispatchAsync(&zib::objc::mainDispatchQueue, url, &openInSystem);
   return true;
 }
 
@@ -529,7 +529,8 @@ void configure() {
   log("✅ Zib SDK swizzling complete!");
   lookAtFirebase();
   constexpr std::int64_t tenthOfASecond = 100'000'000;
-  dispatch_after_f(dispatch_time(0, tenthOfASecond), &_dispatch_main_q, nullptr, &lookAtFirebase);
+  zib::objc::dispatchAfter(zib::objc::dispatchTime(0, tenthOfASecond),
+                           &zib::objc::mainDispatchQueue, nullptr, &lookAtFirebase);
 }
 
 FlatEvent eventOf(id userInfo, std::string_view eventType) {

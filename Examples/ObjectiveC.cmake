@@ -1,9 +1,15 @@
-# Real Objective-C on Linux: clang compiles it, for the runtime that the rest is linked with. A phone
-# needs none of this.
+# Real Objective-C and Objective-C++ on Linux: clang compiles them, for the runtime that the rest is
+# linked with. A phone needs none of this.
 
 find_program(ZIB_CLANG NAMES clang REQUIRED)
+find_program(ZIB_CLANGXX NAMES clang++ REQUIRED)
 set(CMAKE_OBJC_COMPILER ${ZIB_CLANG})
+set(CMAKE_OBJCXX_COMPILER ${ZIB_CLANGXX})
+set(CMAKE_OBJCXX_STANDARD 20)
+set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+set(CMAKE_OBJCXX_EXTENSIONS OFF)
 enable_language(OBJC)
+enable_language(OBJCXX)
 
 # The headers of the object runtime are GCC's, and come last: its others are not for clang.
 execute_process(COMMAND g++ -print-file-name=include
@@ -13,5 +19,5 @@ foreach(option
     -fconstant-string-class=NSConstantString -D_NATIVE_OBJC_EXCEPTIONS
     "SHELL:-isystem /usr/include/GNUstep" "SHELL:-idirafter ${ZIB_GCC_HEADERS}"
     -Wall -Wextra -Wconversion -Wshadow -Werror -Wno-unused-parameter)
-  add_compile_options("$<$<COMPILE_LANGUAGE:OBJC>:${option}>")
+  add_compile_options("$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${option}>")
 endforeach()

@@ -25,11 +25,11 @@ id storage(id object) {
   return static_cast<id>(dictionary);
 }
 
-id getObject(id self, SEL getter) { return property(self, sel_getName(getter)); }
+id getObject(id self, SEL getter) { return property(self, zib::objc::nameOfSelector(getter)); }
 
 UInteger getUnsigned(id self, SEL getter) {
-  return static_cast<UInteger>(send<unsigned long long>(property(self, sel_getName(getter)),
-                                                        selector<"unsignedLongLongValue">()));
+  return static_cast<UInteger>(send<unsigned long long>(
+      property(self, zib::objc::nameOfSelector(getter)), selector<"unsignedLongLongValue">()));
 }
 
 void dealloc(id self, SEL dealloc) {
@@ -63,11 +63,11 @@ Class registerOrderedSet() {
 }  // namespace
 
 Class registerStandIn(const char* name, Class superclass, const StandInProperties& properties) {
-  objc_class* const raw = objc_allocateClassPair(superclass.raw(), name, 0);
+  objc_class* const raw = zib::objc::allocateClassPair(superclass.raw(), name, 0);
   if (raw == nullptr) return Class::named(name);
   constexpr unsigned char logOfPointerAlignment = 3;
   class_addIvar(raw, storageName, sizeof(void*), logOfPointerAlignment, "@");
-  objc_registerClassPair(raw);
+  zib::objc::registerClassPair(raw);
   const Class cls(raw);
   for (const char* object : properties.objects) installMethod(cls, object, &getObject);
   for (const char* number : properties.unsignedIntegers) installMethod(cls, number, &getUnsigned);

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -155,7 +156,7 @@ int run(const RunOptions& options) {
   Runner runner(out, options);
   int status = allAsExpected;
   for (const sim::Scenario& scenario : scenarios) {
-    status = std::max(status, runner.run(scenario));
+    if (out) status = std::max(status, runner.run(scenario));
   }
   out.flush();
   if (!out) throw UsageError("the output cannot be written; allowed: a place with room for it");
@@ -165,6 +166,9 @@ int run(const RunOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A reader that goes away is an output that cannot be written, and no reason to leave things
+  // behind.
+  std::signal(SIGPIPE, SIG_IGN);
   CLI::App app("zibsim, the simulated device: plays scenarios against the messaging module");
   app.set_version_flag("--version", version);
   app.require_subcommand(1);

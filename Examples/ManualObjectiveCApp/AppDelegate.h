@@ -1,4 +1,5 @@
-// The app's delegate. It forwards what the messaging module has to know, and then goes on with the
+// The app's delegate, in Objective-C++. It forwards what the messaging module has to know, each
+// callback once, since one that is forwarded twice is counted twice, and then goes on with the
 // app's own business.
 
 #import <UIKit/UIKit.h>

@@ -1,5 +1,15 @@
-// What the app's Objective-C side sees of the messaging module: one function.
+// The whole integration: the app's callbacks reach the module from here on, and the app's delegates
+// stay as they are. A C function, since the rest of this app is no C++; an app delegate in
+// Objective-C++ would hold its lines itself.
 
 #import <UIKit/UIKit.h>
 
-FOUNDATION_EXPORT void startMessaging(UIApplication* application);
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+void startMessaging(UIApplication* application);
+
+#ifdef __cplusplus
+}
+#endif

@@ -3,6 +3,8 @@
 #include <uriparser/Uri.h>
 
 #include <cctype>
+#include <charconv>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 
@@ -58,6 +60,23 @@ std::string withInvalidCharactersEncoded(std::string_view text) {
       char encoded[4];
       std::snprintf(encoded, sizeof encoded, "%%%02X", static_cast<unsigned char>(text[at]));
       result += encoded;
+    }
+  }
+  return result;
+}
+
+std::string percentDecoded(std::string_view text) {
+  constexpr int hexadecimal = 16;
+  std::string result;
+  while (!text.empty()) {
+    if (isPercentEncoding(text)) {
+      std::uint8_t byte = 0;
+      std::from_chars(text.data() + 1, text.data() + 3, byte, hexadecimal);
+      result.push_back(static_cast<char>(byte));
+      text.remove_prefix(3);
+    } else {
+      result.push_back(text.front());
+      text.remove_prefix(1);
     }
   }
   return result;

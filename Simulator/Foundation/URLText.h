@@ -25,4 +25,7 @@ std::optional<URLText> parseURLText(std::string_view text);
 // `text` with all that a URL cannot hold at all percent-encoded.
 std::string withInvalidCharactersEncoded(std::string_view text);
 
+// The bytes that `text` stands for; a percent sign that encodes nothing stays.
+std::string percentDecoded(std::string_view text);
+
 }  // namespace sim

@@ -1,6 +1,8 @@
 // NSURL and NSURLComponents as on the phone: strict parsing, texts that are kept as they were
 // given, and queries of every kind of URL.
 
+#include <algorithm>
+
 #include "Platform/Class.h"
 #include "Platform/Send.h"
 #include "Platform/Strings.h"
@@ -28,7 +30,6 @@ struct Originals {
   IMP initWithString = nullptr;
   IMP absoluteString = nullptr;
   IMP initComponents = nullptr;
-  IMP queryItems = nullptr;
   objc_ivar* urlString = nullptr;
   objc_ivar* baseURL = nullptr;
 };
@@ -92,24 +93,44 @@ id absoluteString(id url, SEL command) {
   return autoreleased(Object::retained(object_getIvar(url, originals.urlString)));
 }
 
-// GNUstep loses an empty query, and the query of a URL whose path does not start with a slash.
+// None where the bytes are no text.
+Object decodedQueryText(std::string_view encoded) {
+  const std::string bytes = percentDecoded(encoded);
+  Object text = makeString(bytes);
+  return utf8From(text.raw()) == bytes ? text : Object();
+}
+
+id queryItemFrom(std::string_view item) {
+  const std::size_t sign = item.find('=');
+  const Object name = decodedQueryText(item.substr(0, sign));
+  const Object value =
+      sign == std::string_view::npos ? Object() : decodedQueryText(item.substr(sign + 1));
+  return send<id>(zib::classNamed<"NSURLQueryItem">().object(),
+                  selector<"queryItemWithName:value:">(), name ? name.raw() : makeString("").raw(),
+                  value.raw());
+}
+
+id queryItemsFrom(std::string_view query) {
+  const id items = send<id>(zib::classNamed<"NSMutableArray">().object(), selector<"array">());
+  for (std::size_t start = 0; !query.empty() && start <= query.size();) {
+    const std::size_t end = std::min(query.find('&', start), query.size());
+    send<void>(items, selector<"addObject:">(), queryItemFrom(query.substr(start, end - start)));
+    start = end + 1;
+  }
+  return items;
+}
+
+// GNUstep loses an empty query, and the query of a URL whose path does not start with a slash, and
+// cuts names and values at a NUL.
 id initComponents(id components, SEL command, id url, BOOL resolves) {
   const id made = callImplementation<id>(originals.initComponents, components,
                                          zib::Selector(command), url, resolves);
   const std::string text = utf8From(send<id>(url, selector<"absoluteString">()));
   const std::optional<URLText> parsed = parseURLText(text);
   if (made != nullptr && parsed && parsed->query) {
-    send<void>(made, selector<"setPercentEncodedQuery:">(), makeString(*parsed->query).raw());
+    send<void>(made, selector<"setQueryItems:">(), queryItemsFrom(*parsed->query));
   }
   return made;
-}
-
-id queryItems(id components, SEL command) {
-  const id query = send<id>(components, selector<"percentEncodedQuery">());
-  if (query != nullptr && utf8From(query).empty()) {
-    return send<id>(zib::classNamed<"NSArray">().object(), selector<"array">());
-  }
-  return callImplementation<id>(originals.queryItems, components, zib::Selector(command));
 }
 
 }  // namespace
@@ -127,7 +148,6 @@ void installURLs() {
   const Class components = Class::named("NSURLComponents");
   originals.initComponents =
       installMethod(components, "initWithURL:resolvingAgainstBaseURL:", &initComponents);
-  originals.queryItems = installMethod(components, "queryItems", &queryItems);
 }
 
 }  // namespace sim

@@ -37,7 +37,7 @@ std::array<HostClassDescription, maximumHostClasses>& slots() {
 void record(const HostClassDescription& cls, id receiver, SEL selector, Json fields) {
   fields["class"] = cls.name;
   fields["receiver"] = Class::visibleClassOf(receiver).name();
-  fields["selector"] = sel_getName(selector);
+  fields["selector"] = zib::objc::nameOfSelector(selector);
   Timeline::shared().add("host", fields);
 }
 

@@ -224,15 +224,15 @@ id sharedSession(id, SEL) {
 
 void registerTask() {
   objc_class* const raw =
-      objc_allocateClassPair(classNamed<"NSObject">().raw(), "NSURLSessionTask", 0);
+      zib::objc::allocateClassPair(classNamed<"NSObject">().raw(), "NSURLSessionTask", 0);
   constexpr unsigned char logOfPointerAlignment = 3;
   class_addIvar(raw, exchangeVariable, sizeof(void*), logOfPointerAlignment, "^v");
-  objc_registerClassPair(raw);
+  zib::objc::registerClassPair(raw);
   const Class task(raw);
   installMethod(task, "resume", &resume);
   installMethod(task, "cancel", &cancel);
   installMethod(task, "dealloc", &dealloc);
-  objc_registerClassPair(objc_allocateClassPair(raw, "NSURLSessionDataTask", 0));
+  zib::objc::registerClassPair(zib::objc::allocateClassPair(raw, "NSURLSessionDataTask", 0));
 }
 
 void registerSession() {

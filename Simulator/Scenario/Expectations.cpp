@@ -1,6 +1,7 @@
 #include "Simulator/Scenario/Expectations.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace sim {
 namespace {
@@ -16,10 +17,12 @@ bool matches(const Json& expected, const Json& actual) {
   });
 }
 
+constexpr int likenessOfEqual = 1000;
+
 // How much of what is expected an entry has: each member that matches counts, those of nested
-// objects too.
+// objects too, and a little each that is there with another value.
 int likeness(const Json& expected, const Json& actual) {
-  if (!expected.is_object() || !actual.is_object()) return expected == actual ? 1 : 0;
+  if (!expected.is_object() || !actual.is_object()) return expected == actual ? likenessOfEqual : 1;
   int sum = 0;
   for (const auto& [key, value] : expected.items()) {
     const auto member = actual.find(key);
@@ -40,12 +43,17 @@ std::string describeNearest(const Json& expected, const std::vector<Json>& timel
     const int score = likeness(expected, timeline[index]);
     if (score > 0) candidates.push_back({score, index});
   }
+  // Of those that are equally like it, the ones first that it could have matched.
+  const auto rank = [from](Candidate each) { return std::pair(-each.likeness, each.index < from); };
   std::stable_sort(candidates.begin(), candidates.end(),
-                   [](auto one, auto other) { return one.likeness > other.likeness; });
+                   [&](auto one, auto other) { return rank(one) < rank(other); });
   if (candidates.empty()) return "\n  no entry is like it";
   std::string text = "\n  nearest entries:";
   for (const Candidate& candidate : candidates) {
     if (static_cast<std::size_t>(&candidate - candidates.data()) == most) break;
+    // One with nothing but the same keys is no help beside one that has a value too.
+    if (candidate.likeness < likenessOfEqual && candidates.front().likeness >= likenessOfEqual)
+      break;
     text += "\n    " + lineFrom(timeline[candidate.index]);
     if (candidate.index < from && matches(expected, timeline[candidate.index])) {
       text += "\n      (comes before the entry that the expectation above it matched)";

@@ -71,6 +71,11 @@ Node Node::require(std::string_view key) const {
   return *member;
 }
 
+bool Node::hasObject() const {
+  if (!isNull() && !value_->is_object()) failType("an object, null");
+  return !isNull();
+}
+
 std::vector<Node> Node::list() const {
   if (!value_->is_array()) failType("a list");
   std::vector<Node> elements;
@@ -87,6 +92,12 @@ bool Node::boolean() const {
 
 std::string Node::text() const {
   if (!value_->is_string()) failType("a text");
+  return value_->get<std::string>();
+}
+
+std::optional<std::string> Node::textOrNull() const {
+  if (isNull()) return std::nullopt;
+  if (!value_->is_string()) failType("a text, null");
   return value_->get<std::string>();
 }
 

@@ -29,10 +29,13 @@ class Node {
   // The member, if it is there.
   [[nodiscard]] std::optional<Node> find(std::string_view key) const;
   [[nodiscard]] Node require(std::string_view key) const;
+  // Whether there is an object, where null stands for none.
+  [[nodiscard]] bool hasObject() const;
 
   [[nodiscard]] std::vector<Node> list() const;
   [[nodiscard]] bool boolean() const;
   [[nodiscard]] std::string text() const;
+  [[nodiscard]] std::optional<std::string> textOrNull() const;
   [[nodiscard]] std::int64_t integer() const;
   [[nodiscard]] double nonNegativeNumber() const;
   // The index of the text among the choices.

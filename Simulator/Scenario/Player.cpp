@@ -192,11 +192,13 @@ void Player::registerForPushSimple(const Json& /*fields*/) {
 }
 
 void Player::configurePush(const Json& fields) {
+  const Node step(fields, "");
   std::optional<std::string> endpoint;
-  if (fields.contains("endpoint")) endpoint = fields.at("endpoint").get<std::string>();
+  if (const auto given = step.find("endpoint")) endpoint = given->textOrNull();
   std::optional<FirebaseDescription> firebase;
-  if (fields.contains("firebase"))
-    firebase = readFirebase(Node(fields.at("firebase"), ""), nullptr);
+  if (const auto given = step.find("firebase"); given && given->hasObject()) {
+    firebase = readFirebase(*given, nullptr);
+  }
   const auto handler = [this, firebase](const zib::Dictionary& config) {
     Timeline::shared().add("firebaseConfig", {{"config", jsonFromObject(config.native().raw())}});
     if (firebase) applyFirebase(*firebase);

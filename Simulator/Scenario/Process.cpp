@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "Simulator/Scenario/Documents.h"
+#include "Simulator/Scenario/Interruption.h"
 #include "Simulator/Scenario/Player.h"
 
 namespace sim {
@@ -69,6 +70,8 @@ std::optional<Death> waitFor(pid_t child) {
 }  // namespace
 
 std::optional<Death> playInProcess(const Scenario& scenario, const Timeline::Sink& sink) {
+  // First, so that the folder is gone when a signal has its effect.
+  const Interruption interruption;
   const DocumentsFolder documents(scenario.device.documents);
   std::array<int, 2> ends{};
   if (::pipe(ends.data()) != 0) throw std::runtime_error("no pipe for a scenario's process");
@@ -76,9 +79,11 @@ std::optional<Death> playInProcess(const Scenario& scenario, const Timeline::Sin
   const pid_t child = ::fork();
   if (child < 0) throw std::runtime_error("no process for a scenario");
   if (child == 0) {
+    interruption.stop();
     ::close(ends[0]);
     playAndExit(scenario, documents.path(), ends[1]);
   }
+  Interruption::endInstead(child);
   ::close(ends[1]);
   readLines(ends[0], sink);
   ::close(ends[0]);

@@ -18,52 +18,57 @@ namespace {
 // deep as the platform takes it still fits into a step or an expectation.
 constexpr std::size_t deepestNesting = zib::maximumNesting + 16;
 
-// Refuses, while the text is parsed, what the parser accepts and a scenario must not have: the
-// second of two members of one name, which the parser would keep, and values nested without end.
-class ParserChecks {
+// Refuses what the parser accepts and a scenario must not have: the second of two members of one
+// name, which the parser would keep, and values nested without end. Runs before the parser, whose
+// own callback takes time with the square of a list's length.
+class Checks final : public nlohmann::json_sax<Json> {
  public:
-  bool operator()(int /*depth*/, Json::parse_event_t event, const Json& parsed) {
-    using Event = Json::parse_event_t;
-    switch (event) {
-      case Event::object_start:
-      case Event::array_start:
-        beginValue();
-        open_.emplace_back();
-        open_.back().isObject = event == Event::object_start;
-        if (open_.size() > deepestNesting) throw tooDeep();
-        break;
-      case Event::object_end:
-      case Event::array_end:
-        open_.pop_back();
-        break;
-      case Event::key:
-        addKey(parsed.get_ref<const std::string&>());
-        break;
-      case Event::value:
-        beginValue();
-        break;
-    }
-    return true;
+  bool null() override { return beginValue(); }
+  bool boolean(bool) override { return beginValue(); }
+  bool number_integer(number_integer_t) override { return beginValue(); }
+  bool number_unsigned(number_unsigned_t) override { return beginValue(); }
+  bool number_float(number_float_t, const string_t&) override { return beginValue(); }
+  bool string(string_t&) override { return beginValue(); }
+  bool binary(binary_t&) override { return beginValue(); }
+  bool start_object(std::size_t) override { return open(true); }
+  bool start_array(std::size_t) override { return open(false); }
+  bool end_object() override { return close(); }
+  bool end_array() override { return close(); }
+  bool key(string_t& key) override {
+    open_.back().key = key;
+    if (open_.back().keys.insert(key).second) return true;
+    throw ScenarioError(pointer(open_.size()), "the key stands twice in one object",
+                        "each key once");
+  }
+  // Left to the parser, which says it better.
+  bool parse_error(std::size_t, const std::string&, const Json::exception&) override {
+    return false;
   }
 
  private:
   // An object or list whose end has not come yet.
   struct Open {
-    bool isObject = false;
+    bool isObject;
     std::set<std::string> keys;
     std::string key;
-    std::size_t begun = 0;
+    std::size_t begun;
   };
 
-  void beginValue() {
+  bool beginValue() {
     if (!open_.empty()) ++open_.back().begun;
+    return true;
   }
 
-  void addKey(const std::string& key) {
-    open_.back().key = key;
-    if (open_.back().keys.insert(key).second) return;
-    throw ScenarioError(pointer(open_.size()), "the key stands twice in one object",
-                        "each key once");
+  bool open(bool isObject) {
+    beginValue();
+    open_.push_back({isObject, {}, {}, 0});
+    if (open_.size() > deepestNesting) throw tooDeep();
+    return true;
+  }
+
+  bool close() {
+    open_.pop_back();
+    return true;
   }
 
   [[nodiscard]] ScenarioError tooDeep() const {
@@ -88,9 +93,10 @@ class ParserChecks {
 
 Json parse(std::string_view text) {
   constexpr std::size_t longestDetail = 200;
-  ParserChecks checks;
+  Checks checks;
+  Json::sax_parse(text, &checks);
   try {
-    return Json::parse(text, std::ref(checks));
+    return Json::parse(text);
   } catch (const Json::exception& error) {
     const std::string_view message = error.what();
     const std::size_t prefix = message.find("] ");
@@ -151,8 +157,8 @@ CoreDescription readCore(const Node& node) {
   CoreDescription core;
   node.objectOf({"config", "pushConfigEndpoint"});
   if (const auto config = node.find("config")) core.config = readConfig(*config);
-  if (const auto endpoint = node.find("pushConfigEndpoint"); endpoint && !endpoint->isNull()) {
-    core.pushConfigEndpoint = endpoint->text();
+  if (const auto endpoint = node.find("pushConfigEndpoint")) {
+    core.pushConfigEndpoint = endpoint->textOrNull();
   }
   return core;
 }
@@ -226,7 +232,7 @@ std::string readClass(const Node& node, HostClassDescriptions* classes) {
   if (description.name.empty() || description.name.find('\0') != std::string::npos) {
     node.require("class").failType("the name of a class");
   }
-  if (const auto superclass = node.find("superclass")) {
+  if (const auto superclass = node.find("superclass"); superclass && superclass->hasObject()) {
     description.superclass = readClass(*superclass, classes);
   }
   if (const auto methods = node.find("implements")) description.implements = readMethods(*methods);
@@ -270,7 +276,7 @@ HostDescription readHost(const Node& node, HostClassDescriptions& classes) {
       host.scenes.push_back(readScene(scene, &classes));
     }
   }
-  if (const auto firebase = node.find("firebase"); firebase && !firebase->isNull()) {
+  if (const auto firebase = node.find("firebase"); firebase && firebase->hasObject()) {
     firebase->objectOf({"classMethod", "instance", "delegateProperty", "settable", "delegate"});
     host.firebase = readFirebase(*firebase, &classes);
   }
@@ -316,7 +322,7 @@ zib::Error readError(const Node& node) {
 }
 
 std::optional<ZibConfig> readConfig(const Node& node) {
-  if (node.isNull()) return std::nullopt;
+  if (!node.hasObject()) return std::nullopt;
   node.objectOf({"autoSwizzlingEnabled"});
   return ZibConfig{node.booleanOr("autoSwizzlingEnabled", true)};
 }
@@ -324,7 +330,7 @@ std::optional<ZibConfig> readConfig(const Node& node) {
 usernotifications::Answer readAnswer(const Node& node) {
   usernotifications::Answer answer;
   answer.granted = node.booleanOr("granted", true);
-  if (const auto error = node.find("error"); error && !error->isNull()) {
+  if (const auto error = node.find("error"); error && error->hasObject()) {
     answer.error = readError(*error);
   }
   return answer;
@@ -332,8 +338,7 @@ usernotifications::Answer readAnswer(const Node& node) {
 
 DelegateDescription readDelegate(const Node& node, HostClassDescriptions* classes) {
   using Kind = DelegateDescription::Kind;
-  if (node.isNull()) return {};
-  if (!node.value().is_object()) node.failType("an object, null");
+  if (!node.hasObject()) return {};
   return {Kind::object, readClass(node, classes)};
 }
 

@@ -35,7 +35,7 @@ void checkURL(const Node& node) {
 void checkIndex(const Node& node, std::size_t count) {
   const std::int64_t index = node.integer();
   if (index < 0 || static_cast<std::uint64_t>(index) >= count) {
-    node.failType(count == 0 ? "nothing: no scene is connected"
+    node.failType(count == 0 ? "none, since no scene is connected"
                              : "0 to " + std::to_string(count - 1));
   }
 }
@@ -57,7 +57,7 @@ void checkField(const Node& node, FieldType type, const Context& context) {
       static_cast<void>(node.text());
       return;
     case FieldType::textOrNull:
-      if (!node.isNull() && !node.value().is_string()) node.failType("a text, null");
+      static_cast<void>(node.textOrNull());
       return;
     case FieldType::seconds:
       static_cast<void>(node.nonNegativeNumber());
@@ -69,13 +69,13 @@ void checkField(const Node& node, FieldType type, const Context& context) {
       if (!bytesFromHex(node.text())) node.failType("an even number of hexadecimal digits");
       return;
     case FieldType::error:
-      if (!node.isNull()) static_cast<void>(readError(node));
+      if (node.hasObject()) static_cast<void>(readError(node));
       return;
     case FieldType::userInfo:
       checkObject(node);
       return;
     case FieldType::dictionaryOrNull:
-      if (!node.isNull()) checkObject(node);
+      if (node.hasObject()) checkObject(node);
       return;
     case FieldType::url:
       checkURL(node);
@@ -90,6 +90,7 @@ void checkField(const Node& node, FieldType type, const Context& context) {
       static_cast<void>(readNotificationDelegate(node, &context.classes));
       return;
     case FieldType::firebase:
+      if (!node.hasObject()) return;
       node.objectOf({"classMethod", "instance", "delegateProperty", "settable", "delegate"});
       static_cast<void>(readFirebase(node, &context.classes));
       return;
@@ -146,7 +147,7 @@ const std::vector<Verb>& verbs() {
       {"registerForPush", {}},
       {"registerForPushSimple", {}},
       {"configurePush",
-       {{"endpoint", FieldType::text, optional},
+       {{"endpoint", FieldType::textOrNull, optional},
         {"completion", FieldType::boolean, optional},
         {"firebase", FieldType::firebase, optional}}},
       {"answerAuthorization",

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
@@ -77,6 +78,23 @@ zib::Value valueFromJson(const Json& json) {
   }
 }
 
+namespace {
+
+// Legal inside a JSON text, but many readers of lines take them for the end of one.
+std::string withLineSeparatorsEscaped(std::string line) {
+  constexpr std::array<std::pair<std::string_view, std::string_view>, 3> escapes{
+      {{"\u0085", "\\u0085"}, {"\u2028", "\\u2028"}, {"\u2029", "\\u2029"}}};
+  for (const auto& [separator, escape] : escapes) {
+    for (std::size_t at = line.find(separator); at != std::string::npos;
+         at = line.find(separator, at + escape.size())) {
+      line.replace(at, separator.size(), escape);
+    }
+  }
+  return line;
+}
+
+}  // namespace
+
 std::string lineFrom(const Json& entry) {
   std::string line = "{";
   const auto append = [&](const std::string& key, const Json& value) {
@@ -88,7 +106,7 @@ std::string lineFrom(const Json& entry) {
   for (const auto& [key, value] : entry.items()) {
     if (std::find(first.begin(), first.end(), key) == first.end()) append(key, value);
   }
-  return line + '}';
+  return withLineSeparatorsEscaped(std::move(line) + '}');
 }
 
 Timeline& Timeline::shared() {

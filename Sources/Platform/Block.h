@@ -46,13 +46,13 @@ class Block<Result(Arguments...)> {
  public:
   // Takes a block that a caller lent for the length of a call, which may still be on its stack.
   static Block copied(BlockLayout* block) {
-    return Block(block == nullptr ? nullptr : static_cast<BlockLayout*>(_Block_copy(block)));
+    return Block(block == nullptr ? nullptr : static_cast<BlockLayout*>(objc::copyBlock(block)));
   }
 
   // The callable must not throw: what calls a block does not expect it.
   template <class Callable>
   static Block from(Callable callable) {
-    Literal<Callable> literal{{_NSConcreteStackBlock, blockHasCopyDispose | blockHasSignature, 0,
+    Literal<Callable> literal{{objc::stackBlockClass, blockHasCopyDispose | blockHasSignature, 0,
                                objc::functionCast<void (*)()>(&Literal<Callable>::invoke),
                                &Literal<Callable>::descriptor},
                               std::move(callable)};
@@ -66,7 +66,7 @@ class Block<Result(Arguments...)> {
     return *this;
   }
   ~Block() {
-    if (raw_ != nullptr) _Block_release(raw_);
+    if (raw_ != nullptr) objc::releaseBlock(raw_);
   }
 
   explicit operator bool() const noexcept { return raw_ != nullptr; }

@@ -18,10 +18,10 @@ class Method {
   explicit Method(objc::Method raw) noexcept : raw_(raw) {}
 
   explicit operator bool() const noexcept { return raw_ != nullptr; }
-  [[nodiscard]] objc::IMP implementation() const { return method_getImplementation(raw_); }
-  void setImplementation(objc::IMP function) const { method_setImplementation(raw_, function); }
+  [[nodiscard]] objc::IMP implementation() const { return objc::implementationOf(raw_); }
+  void setImplementation(objc::IMP function) const { objc::setImplementation(raw_, function); }
   // Null when the class was built without one.
-  [[nodiscard]] const char* typeEncoding() const { return method_getTypeEncoding(raw_); }
+  [[nodiscard]] const char* typeEncoding() const { return objc::typeEncodingOf(raw_); }
 
   friend bool operator==(Method, Method) = default;
 
@@ -36,7 +36,7 @@ class Class {
   explicit constexpr Class(objc::Class raw) noexcept : raw_(raw) {}
 
   // The class of that name, or none when no such class is loaded.
-  static Class named(const char* name) { return Class(objc_lookUpClass(name)); }
+  static Class named(const char* name) { return Class(objc::lookUpClass(name)); }
   // The class in which the runtime looks up the object's methods; that of nil is none.
   static Class ofObject(objc::id object) { return Class(objc::classOf(object)); }
   // The class that a delegate's methods are to be found in and installed on. Key-value observation
@@ -48,20 +48,20 @@ class Class {
   [[nodiscard]] objc::Class raw() const noexcept { return raw_; }
   // The class object as a receiver of messages.
   [[nodiscard]] objc::id object() const noexcept { return reinterpret_cast<objc::id>(raw_); }
-  [[nodiscard]] const char* name() const { return class_getName(raw_); }
-  [[nodiscard]] Class superclass() const { return Class(class_getSuperclass(raw_)); }
+  [[nodiscard]] const char* name() const { return objc::nameOfClass(raw_); }
+  [[nodiscard]] Class superclass() const { return Class(objc::superclassOf(raw_)); }
   // Whether this class is `ancestor` or derives from it.
   [[nodiscard]] bool derivesFrom(Class ancestor) const;
   // The method that instances of this class answer the selector with, inherited ones included.
   [[nodiscard]] Method instanceMethod(Selector selector) const {
-    return Method(class_getInstanceMethod(raw_, selector.raw()));
+    return Method(objc::instanceMethod(raw_, selector.raw()));
   }
   // The class of this one's ancestry (itself first) whose own method instanceMethod() gives.
   [[nodiscard]] Class ownerOf(Selector selector) const;
   // False when the class has such a method of its own already; nothing is changed then.
   // NOLINTNEXTLINE(readability-make-member-function-const): it changes the class.
   bool addMethod(Selector selector, objc::IMP function, const char* types) {
-    return class_addMethod(raw_, selector.raw(), function, types) != 0;
+    return objc::addMethod(raw_, selector.raw(), function, types) != 0;
   }
 
   friend bool operator==(Class, Class) = default;
@@ -77,7 +77,7 @@ Class classNamed() {
   static constinit std::atomic<objc::Class> found{nullptr};
   objc::Class raw = found.load(std::memory_order_relaxed);
   if (raw == nullptr) {
-    raw = objc_lookUpClass(Name.data());
+    raw = objc::lookUpClass(Name.data());
     found.store(raw, std::memory_order_relaxed);
   }
   return Class(raw);

@@ -18,7 +18,7 @@ class ClassBuilder {
  public:
   // `name` must be free; the builder is empty, and registerClass() gives none, when it is not.
   ClassBuilder(const char* name, Class superclass)
-      : cls_(objc_allocateClassPair(superclass.raw(), name, 0)) {}
+      : cls_(objc::allocateClassPair(superclass.raw(), name, 0)) {}
 
   template <class Result, class... Arguments>
   ClassBuilder& method(const char* name, Result (*function)(objc::id, objc::SEL, Arguments...)) {
@@ -36,13 +36,13 @@ class ClassBuilder {
 
   // Declares that the class adopts the protocol, where a loaded framework has one of that name.
   ClassBuilder& adopting(const char* protocol) {
-    objc_object* const found = objc_getProtocol(protocol);
-    if (cls_ && found != nullptr) class_addProtocol(cls_.raw(), found);
+    objc_object* const found = objc::protocolNamed(protocol);
+    if (cls_ && found != nullptr) objc::addProtocol(cls_.raw(), found);
     return *this;
   }
 
   Class registerClass() {
-    if (cls_) objc_registerClassPair(cls_.raw());
+    if (cls_) objc::registerClassPair(cls_.raw());
     return cls_;
   }
 

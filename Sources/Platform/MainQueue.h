@@ -27,8 +27,8 @@ void runBorrowed(void* context) {
 // The work must not throw: it runs on frames of dispatch.
 template <class Work>
 void async(Work work) {
-  dispatch_async_f(&_dispatch_main_q, std::make_unique<Work>(std::move(work)).release(),
-                   &runOwned<Work>);
+  objc::dispatchAsync(&objc::mainDispatchQueue, std::make_unique<Work>(std::move(work)).release(),
+                      &runOwned<Work>);
 }
 
 // At the earliest `seconds` from now.
@@ -36,15 +36,15 @@ template <class Work>
 void after(double seconds, Work work) {
   constexpr double nanosecondsPerSecond = 1e9;
   const std::uint64_t due =
-      dispatch_time(0, static_cast<std::int64_t>(seconds * nanosecondsPerSecond));
-  dispatch_after_f(due, &_dispatch_main_q, std::make_unique<Work>(std::move(work)).release(),
-                   &runOwned<Work>);
+      objc::dispatchTime(0, static_cast<std::int64_t>(seconds * nanosecondsPerSecond));
+  objc::dispatchAfter(due, &objc::mainDispatchQueue,
+                      std::make_unique<Work>(std::move(work)).release(), &runOwned<Work>);
 }
 
 // Returns when the work has run. Never call it on the main thread: the queue would wait for itself.
 template <class Work>
 void sync(Work& work) {
-  dispatch_sync_f(&_dispatch_main_q, &work, &runBorrowed<Work>);
+  objc::dispatchSync(&objc::mainDispatchQueue, &work, &runBorrowed<Work>);
 }
 
 }  // namespace mainQueue

@@ -17,23 +17,23 @@ void sendForNothing(id receiver, SEL selector) {
 }  // namespace
 
 id retain(id object) {
-  static const SEL selector = sel_registerName("retain");
+  static const SEL selector = registerSelector("retain");
   return object == nullptr ? nullptr : sendForObject(object, selector);
 }
 
 void release(id object) {
-  static const SEL selector = sel_registerName("release");
+  static const SEL selector = registerSelector("release");
   if (object != nullptr) sendForNothing(object, selector);
 }
 
 void* pushAutoreleasePool() {
-  static const Class poolClass = objc_lookUpClass("NSAutoreleasePool");
-  static const SEL selector = sel_registerName("new");
+  static const Class poolClass = lookUpClass("NSAutoreleasePool");
+  static const SEL selector = registerSelector("new");
   return sendForObject(reinterpret_cast<id>(poolClass), selector);
 }
 
 void popAutoreleasePool(void* pool) {
-  static const SEL selector = sel_registerName("drain");
+  static const SEL selector = registerSelector("drain");
   sendForNothing(static_cast<id>(pool), selector);
 }
 

@@ -1,5 +1,7 @@
 // What the object runtime, the block runtime and dispatch offer as C functions, declared here so
-// that no system header is needed, and the one place where Apple's runtime and GCC's differ.
+// that no system header is needed, and the one place where Apple's runtime and GCC's differ. Under
+// names of our own, each bound to the platform's symbol: in a host's Objective-C++ the platform's
+// declarations of the same functions stand beside these and have other types.
 //
 // Do not use this above Platform: the rest of the tree is written in the wrappers (Class.h,
 // Object.h, Send.h, Block.h, MainQueue.h). Interceptors and stand-ins name `zib::objc::id` and
@@ -15,6 +17,13 @@ struct objc_class;
 struct objc_method;
 struct objc_selector;
 struct dispatch_queue_s;
+
+// The symbol of a C function or object, to which a declaration of ours is bound.
+#if defined(__APPLE__)
+#define ZIB_SYMBOL(name) __asm__("_" #name)
+#else
+#define ZIB_SYMBOL(name) __asm__(#name)
+#endif
 
 namespace zib::objc {
 
@@ -40,53 +49,53 @@ using Integer = long;            // NSInteger
 using UInteger = unsigned long;  // NSUInteger
 using UniChar = std::uint16_t;   // unichar
 
-}  // namespace zib::objc
+Class lookUpClass(const char* name) ZIB_SYMBOL(objc_lookUpClass);
+Class allocateClassPair(Class superclass, const char* name, std::size_t extraBytes)
+    ZIB_SYMBOL(objc_allocateClassPair);
+void registerClassPair(Class cls) ZIB_SYMBOL(objc_registerClassPair);
+const char* nameOfClass(Class cls) ZIB_SYMBOL(class_getName);
+Class superclassOf(Class cls) ZIB_SYMBOL(class_getSuperclass);
+Method instanceMethod(Class cls, SEL selector) ZIB_SYMBOL(class_getInstanceMethod);
+BOOL addMethod(Class cls, SEL selector, IMP function, const char* types)
+    ZIB_SYMBOL(class_addMethod);
+id protocolNamed(const char* name) ZIB_SYMBOL(objc_getProtocol);
+BOOL addProtocol(Class cls, id protocol) ZIB_SYMBOL(class_addProtocol);
+IMP implementationOf(Method method) ZIB_SYMBOL(method_getImplementation);
+IMP setImplementation(Method method, IMP function) ZIB_SYMBOL(method_setImplementation);
+const char* typeEncodingOf(Method method) ZIB_SYMBOL(method_getTypeEncoding);
+SEL registerSelector(const char* name) ZIB_SYMBOL(sel_registerName);
+const char* nameOfSelector(SEL selector) ZIB_SYMBOL(sel_getName);
+BOOL areEqual(SEL one, SEL other) ZIB_SYMBOL(sel_isEqual);
 
-extern "C" {
+void* copyBlock(const void* block) ZIB_SYMBOL(_Block_copy);
+void releaseBlock(const void* block) ZIB_SYMBOL(_Block_release);
+extern void* stackBlockClass[32] ZIB_SYMBOL(_NSConcreteStackBlock);
 
-objc_class* objc_lookUpClass(const char* name);
-objc_class* objc_allocateClassPair(objc_class* superclass, const char* name,
-                                   std::size_t extraBytes);
-void objc_registerClassPair(objc_class* cls);
-const char* class_getName(objc_class* cls);
-objc_class* class_getSuperclass(objc_class* cls);
-objc_method* class_getInstanceMethod(objc_class* cls, zib::objc::SEL selector);
-zib::objc::BOOL class_addMethod(objc_class* cls, zib::objc::SEL selector, zib::objc::IMP function,
-                                const char* types);
-objc_object* objc_getProtocol(const char* name);
-zib::objc::BOOL class_addProtocol(objc_class* cls, objc_object* protocol);
-zib::objc::IMP method_getImplementation(objc_method* method);
-zib::objc::IMP method_setImplementation(objc_method* method, zib::objc::IMP function);
-const char* method_getTypeEncoding(objc_method* method);
-zib::objc::SEL sel_registerName(const char* name);
-const char* sel_getName(zib::objc::SEL selector);
-zib::objc::BOOL sel_isEqual(zib::objc::SEL one, zib::objc::SEL other);
-
-void* _Block_copy(const void* block);
-void _Block_release(const void* block);
-extern void* _NSConcreteStackBlock[32];
-
-extern dispatch_queue_s _dispatch_main_q;
-std::uint64_t dispatch_time(std::uint64_t when, std::int64_t nanoseconds);
-void dispatch_async_f(dispatch_queue_s* queue, void* context, void (*work)(void*));
-void dispatch_sync_f(dispatch_queue_s* queue, void* context, void (*work)(void*));
-void dispatch_after_f(std::uint64_t when, dispatch_queue_s* queue, void* context,
-                      void (*work)(void*));
+extern dispatch_queue_s mainDispatchQueue ZIB_SYMBOL(_dispatch_main_q);
+std::uint64_t dispatchTime(std::uint64_t when, std::int64_t nanoseconds) ZIB_SYMBOL(dispatch_time);
+void dispatchAsync(dispatch_queue_s* queue, void* context, void (*work)(void*))
+    ZIB_SYMBOL(dispatch_async_f);
+void dispatchSync(dispatch_queue_s* queue, void* context, void (*work)(void*))
+    ZIB_SYMBOL(dispatch_sync_f);
+void dispatchAfter(std::uint64_t when, dispatch_queue_s* queue, void* context, void (*work)(void*))
+    ZIB_SYMBOL(dispatch_after_f);
 
 #if defined(__APPLE__)
-void objc_msgSend(void);
-objc_class* object_getClass(objc_object* object);
-objc_object* objc_retain(objc_object* object);
-void objc_release(objc_object* object);
-void* objc_autoreleasePoolPush(void);
-void objc_autoreleasePoolPop(void* pool);
+void messageSend() ZIB_SYMBOL(objc_msgSend);
+Class classOf(id object) ZIB_SYMBOL(object_getClass);
+id retain(id object) ZIB_SYMBOL(objc_retain);
+void release(id object) ZIB_SYMBOL(objc_release);
+void* pushAutoreleasePool() ZIB_SYMBOL(objc_autoreleasePoolPush);
+void popAutoreleasePool(void* pool) ZIB_SYMBOL(objc_autoreleasePoolPop);
 #else
-zib::objc::IMP objc_msg_lookup(objc_object* receiver, zib::objc::SEL selector);
+IMP lookUpMessage(id receiver, SEL selector) ZIB_SYMBOL(objc_msg_lookup);
+id retain(id object);
+void release(id object);
+void* pushAutoreleasePool();
+void popAutoreleasePool(void* pool);
 #endif
 
-}  // extern "C"
-
-namespace zib::objc {
+#undef ZIB_SYMBOL
 
 // Functions of the runtime have one nominal type; this gives one its true type back, or takes it
 // away. Through `void (*)()`, which compilers accept as the neutral one.
@@ -97,19 +106,12 @@ To functionCast(Function* function) {
 
 #if defined(__APPLE__)
 
-inline Class classOf(id object) { return object_getClass(object); }
-
 // The function that a message reaches. Apple's runtime looks it up inside objc_msgSend, which has
 // to be called with the exact type of the method.
 template <class Function>
 Function* functionFor(id, SEL) {
-  return functionCast<Function*>(&objc_msgSend);
+  return functionCast<Function*>(&messageSend);
 }
-
-inline id retain(id object) { return objc_retain(object); }
-inline void release(id object) { objc_release(object); }
-inline void* pushAutoreleasePool() { return objc_autoreleasePoolPush(); }
-inline void popAutoreleasePool(void* pool) { objc_autoreleasePoolPop(pool); }
 
 #else
 
@@ -122,13 +124,8 @@ inline Class classOf(id object) {
 // Throws the platform's own exception when the receiver does not know the selector.
 template <class Function>
 Function* functionFor(id receiver, SEL selector) {
-  return functionCast<Function*>(objc_msg_lookup(receiver, selector));
+  return functionCast<Function*>(lookUpMessage(receiver, selector));
 }
-
-id retain(id object);
-void release(id object);
-void* pushAutoreleasePool();
-void popAutoreleasePool(void* pool);
 
 #endif
 

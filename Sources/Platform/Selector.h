@@ -13,14 +13,14 @@ namespace zib {
 // selectors of one name that were registered with and without types differ by pointer.
 class Selector {
  public:
-  explicit Selector(const char* name) : raw_(sel_registerName(name)) {}
+  explicit Selector(const char* name) : raw_(objc::registerSelector(name)) {}
   explicit Selector(objc::SEL raw) noexcept : raw_(raw) {}
 
   [[nodiscard]] objc::SEL raw() const noexcept { return raw_; }
-  [[nodiscard]] const char* name() const { return sel_getName(raw_); }
+  [[nodiscard]] const char* name() const { return objc::nameOfSelector(raw_); }
 
   friend bool operator==(Selector one, Selector other) {
-    return sel_isEqual(one.raw_, other.raw_) != 0;
+    return objc::areEqual(one.raw_, other.raw_) != 0;
   }
 
  private:
@@ -35,7 +35,7 @@ Selector selector() {
   static constinit std::atomic<objc::SEL> registered{nullptr};
   objc::SEL raw = registered.load(std::memory_order_relaxed);
   if (raw == nullptr) {
-    raw = sel_registerName(Name.data());
+    raw = objc::registerSelector(Name.data());
     registered.store(raw, std::memory_order_relaxed);
   }
   return Selector(raw);

@@ -15,7 +15,7 @@ using zib::BlockLayout;
 static_assert(std::is_same_v<zib::objc::BOOL, bool>);
 static_assert(std::is_same_v<zib::objc::IMP, void (*)()>);
 static_assert(sizeof(zib::objc::Integer) == 8 && sizeof(zib::objc::UInteger) == 8);
-static_assert(std::is_same_v<decltype(&objc_msgSend), void (*)()>,
+static_assert(std::is_same_v<decltype(&zib::objc::messageSend), void (*)()>,
               "a variadic objc_msgSend would be called with another convention");
 
 static_assert(sizeof(BlockLayout) == 32);
@@ -42,9 +42,9 @@ static_assert((abi::platformBlockFlags & zib::blockHasSignature) != 0);
 static_assert(zib::encoding::Block<void(zib::objc::UInteger)>::value.view() ==
               abi::platformBlockSignature);
 
-static_assert(abi::isShapedAs(abi::retainShape, &objc_retain));
-static_assert(abi::isShapedAs(abi::releaseShape, &objc_release));
-static_assert(abi::isShapedAs(abi::autoreleasePoolPushShape, &objc_autoreleasePoolPush));
-static_assert(abi::isShapedAs(abi::autoreleasePoolPopShape, &objc_autoreleasePoolPop));
+static_assert(abi::isShapedAs(abi::retainShape, &zib::objc::retain));
+static_assert(abi::isShapedAs(abi::releaseShape, &zib::objc::release));
+static_assert(abi::isShapedAs(abi::autoreleasePoolPushShape, &zib::objc::pushAutoreleasePool));
+static_assert(abi::isShapedAs(abi::autoreleasePoolPopShape, &zib::objc::popAutoreleasePool));
 
 }  // namespace

@@ -1,10 +1,24 @@
 // The cross-check unit: the platform's declarations and ours in one file. Compiling it is the
-// check.
+// check. PlatformDeclarations.inc is made by the check: one line for each symbol that Native.h
+// binds a declaration to.
 
 #include "PlatformHeaders.h"
 
 #include "Platform/Block.h"
 #include "Platform/Native.h"
+
+// Does not compile for two types, but that the platform may promise not to throw. Takes addresses
+// rather than types, so that the use of what the oldest supported system lacks is an error too.
+template <class T>
+consteval bool isDeclaredAs(T* /*ours*/, T* /*platforms*/) {
+  return true;
+}
+template <class Result, class... Arguments>
+consteval bool isDeclaredAs(Result (*)(Arguments...), Result (*)(Arguments...) noexcept) {
+  return true;
+}
+
+#include "PlatformDeclarations.inc"
 
 static_assert(std::is_same_v<zib::objc::id, ::id>);
 static_assert(std::is_same_v<zib::objc::Class, ::PlatformClass>);

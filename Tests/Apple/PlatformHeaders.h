@@ -1,7 +1,6 @@
-// The platform's own declarations of the object runtime, dispatch and blocks. The check puts this
-// before every file of the module, so that a declaration of ours that disagrees is an error, and so
-// is the use of a function that the oldest supported system lacks: our own declarations do not say
-// since when there is one.
+// The platform's own declarations of the object runtime, dispatch and blocks. The check compares
+// Native.h with them, and puts this before every file of the module, so that a function declared by
+// hand elsewhere is an error where it disagrees or where the oldest supported system lacks it.
 //
 // Not for the module: it is built without any header of the platform.
 

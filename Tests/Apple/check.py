@@ -81,6 +81,19 @@ UNVERIFIED = [
 RUNTIME_WITHOUT_HEADER = {"objc_retain", "objc_release", "objc_autoreleasePoolPush",
                           "objc_autoreleasePoolPop"}
 
+# Of GCC's runtime.
+NOT_OF_THE_PLATFORM = {"objc_msg_lookup"}
+
+# A declaration that is given a symbol by hand.
+ASM_LABEL = r"[\w)\]]\s+(?:asm|__asm__)\s*\(\s*\"_?\w+\"|ZIB_SYMBOL"
+
+# What a host's Objective-C++ includes before the module's headers.
+HEADER_ORDERS = {
+    "module-first": (),
+    "platform-first": ("-include", "UIKit/UIKit.h", "-include", "objc/runtime.h", "-include",
+                       "dispatch/dispatch.h", "-include", "Block.h"),
+}
+
 
 class Failure(Exception):
     """What is wrong, for the one who changed the tree."""
@@ -248,6 +261,7 @@ class Check:
         self.sources = sorted(Path("Sources").glob("*/*.cpp"))
         self.libraries = {}
         self.images = {}
+        self.hosts = []
 
     # What the platform's compiler says about Methods.m.
 
@@ -313,18 +327,23 @@ class Check:
     # The platform's declarations and ours.
 
     def declarations(self):
-        include = self.arguments.sdk / "usr/include"
-        headers = [include / "Block.h", *(include / "objc").glob("*.h"),
-                   *(include / "dispatch").glob("*.h")]
-        declared = set(re.findall(r"\w+", " ".join(path.read_text() for path in headers)))
-        native = Path("Sources/Platform/Native.h").read_text()
-        ours = set(re.findall(r"(\w+)\((?!\))[^;{}]*\);", native)) | set(
-            re.findall(r"^extern [^;]*?(\w+)(?:\[\d+\])?;", native, re.M))
-        ours = {name for name in ours
-                if re.match(r"_?(objc|class|method|sel|object|dispatch|Block|NSConcrete)_?", name)}
-        unknown = ours - declared - RUNTIME_WITHOUT_HEADER - {"objc_msg_lookup"}
-        require(sorted(unknown), "Native.h declares what no header of the platform does")
-        flags = self.compiler.flags(DEVICE) + [f"-I{HERE}", "-fsyntax-only"]
+        native = re.sub(r"^ *(#|//).*$", "", Path("Sources/Platform/Native.h").read_text(),
+                        flags=re.M)
+        require([str(path) for path in sorted(Path("Sources").glob("*/*"))
+                 if path.name != "Native.h" and re.search(ASM_LABEL, path.read_text())],
+                "symbols are bound outside Native.h, where nothing compares them")
+        bound = re.findall(r"(\w+)(?:\([^;]*\)|\[\d+\])?\s+ZIB_SYMBOL\((\w+)\);", native)
+        if len(bound) != native.count("ZIB_SYMBOL("):
+            raise Failure("Native.h binds a symbol in a way that the check cannot read")
+        comparable = [(name, symbol) for name, symbol in bound
+                      if symbol not in RUNTIME_WITHOUT_HEADER | NOT_OF_THE_PLATFORM]
+        generated = self.build / "declarations/PlatformDeclarations.inc"
+        generated.parent.mkdir(parents=True, exist_ok=True)
+        generated.write_text("".join(
+            f"static_assert(isDeclaredAs(&zib::objc::{name}, &::{symbol}));\n"
+            for name, symbol in comparable))
+        flags = self.compiler.flags(DEVICE) + [f"-I{HERE}", f"-I{generated.parent}",
+                                               "-fsyntax-only"]
         unit = [HERE / "PlatformDeclarations.cpp"]
         self.compiler.compile_all(unit, "declarations", flags)
         # No target of the module, but the only one where BOOL is no bool.
@@ -332,7 +351,31 @@ class Check:
                                   [f"--target={SIGNED_BOOL_TRIPLE}", *flags[1:]])
         flags += self.compiler.precompiled("declarations", flags, ['"PlatformHeaders.h"'])
         self.compiler.compile_all(self.sources, "declarations", flags)
-        return f"{len(self.sources)} sources after the platform's headers"
+        return (f"{len(comparable)} functions and objects, "
+                f"{len(self.sources)} sources after the platform's headers")
+
+    # Hosts in Objective-C++.
+
+    def objective_cpp_hosts(self):
+        """Hosts as they are compiled, beside the platform's headers. Those of the device are kept
+        for what they ask of the module."""
+        examples = sorted(Path("Examples").glob("*/*.mm"))
+        host = [HERE / "ObjectiveCppHost.mm"]
+        variants = 0
+        for target in TARGETS:
+            for ownership in ["-fobjc-arc", "-fno-objc-arc"]:
+                for order, first in HEADER_ORDERS.items():
+                    flags = self.compiler.flags(target) + [
+                        "-x", "objective-c++", ownership, "-Wno-unused-parameter", f"-I{HERE}",
+                        "-IExamples", "-idirafter", "Examples/Device", *first]
+                    is_kept = target is DEVICE and not first
+                    flags += ["-O0"] if is_kept else ["-fsyntax-only"]
+                    made = self.compiler.compile_all(
+                        host + examples * is_kept,
+                        f"hosts/{target.triple}{ownership}-{order}", flags)
+                    self.hosts += made * is_kept
+                    variants += 1
+        return f"{len(host + examples)} sources, {variants} variants of the first"
 
     # Libraries.
 
@@ -416,8 +459,14 @@ class Check:
         declared = self.declared_public(listed, set(defined.values()))
         [host] = self.compiler.compile_all([HERE / "HostUse.cpp"], "host",
                                            self.compiler.flags(DEVICE) + ["-O0"])
-        needed = {name for symbol, name in self.compiler.symbols(host, "--undefined-only").items()
-                  if symbol in defined or re.match(r"Zib|zib::", name)}
+        needed = set()
+        for file in [host, *self.hosts]:
+            symbols = {symbol: name for symbol, name in
+                       self.compiler.symbols(file, "--undefined-only").items()
+                       if symbol in defined or re.match(r"Zib|zib::", name)}
+            require(sorted(name for symbol, name in symbols.items() if symbol not in defined),
+                    f"{file} asks for what the module does not define")
+            needed |= set(symbols.values())
         for image in self.images.values():
             exported = set(self.compiler.symbols(image, "--extern-only",
                                                  "--defined-only").values())
@@ -540,6 +589,7 @@ def run_parts(check, without):
         ("method types", {"compilers", "platform-headers"}, check.method_types),
         ("declarations", everything, check.declarations),
         ("ABI assertions", everything, check.abi_assertions),
+        ("Objective-C++ hosts", everything, check.objective_cpp_hosts),
         ("compile and link", everything, check.compile_and_link),
         ("slices", everything, check.slices),
         ("exports", everything, check.exports),

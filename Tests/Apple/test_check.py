@@ -48,13 +48,33 @@ PLANTS = [
           "  objc_setHook_lazyClassNamer(nullptr, &former);\n}\n",
           ("declarations: FAILED", "only available on iOS 14")),
     Plant("a wrong declaration of a runtime function", Path("Sources/Platform/Native.h"),
-          ("const char* class_getName(objc_class* cls);", "char* class_getName(objc_class* cls);"),
-          ("declarations: FAILED", "functions that differ only in their return type",
-           "class_getName")),
+          ("const char* nameOfClass(Class cls)", "char* nameOfClass(Class cls)"),
+          ("declarations: FAILED", "isDeclaredAs", "class_getName")),
+    Plant("a wrong declaration of an object", Path("Sources/Platform/Native.h"),
+          ("extern void* stackBlockClass[32]", "extern void* stackBlockClass[31]"),
+          ("declarations: FAILED", "isDeclaredAs", "_NSConcreteStackBlock")),
     Plant("a declaration that no header of the platform has", Path("Sources/Platform/Native.h"),
-          ("const char* class_getName(objc_class* cls);",
-           "const char* class_getName(objc_class* cls);\nvoid objc_planted(objc_class* cls);"),
+          ("Class superclassOf(Class cls)",
+           "void planted(Class cls) ZIB_SYMBOL(objc_planted);\nClass superclassOf(Class cls)"),
           ("declarations: FAILED", "objc_planted")),
+    Plant("a runtime function newer than iOS 13", Path("Sources/Platform/Native.h"),
+          ("Class superclassOf(Class cls)",
+           "void planted(const char* (*)(Class), const char* (**)(Class))\n"
+           "    ZIB_SYMBOL(objc_setHook_lazyClassNamer);\nClass superclassOf(Class cls)"),
+          ("declarations: FAILED", "only available on iOS 14")),
+    Plant("a symbol that is bound where nothing compares it", PLANTED,
+          'struct objc_class;\nint planted(objc_class*) __asm__("_class_getName");\n',
+          ("declarations: FAILED", "outside Native.h", "Planted.cpp")),
+    Plant("a declaration that clashes with the platform's in Objective-C++",
+          Path("Sources/ZibMessaging/ZibPushError.h"),
+          ("std::string_view errorDescription(",
+           'struct objc_class;\nextern "C" const char* class_getName(objc_class* cls);\n'
+           "std::string_view errorDescription("),
+          ("Objective-C++ hosts: FAILED", "class_getName", "conflicting types")),
+    Plant("an object that ARC would own", Path("Sources/Platform/ObjectiveC.h"),
+          ("native(::id object) noexcept { return (__bridge objc::id)object; }",
+           "native(::id object) noexcept { return (objc::id)object; }"),
+          ("Objective-C++ hosts: FAILED", "requires a bridged cast")),
     Plant("an extra export", Path("Tests/Apple/exports.txt"),
           ("ZibMessaging::shared ", "ZibMessaging::setUpIntegration  # planted\n"
            "ZibMessaging::shared "),
@@ -83,7 +103,7 @@ PLANTS = [
           ('"iossimulator", "14.0"', '"iossimulator", "13.0"'),
           ("slices: FAILED", "iossimulator 14.0")),
     Plant("Apple-only lines that are not documented", Path("Sources/Platform/Native.h"),
-          ("void objc_msgSend(void);", "void objc_msgSend(void);\nstruct planted;"),
+          ("void messageSend() ", "struct planted;\nvoid messageSend() "),
           ("documented lines: FAILED", "Native.h")),
 ]
 
@@ -146,7 +166,7 @@ def main():
     mistakes = []
     with tempfile.TemporaryDirectory(prefix="check-apple-") as folder:
         tree = Path(folder)
-        for part in ["Sources", "Tests/Apple", "build/apple"]:
+        for part in ["Sources", "Examples", "Tests/Apple", "build/apple"]:
             shutil.copytree(part, tree / part)
         for part in ["docs/platforms.md", "script/check-apple"]:
             (tree / part).parent.mkdir(exist_ok=True)

@@ -196,10 +196,10 @@ TEST_F(ClassTest, OnlyTheHierarchyOfNSObjectCounts) {
   EXPECT_FALSE(zib::isNSObject(proxyClass.object()));
   EXPECT_EQ(Class::visibleClassOf(proxy.raw()), proxyClass);
 
-  const Class root(objc_allocateClassPair(nullptr, "ClassTestRoot", 0));
+  const Class root(zib::objc::allocateClassPair(nullptr, "ClassTestRoot", 0));
   constexpr unsigned char logOfPointerAlignment = 3;
   class_addIvar(root.raw(), "isa", sizeof(id), logOfPointerAlignment, "#");
-  objc_registerClassPair(root.raw());
+  zib::objc::registerClassPair(root.raw());
   const id rootObject = class_createInstance(root.raw(), 0);
   EXPECT_FALSE(zib::isNSObject(rootObject));
   EXPECT_EQ(Class::visibleClassOf(rootObject), root);

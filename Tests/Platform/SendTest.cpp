@@ -42,7 +42,7 @@ Seen& seen() {
 }
 
 double takeAll(id self, SEL command, id object, double number, BOOL flag) {
-  seen() = {self, sel_getName(command), object, number, flag};
+  seen() = {self, zib::objc::nameOfSelector(command), object, number, flag};
   return number * 2;
 }
 

@@ -55,7 +55,7 @@ struct Scene {
   static inline bool callsSuper = false;
 
   static void open(id self, SEL selector, id scene, id contexts) {
-    calls().push_back({cls.name(), self, sel_getName(selector)});
+    calls().push_back({cls.name(), self, zib::objc::nameOfSelector(selector)});
     if (!callsSuper) return;
     const auto inherited = cls.superclass().instanceMethod(zib::Selector(selector));
     if (!inherited) return;
@@ -249,7 +249,7 @@ struct Relaying {
   static inline id other = nullptr;
 
   static void open(id self, SEL selector, id scene, id contexts) {
-    calls().push_back({"SceneRelaying", self, sel_getName(selector)});
+    calls().push_back({"SceneRelaying", self, zib::objc::nameOfSelector(selector)});
     test::openURLContexts(other, scene, contexts);
   }
 };

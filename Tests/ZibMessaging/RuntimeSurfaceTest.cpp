@@ -32,7 +32,7 @@ std::set<std::string> methodsOf(Class cls) {
   objc_method** const methods = class_copyMethodList(cls.raw(), &count);
   std::set<std::string> names;
   for (unsigned int index = 0; index < count; ++index) {
-    names.insert(sel_getName(method_getName(methods[index])));
+    names.insert(zib::objc::nameOfSelector(method_getName(methods[index])));
   }
   std::free(methods);  // NOLINT(cppcoreguidelines-no-malloc): the runtime's memory
   return names;

@@ -173,6 +173,8 @@ TEST_F(URLTest, QueriesAreSplitIntoItems) {
                            {"http://h/?a+b=c+d", {"a+b=c+d"}},
                            {"http://h/?a=%FF", {"a"}},
                            {"http://h/?a=%26%3D%F0%9F%98%80", {"a=&=😀"}},
+                           {"http://h/?%FF=1", {"=1"}},
+                           {"http://h/?a%00b=c%00d", {std::string("a\0b=c\0d", 7)}},
                            {"http://h/?a=1&a=2", {"a=1", "a=2"}},
                            {"http://h/?", {}},
                            {"http://h/", {}},

@@ -262,6 +262,29 @@ TEST_F(CommandLine, CarriesPayloadsOfEveryKindUnchanged) {
   EXPECT_EQ(reported.dump(), userInfo.dump());
 }
 
+TEST_F(CommandLine, WritesNothingThatBreaksALine) {
+  const Outcome outcome = zibsim({"run", "--format", "jsonl", "-"},
+                                 R"({"steps": [{"do": "call", "operation": "setFCMToken",
+                     "arguments": {"token": "a\u0085b\u2028c\u2029d\ne"}}]})");
+  EXPECT_NE(outcome.output.find(R"(a\u0085b\u2028c\u2029d\ne...)"), std::string::npos);
+  EXPECT_EQ(entriesIn(outcome.output).back().at("message"),
+            "⚠️ Ignoring FCM token received before APNS registration: "
+            "a\u0085b\u2028c\u2029d\ne...");
+}
+
+TEST_F(CommandLine, TakesNullForWhatIsNotThere) {
+  EXPECT_EQ(zibsim({"run", "-"}, R"({
+    "core": {"config": null, "pushConfigEndpoint": null},
+    "device": {"authorization": {"error": null}},
+    "host": {"appDelegate": {"class": "App", "superclass": null}, "firebase": null,
+             "notificationDelegate": null, "urlDelegate": null},
+    "steps": [{"do": "configurePush", "endpoint": null, "firebase": null}],
+    "expect": [{"kind": "log",
+                "message": "Push config endpoint not available - SDK not initialized?"}]})")
+                .status,
+            allAsExpected);
+}
+
 // A payload of 1 MB, nested 1,000 levels deep.
 Json heavyPayload() {
   Json deep = "bottom";
@@ -293,27 +316,72 @@ std::optional<pid_t> childOf(pid_t process) {
   return stream >> child ? std::optional(child) : std::nullopt;
 }
 
-TEST_F(CommandLine, TellsThatTheProcessOfAScenarioDied) {
-  // More than the pipes between the three processes hold: while nobody reads, the scenario cannot
-  // end.
-  const Json step = {{"do", "call"},
-                     {"operation", "willPresent"},
-                     {"arguments", {{"userInfo", {{"text", std::string(10'000, 'x')}}}}}};
-  const std::string file =
-      write("a.json", Json{{"name", "long"}, {"steps", std::vector<Json>(100, step)}}.dump());
-  ASSERT_EQ(::mkfifo(path("out").c_str(), 0600), 0);
-  const int reader = ::open(path("out").c_str(), O_RDONLY | O_NONBLOCK);
-  const pid_t zibsim = start({"run", "--format", "jsonl", file});
-  std::optional<pid_t> child;
-  while (!(child = childOf(zibsim))) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  ASSERT_EQ(::kill(*child, SIGKILL), 0);
-  ASSERT_EQ(::fcntl(reader, F_SETFL, 0), 0);
+// A run in its midst: nobody reads what it writes, which is more than the pipes between the
+// processes hold.
+class RunInProgress : public CommandLine {
+ protected:
+  RunInProgress() {
+    ::setenv("TMPDIR", path("tmp").c_str(), 1);  // NOLINT(concurrency-mt-unsafe): nobody else runs
+    std::filesystem::create_directory(path("tmp"));
+    const Json step = {{"do", "call"},
+                       {"operation", "willPresent"},
+                       {"arguments", {{"userInfo", {{"text", std::string(10'000, 'x')}}}}}};
+    const std::string file =
+        write("a.json", Json{{"name", "long"}, {"steps", std::vector<Json>(100, step)}}.dump());
+    EXPECT_EQ(::mkfifo(path("out").c_str(), 0600), 0);
+    reader_ = ::open(path("out").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    zibsim_ = start({"run", "--format", "jsonl", file});
+    std::optional<pid_t> child;
+    while (!(child = childOf(zibsim_))) pause();
+    child_ = *child;
+    while (left().empty()) pause();
+  }
+
+  static void pause() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
+
+  // What stands in the folder for temporary files.
+  [[nodiscard]] std::vector<std::filesystem::path> left() const {
+    return {std::filesystem::directory_iterator(path("tmp")), {}};
+  }
+
+  int reader_ = -1;
+  pid_t zibsim_ = -1;
+  pid_t child_ = -1;
+};
+
+TEST_F(RunInProgress, TellsThatTheProcessOfAScenarioDied) {
+  ASSERT_EQ(::kill(child_, SIGKILL), 0);
+  ASSERT_EQ(::fcntl(reader_, F_SETFL, 0), 0);
   std::string buffer(65536, '\0');
-  while (::read(reader, buffer.data(), buffer.size()) > 0) continue;
-  ::close(reader);
-  EXPECT_EQ(statusOf(zibsim), processDied);
+  while (::read(reader_, buffer.data(), buffer.size()) > 0) continue;
+  ::close(reader_);
+  EXPECT_EQ(statusOf(zibsim_), processDied);
   EXPECT_EQ(contentsOf(path("err")),
             "zibsim: the process of \"long\" died: it was killed by the signal SIGKILL\n");
+  EXPECT_TRUE(left().empty());
+}
+
+TEST_F(RunInProgress, LeavesNothingWhenItsReaderGoes) {
+  ::close(reader_);
+  EXPECT_EQ(statusOf(zibsim_), wrongUsage);
+  EXPECT_EQ(contentsOf(path("err")),
+            "zibsim: the output cannot be written; allowed: a place with room for it\n");
+  EXPECT_TRUE(left().empty());
+}
+
+class InterruptedRun : public RunInProgress, public testing::WithParamInterface<int> {};
+
+INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedRun, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST_P(InterruptedRun, LeavesNothingAndEndsByTheSignal) {
+  ASSERT_EQ(::kill(zibsim_, GetParam()), 0);
+  // The write that is under way is let through.
+  ::close(reader_);
+  int status = 0;
+  ASSERT_EQ(::waitpid(zibsim_, &status, 0), zibsim_);
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == GetParam());
+  EXPECT_EQ(::kill(child_, 0), -1);
+  EXPECT_TRUE(left().empty());
 }
 
 }  // namespace

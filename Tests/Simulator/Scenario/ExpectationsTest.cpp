@@ -68,12 +68,25 @@ TEST(Expectations, ThatAreNotMetComeWithTheNearestEntries) {
     {"t":0.0,"thread":"main","kind":"log","message":"second"})");
 }
 
+TEST(Expectations, ThatMatchNothingComeWithEntriesOfTheSameKeysLaterOnesFirst) {
+  const Json list = {{"data", {{"list", {1}}}}};
+  EXPECT_EQ(sim::unmetExpectations(Json::array({list}), timeline({first, event, second})).front(),
+            R"(expectation 0 is not met: {"data":{"list":[1]}}
+  nearest entries:
+    {"t":0.0,"thread":"main","kind":"event","data":{"club":"gold","list":[1,{"a":1}]}})");
+  EXPECT_EQ(
+      sim::unmetExpectations({first, {{"message", "third"}}}, timeline({first, second})).back(),
+      R"(expectation 1 is not met: {"message":"third"}
+  nearest entries:
+    {"t":0.0,"thread":"main","kind":"log","message":"second"}
+    {"t":0.0,"thread":"main","kind":"log","message":"first"})");
+}
+
 TEST(Expectations, ThatAreNotMetDoNotHideTheNext) {
-  const auto unmet = sim::unmetExpectations({{{"kind", "problem"}}, first, {{"absent", event}}},
+  const auto unmet = sim::unmetExpectations({{{"code", "none"}}, first, {{"absent", event}}},
                                             timeline({first, event}));
   ASSERT_EQ(unmet.size(), 2U);
-  EXPECT_EQ(unmet.front(),
-            "expectation 0 is not met: {\"kind\":\"problem\"}\n  no entry is like it");
+  EXPECT_EQ(unmet.front(), "expectation 0 is not met: {\"code\":\"none\"}\n  no entry is like it");
   EXPECT_TRUE(unmet.back().starts_with("expectation 2 is not met: {\"absent\":"));
   EXPECT_NE(unmet.back().find("this entry is there:"), std::string::npos);
 }

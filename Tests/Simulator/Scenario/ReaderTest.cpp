@@ -208,7 +208,7 @@ INSTANTIATE_TEST_SUITE_P(
                 withStep(R"({"do": "setFirebase", "delegate": "appDelegate"})"),
                 R"(/steps/0/delegate: got "appDelegate"; allowed: an object, null)"},
         Mistake{"NoSceneToOpen", withStep(R"({"do": "sceneOpenURLs", "urls": []})"),
-                "/steps/0: got 0; allowed: nothing: no scene is connected"},
+                "/steps/0: got 0; allowed: none, since no scene is connected"},
         Mistake{"SceneOutOfRange", withStep(R"({"do": "connectScene"},
                             {"do": "sceneOpenURLs", "scene": 1, "urls": []})"),
                 "/steps/1/scene: got 1; allowed: 0 to 0"},

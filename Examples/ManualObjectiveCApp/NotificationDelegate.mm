@@ -1,8 +1,9 @@
 #import "NotificationDelegate.h"
 
-#include <stdio.h>
+#include <cstdio>
 
-#import "Messaging.h"
+#include "Platform/ObjectiveC.h"
+#include "ZibMessaging/ZibMessaging.h"
 
 @implementation NotificationDelegate
 
@@ -11,16 +12,17 @@
        willPresentNotification:(UNNotification *)notification
          withCompletionHandler:
              (void (^)(UNNotificationPresentationOptions options))completionHandler {
-  UNNotificationPresentationOptions proposed = messagingWillPresent(notification);
-  printf("app    | shows a notification\n");
+  const auto proposed =
+      ZibMessaging::shared().willPresent(zib::Notification::retained(zib::native(notification)));
+  std::printf("app    | shows a notification\n");
   completionHandler(proposed);
 }
 
 - (void)userNotificationCenter:(UNUserNotificationCenter *)center
     didReceiveNotificationResponse:(UNNotificationResponse *)response
              withCompletionHandler:(void (^)(void))completionHandler {
-  messagingDidReceive(response);
-  printf("app    | a notification was tapped\n");
+  ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(zib::native(response)));
+  std::printf("app    | a notification was tapped\n");
   completionHandler();
 }
 
