@@ -39,7 +39,7 @@ std::string described(const Json& entry) {
   if (kind == "completion") return callOf("completion", entry.at("value"));
   if (kind == "firebaseConfig") return "firebaseConfigHandler";
   if (kind != "log") return entry.dump();
-  const std::string message = entry.at("message");
+  std::string message = entry.at("message");
   if (entry.at("level") == "info") return message;
   const Json error = entry.value("error", Json{{"domain", "no error"}, {"code", ""}});
   return namedError(message, error.at("domain").get<std::string>() + " " + error.at("code").dump());
