@@ -221,6 +221,7 @@ TEST(NetworkTest, CarriesExchangesOfManyThreadsAtOnce) {
       {"/refuse", URLError::cannotConnectToHost},
       {"/unknown", URLError::cannotFindHost}};
   std::vector<std::thread> threads;
+  threads.reserve(expected.size());
   for (const auto& each : expected) {
     threads.emplace_back([&network, &each] {
       for (int round = 0; round < 10; ++round) {
