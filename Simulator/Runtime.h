@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 
 #include "Platform/Class.h"
 #include "Platform/Native.h"

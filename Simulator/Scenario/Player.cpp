@@ -1,7 +1,6 @@
 #include "Simulator/Scenario/Player.h"
 
 #include <cmath>
-#include <functional>
 #include <map>
 #include <memory>
 

@@ -1,7 +1,6 @@
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 
 #include <array>
-#include <optional>
 
 #include "Platform/Application.h"
 #include "Platform/MainQueue.h"
