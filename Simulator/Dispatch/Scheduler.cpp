@@ -1,6 +1,7 @@
 #include "Simulator/Dispatch/Scheduler.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
@@ -12,6 +13,7 @@ namespace sim {
 namespace {
 
 constexpr std::string_view mainThreadName = "main";
+constexpr double nanosecondsPerSecond = 1e9;
 
 std::string& threadName() {
   static thread_local std::string name(mainThreadName);
@@ -25,6 +27,10 @@ void runPooled(const Work& work) {
 }
 
 }  // namespace
+
+Nanoseconds inNanoseconds(double seconds) { return std::llround(seconds * nanosecondsPerSecond); }
+
+double inSeconds(Nanoseconds time) { return static_cast<double>(time) / nanosecondsPerSecond; }
 
 std::string_view currentThreadName() { return threadName(); }
 
