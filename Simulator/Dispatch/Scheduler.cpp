@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "Platform/AutoreleasePool.h"
-#include "ZibMessaging/NeverDestroyed.h"
+#include "Platform/NeverDestroyed.h"
 
 namespace sim {
 namespace {
@@ -36,7 +36,7 @@ std::string_view currentThreadName() { return threadName(); }
 
 // Never destroyed: work that waits when the process ends stays the queue's.
 Scheduler& Scheduler::shared() {
-  static NeverDestroyed<Scheduler> scheduler([] { return Scheduler(); });
+  static zib::NeverDestroyed<Scheduler> scheduler([] { return Scheduler(); });
   return *scheduler;
 }
 
