@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 #include "Platform/Block.h"
 #include "Platform/Native.h"
@@ -57,6 +58,13 @@ void dispatch_after_f(std::uint64_t when, dispatch_queue_s* /*queue*/, void* con
                       void (*work)(void*)) {
   submitAt(when, call(context, work));
 }
+
+// The module binds its own declarations to these symbols by name alone.
+static_assert(std::is_same_v<decltype(dispatch_time), decltype(zib::objc::dispatchTime)>);
+static_assert(std::is_same_v<decltype(dispatch_async_f), decltype(zib::objc::dispatchAsync)>);
+static_assert(std::is_same_v<decltype(dispatch_sync_f), decltype(zib::objc::dispatchSync)>);
+static_assert(std::is_same_v<decltype(dispatch_after_f), decltype(zib::objc::dispatchAfter)>);
+static_assert(std::is_same_v<decltype(_dispatch_main_q), decltype(zib::objc::mainDispatchQueue)>);
 
 // The same with blocks, for hosts that are compiled from Objective-C.
 

@@ -1,7 +1,7 @@
 #include "Simulator/Scenario/Expectations.h"
 
 #include <algorithm>
-#include <utility>
+#include <tuple>
 
 namespace sim {
 namespace {
@@ -31,31 +31,36 @@ int likeness(const Json& expected, const Json& actual) {
   return sum;
 }
 
-std::string describeNearest(const Json& expected, const std::vector<Json>& timeline,
-                            std::size_t from) {
+// The entries that are most like what is expected, at most three; of those that are equally like
+// it, the ones first that it could have matched.
+std::vector<std::size_t> nearestEntries(const Json& expected, const std::vector<Json>& timeline,
+                                        std::size_t from) {
   constexpr std::size_t most = 3;
-  struct Candidate {
-    int likeness;
-    std::size_t index;
-  };
-  std::vector<Candidate> candidates;
+  using Rank = std::tuple<int, bool, std::size_t>;
+  std::vector<Rank> ranks;
   for (std::size_t index = 0; index < timeline.size(); ++index) {
     const int score = likeness(expected, timeline[index]);
-    if (score > 0) candidates.push_back({score, index});
+    if (score > 0) ranks.emplace_back(-score, index < from, index);
   }
-  // Of those that are equally like it, the ones first that it could have matched.
-  const auto rank = [from](Candidate each) { return std::pair(-each.likeness, each.index < from); };
-  std::stable_sort(candidates.begin(), candidates.end(),
-                   [&](auto one, auto other) { return rank(one) < rank(other); });
-  if (candidates.empty()) return "\n  no entry is like it";
+  std::sort(ranks.begin(), ranks.end());
+  // One with nothing but the same keys is no help beside one that has a value too.
+  const auto hasValue = [](const Rank& rank) { return -std::get<int>(rank) >= likenessOfEqual; };
+  std::vector<std::size_t> nearest;
+  for (const Rank& rank : ranks) {
+    if (nearest.size() == most || hasValue(rank) != hasValue(ranks.front())) break;
+    nearest.push_back(std::get<std::size_t>(rank));
+  }
+  return nearest;
+}
+
+std::string describeNearest(const Json& expected, const std::vector<Json>& timeline,
+                            std::size_t from) {
+  const std::vector<std::size_t> nearest = nearestEntries(expected, timeline, from);
+  if (nearest.empty()) return "\n  no entry is like it";
   std::string text = "\n  nearest entries:";
-  for (const Candidate& candidate : candidates) {
-    if (static_cast<std::size_t>(&candidate - candidates.data()) == most) break;
-    // One with nothing but the same keys is no help beside one that has a value too.
-    if (candidate.likeness < likenessOfEqual && candidates.front().likeness >= likenessOfEqual)
-      break;
-    text += "\n    " + lineFrom(timeline[candidate.index]);
-    if (candidate.index < from && matches(expected, timeline[candidate.index])) {
+  for (const std::size_t index : nearest) {
+    text += "\n    " + lineFrom(timeline[index]);
+    if (index < from && matches(expected, timeline[index])) {
       text += "\n      (comes before the entry that the expectation above it matched)";
     }
   }
