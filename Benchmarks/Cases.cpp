@@ -1,6 +1,5 @@
 #include "Benchmarks/Cases.h"
 
-#include <memory>
 #include <nlohmann/json.hpp>
 
 #include "Benchmarks/Device.h"

@@ -58,10 +58,9 @@ void set(id self, SEL, id value) {
 Class registerPlain(const char* name, std::initializer_list<const char*> getters,
                     Class superclass = classNamed<"NSObject">()) {
   objc_class* const raw = zib::objc::allocateClassPair(superclass.raw(), name, 0);
-  constexpr unsigned char logOfPointerAlignment = 3;
   if (superclass == classNamed<"NSObject">()) {
-    class_addIvar(raw, "first", sizeof(id), logOfPointerAlignment, "@");
-    class_addIvar(raw, "second", sizeof(id), logOfPointerAlignment, "@");
+    sim::addPointerVariable(raw, "first", "@");
+    sim::addPointerVariable(raw, "second", "@");
   }
   zib::objc::registerClassPair(raw);
   const Class cls(raw);
@@ -171,7 +170,6 @@ void setUpFirebase() {
 }  // namespace
 
 void setUpDevice() {
-  objc_thread_add();
   const zib::AutoreleasePool pool;
   sim::installFoundation();
   sim::setSystemVersion(17, 0);

@@ -31,6 +31,7 @@ void trackFlatEvent(std::string_view schema, const FlatEvent& event);
 void consume(const zib::ValueMap& event);
 void consume(const FlatEvent& event);
 void consume(std::string_view text);
+// Nobody asks; that somebody could is what keeps the work from being dropped.
 std::uint64_t consumed();
 
 // From now on everything is recorded, one text for each call of the core, until it is taken.

@@ -6,11 +6,11 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 
 #include "Platform/Class.h"
 #include "Platform/Native.h"
 #include "Platform/Selector.h"
+#include "Platform/Send.h"
 #include "Platform/TypeEncoding.h"
 
 struct objc_ivar;
@@ -19,7 +19,6 @@ extern "C" {
 
 // Tells the runtime that the process has threads, so that it locks its tables while classes change.
 zib::objc::BOOL objc_thread_add();
-objc_method* class_getClassMethod(objc_class* cls, zib::objc::SEL selector);
 zib::objc::SEL method_getName(objc_method* method);
 objc_method** class_copyMethodList(objc_class* cls, unsigned int* count);
 // Before the class is registered. `logOfAlignment` is the logarithm to base 2.
@@ -61,6 +60,26 @@ template <class Result, class... Arguments>
 zib::objc::IMP installClassMethod(zib::Class cls, const char* name,
                                   Result (*function)(zib::objc::id, zib::objc::SEL, Arguments...)) {
   return installMethod(metaclassOf(cls), name, function);
+}
+
+// Gives a class that is not registered yet an instance variable that holds a pointer.
+inline void addPointerVariable(objc_class* cls, const char* name, const char* type) {
+  constexpr unsigned char logOfPointerAlignment = 3;
+  class_addIvar(cls, name, sizeof(void*), logOfPointerAlignment, type);
+}
+
+// What such a variable holds.
+inline void* pointerVariable(zib::objc::id object, const char* name) {
+  void* value = nullptr;
+  object_getInstanceVariable(object, name, &value);
+  return value;
+}
+
+// The end of a `dealloc` of one's own, in a class made from NSObject.
+inline void deallocInherited(zib::objc::id object, zib::objc::SEL dealloc) {
+  const zib::Selector selector(dealloc);
+  const auto inherited = zib::classNamed<"NSObject">().instanceMethod(selector);
+  zib::callImplementation<void>(inherited.implementation(), object, selector);
 }
 
 }  // namespace sim

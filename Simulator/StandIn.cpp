@@ -19,11 +19,7 @@ namespace {
 
 constexpr const char* storageName = "standInProperties";
 
-id storage(id object) {
-  void* dictionary = nullptr;
-  object_getInstanceVariable(object, storageName, &dictionary);
-  return static_cast<id>(dictionary);
-}
+id storage(id object) { return static_cast<id>(pointerVariable(object, storageName)); }
 
 id getObject(id self, SEL getter) { return property(self, zib::objc::nameOfSelector(getter)); }
 
@@ -32,10 +28,9 @@ UInteger getUnsigned(id self, SEL getter) {
       property(self, zib::objc::nameOfSelector(getter)), selector<"unsignedLongLongValue">()));
 }
 
-void dealloc(id self, SEL dealloc) {
+void dealloc(id self, SEL command) {
   zib::objc::release(storage(self));
-  const auto inherited = classNamed<"NSObject">().instanceMethod(zib::Selector(dealloc));
-  zib::callImplementation<void>(inherited.implementation(), self, zib::Selector(dealloc));
+  deallocInherited(self, command);
 }
 
 Class registerOrderedSet() {
@@ -65,8 +60,7 @@ Class registerOrderedSet() {
 Class registerStandIn(const char* name, Class superclass, const StandInProperties& properties) {
   objc_class* const raw = zib::objc::allocateClassPair(superclass.raw(), name, 0);
   if (raw == nullptr) return Class::named(name);
-  constexpr unsigned char logOfPointerAlignment = 3;
-  class_addIvar(raw, storageName, sizeof(void*), logOfPointerAlignment, "@");
+  addPointerVariable(raw, storageName, "@");
   zib::objc::registerClassPair(raw);
   const Class cls(raw);
   for (const char* object : properties.objects) installMethod(cls, object, &getObject);

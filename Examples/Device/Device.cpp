@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Platform/Block.h"
+#include "Platform/Class.h"
 #include "Platform/Data.h"
 #include "Platform/Error.h"
 #include "Platform/Send.h"
@@ -13,7 +14,6 @@
 #include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
-#include "Simulator/Runtime.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
@@ -59,7 +59,6 @@ void runMainQueue() { sim::Scheduler::shared().drain(); }
 }  // namespace
 
 void launchDevice() {
-  objc_thread_add();
   sim::installFoundation();
   sim::setMainBundlePath("/Applications/Example.app");
   sim::setSystemVersion(17, 0);

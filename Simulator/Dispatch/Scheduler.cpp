@@ -1,17 +1,19 @@
 #include "Simulator/Dispatch/Scheduler.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
 
 #include "Platform/AutoreleasePool.h"
-#include "ZibMessaging/NeverDestroyed.h"
+#include "Platform/NeverDestroyed.h"
 
 namespace sim {
 namespace {
 
 constexpr std::string_view mainThreadName = "main";
+constexpr double nanosecondsPerSecond = 1e9;
 
 std::string& threadName() {
   static thread_local std::string name(mainThreadName);
@@ -26,11 +28,15 @@ void runPooled(const Work& work) {
 
 }  // namespace
 
+Nanoseconds inNanoseconds(double seconds) { return std::llround(seconds * nanosecondsPerSecond); }
+
+double inSeconds(Nanoseconds time) { return static_cast<double>(time) / nanosecondsPerSecond; }
+
 std::string_view currentThreadName() { return threadName(); }
 
 // Never destroyed: work that waits when the process ends stays the queue's.
 Scheduler& Scheduler::shared() {
-  static NeverDestroyed<Scheduler> scheduler([] { return Scheduler(); });
+  static zib::NeverDestroyed<Scheduler> scheduler([] { return Scheduler(); });
   return *scheduler;
 }
 

@@ -2,7 +2,7 @@
 //
 // Exactly one thread runs at any moment, so that a run is the same each time: the main thread hands
 // over to another one and waits until that one has finished or waits for the main queue. Time is
-// virtual and moves only in advance() and when nothing is left to do but to wait for something
+// virtual and moves only in advanceTo() and when nothing is left to do but to wait for something
 // slow.
 
 #pragma once
@@ -20,6 +20,10 @@ namespace sim {
 
 using Work = std::function<void()>;
 using Nanoseconds = std::int64_t;
+
+// To the nearest nanosecond.
+Nanoseconds inNanoseconds(double seconds);
+double inSeconds(Nanoseconds time);
 
 // The name under which the timeline shows the calling thread: "main" unless one was given.
 std::string_view currentThreadName();

@@ -2,8 +2,6 @@
 
 #pragma once
 
-#include <optional>
-
 #include "Platform/Object.h"
 
 namespace sim::firebase {

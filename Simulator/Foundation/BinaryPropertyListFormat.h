@@ -3,15 +3,12 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace sim::bplist {
 
 inline constexpr std::string_view header = "bplist00";
 inline constexpr std::size_t trailerSize = 32;
-// Dates count from 2001-01-01T00:00:00Z.
-inline constexpr double referenceDate = 978307200;
 
 // An object starts with a byte: its kind, and how long it is.
 namespace kind {

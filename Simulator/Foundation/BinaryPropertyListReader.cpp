@@ -7,6 +7,7 @@
 #include "Simulator/Foundation/BinaryPropertyListFormat.h"
 #include "Simulator/Foundation/Budget.h"
 #include "Simulator/Foundation/FormatError.h"
+#include "Simulator/Foundation/GregorianTime.h"
 #include "Simulator/Foundation/SortedMembers.h"
 #include "Simulator/Foundation/TextEncoding.h"
 
@@ -168,7 +169,7 @@ class Reader {
   static zib::Value date(unsigned exponent, Cursor& cursor) {
     const auto seconds = std::bit_cast<double>(bigEndian(cursor.take(8)));
     if (exponent != 3 || !std::isfinite(seconds)) throw FormatError("a date is no date");
-    return zib::Date{seconds + bplist::referenceDate};
+    return zib::Date{seconds + referenceDate};
   }
 
   std::string string(std::uint64_t reference) {

@@ -8,6 +8,7 @@
 #include "Simulator/Foundation/BinaryPropertyList.h"
 #include "Simulator/Foundation/BinaryPropertyListFormat.h"
 #include "Simulator/Foundation/FormatError.h"
+#include "Simulator/Foundation/GregorianTime.h"
 #include "Simulator/Foundation/TextEncoding.h"
 
 namespace sim {
@@ -87,7 +88,7 @@ class Writer {
   }
   void operator()(zib::Date value) {
     appendMarker(bplist::kind::date, 3);
-    appendNumber(std::bit_cast<std::uint64_t>(value.secondsSince1970 - bplist::referenceDate), 8);
+    appendNumber(std::bit_cast<std::uint64_t>(value.secondsSince1970 - referenceDate), 8);
   }
   void operator()(const zib::Array& value) {
     appendLength(bplist::kind::array, value.size());

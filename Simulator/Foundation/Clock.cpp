@@ -6,6 +6,7 @@
 #include "Platform/Send.h"
 #include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/Foundation.h"
+#include "Simulator/Foundation/GregorianTime.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/Setting.h"
 #include "Simulator/Runtime.h"
@@ -17,9 +18,6 @@ using zib::selector;
 using zib::send;
 using zib::objc::id;
 using zib::objc::SEL;
-
-// Foundation's reference date, 2001-01-01T00:00:00Z, in seconds since 1970.
-constexpr double referenceDate = 978307200;
 
 double systemClock() {
   const auto now = std::chrono::system_clock::now().time_since_epoch();

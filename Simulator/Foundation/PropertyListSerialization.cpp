@@ -1,6 +1,5 @@
 // NSPropertyListSerialization: which form bytes are in, and which objects are property lists.
 
-#include <optional>
 #include <string>
 
 #include "Platform/Class.h"

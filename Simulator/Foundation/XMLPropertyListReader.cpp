@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <cstdlib>
 #include <exception>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>

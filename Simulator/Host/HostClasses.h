@@ -4,10 +4,8 @@
 #pragma once
 
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "Platform/Class.h"
 #include "Platform/Object.h"

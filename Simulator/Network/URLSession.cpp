@@ -1,6 +1,5 @@
 #include "Simulator/Network/URLSession.h"
 
-#include <cmath>
 #include <mutex>
 #include <span>
 
@@ -136,13 +135,12 @@ void Exchange::endAt(Nanoseconds due, void (Exchange::*end)()) {
 }
 
 void Exchange::resume() {
-  constexpr double nanosecondsPerSecond = 1e9;
   const std::lock_guard lock(mutex_);
   if (state_ != State::suspended) return;
   state_ = State::running;
   order_.record();
   const Nanoseconds now = Scheduler::shared().now();
-  timeOutTime_ = now + std::llround(order_.timeout * nanosecondsPerSecond);
+  timeOutTime_ = now + inNanoseconds(order_.timeout);
   endAt(now, &Exchange::transfer);
 }
 
@@ -189,19 +187,14 @@ void Exchange::deliver(const HTTPOutcome& outcome) {
 using Held = std::shared_ptr<Exchange>;
 constexpr const char* exchangeVariable = "exchange";
 
-Held* heldBy(id task) {
-  void* held = nullptr;
-  object_getInstanceVariable(task, exchangeVariable, &held);
-  return static_cast<Held*>(held);
-}
+Held* heldBy(id task) { return static_cast<Held*>(pointerVariable(task, exchangeVariable)); }
 
 void resume(id task, SEL) { (*heldBy(task))->resume(); }
 void cancel(id task, SEL) { (*heldBy(task))->cancel(); }
 
 void dealloc(id task, SEL command) {
   const std::unique_ptr<Held> held(heldBy(task));
-  const auto inherited = classNamed<"NSObject">().instanceMethod(zib::Selector(command));
-  zib::callImplementation<void>(inherited.implementation(), task, zib::Selector(command));
+  deallocInherited(task, command);
 }
 
 id dataTaskWithRequest(id, SEL, id request, BlockLayout* completion) {
@@ -225,8 +218,7 @@ id sharedSession(id, SEL) {
 void registerTask() {
   objc_class* const raw =
       zib::objc::allocateClassPair(classNamed<"NSObject">().raw(), "NSURLSessionTask", 0);
-  constexpr unsigned char logOfPointerAlignment = 3;
-  class_addIvar(raw, exchangeVariable, sizeof(void*), logOfPointerAlignment, "^v");
+  addPointerVariable(raw, exchangeVariable, "^v");
   zib::objc::registerClassPair(raw);
   const Class task(raw);
   installMethod(task, "resume", &resume);

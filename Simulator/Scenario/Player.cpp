@@ -1,7 +1,5 @@
 #include "Simulator/Scenario/Player.h"
 
-#include <cmath>
-#include <functional>
 #include <map>
 #include <memory>
 
@@ -14,15 +12,14 @@
 #include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Host/RecordingMessagingDelegate.h"
 #include "Simulator/Network/URLSession.h"
-#include "Simulator/Runtime.h"
 #include "Simulator/Scenario/CompletionWatch.h"
 #include "Simulator/Scenario/Documents.h"
+#include "Simulator/Scenario/Fields.h"
+#include "Simulator/Scenario/Operations.h"
 #include "Simulator/Scenario/Reader.h"
-#include "Simulator/Timeline/TextForms.h"
 #include "ZibMessaging/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
-#include "ZibMessaging/ZibPayloadBuilder.h"
 #include "ZibMessaging/ZibPushConfig.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 
@@ -35,30 +32,9 @@ using zib::send;
 using zib::objc::BOOL;
 using zib::objc::id;
 
-constexpr double nanosecondsPerSecond = 1e9;
-constexpr const char* defaultAction = "com.apple.UNNotificationDefaultActionIdentifier";
-
 void addReturn(const std::string& of, const Json& value) {
   Timeline::shared().add("return", {{"of", of}, {"value", value}});
 }
-
-zib::ValueMap userInfoOf(const Json& fields) {
-  return *valueFromJson(fields.at("userInfo")).get<zib::ValueMap>();
-}
-
-zib::Dictionary dictionaryOf(const Json& fields) {
-  return zib::Dictionary::from(userInfoOf(fields));
-}
-
-zib::Bytes bytesOf(const Json& fields) {
-  return bytesFromHex(fields.at("hex").get<std::string>()).value();
-}
-
-zib::Error errorOf(const Json& fields) { return readError(Node(fields.at("error"), "/error")); }
-
-zib::URL urlFrom(const std::string& text) { return zib::URL::parse(text).value(); }
-
-std::string actionOf(const Json& fields) { return fields.value("action", defaultAction); }
 
 // Calls the delegate as the system does: only if it responds.
 template <class Result, class... Arguments>
@@ -121,7 +97,7 @@ void Player::setUpDevice(const DeviceDescription& device) {
   installFoundation();
   setMainBundlePath(device.bundlePath);
   setSystemVersion(device.osMajor, device.osMinor);
-  setClock([] { return static_cast<double>(Scheduler::shared().now()) / nanosecondsPerSecond; });
+  setClock([] { return inSeconds(Scheduler::shared().now()); });
   urlsession::install();
   uikit::install(device.application, device.opensURLs);
   usernotifications::install(device.answersByItself ? std::optional(device.authorization)
@@ -196,9 +172,7 @@ void Player::configurePush(const Json& fields) {
   std::optional<std::string> endpoint;
   if (const auto given = step.find("endpoint")) endpoint = given->textOrNull();
   std::optional<FirebaseDescription> firebase;
-  if (const auto given = step.find("firebase"); given && given->hasObject()) {
-    firebase = readFirebase(*given, nullptr);
-  }
+  if (const auto given = step.find("firebase")) firebase = readFirebaseOrNull(*given, nullptr);
   const auto handler = [this, firebase](const zib::Dictionary& config) {
     Timeline::shared().add("firebaseConfig", {{"config", jsonFromObject(config.native().raw())}});
     if (firebase) applyFirebase(*firebase);
@@ -308,110 +282,9 @@ void Player::setSwizzlingEnabled(const Json& fields) {
   ZibSwizzleManager::shared().setSwizzlingEnabled(fields.at("value").get<bool>());
 }
 
-// The module's public operations, each with what it returns, or nothing.
-using Operation = std::optional<Json> (*)(const Json& arguments);
-
-// NOLINTNEXTLINE(readability-function-size): a table
-const std::map<std::string, Operation>& callableOperations() {
-  static const std::map<std::string, Operation> operations{
-      {"setupAutoSwizzling",
-       [](const Json&) -> std::optional<Json> {
-         ZibSwizzleManager::shared().setupAutoSwizzling();
-         return std::nullopt;
-       }},
-      {"setupAsNotificationDelegate",
-       [](const Json&) -> std::optional<Json> {
-         ZibMessaging::shared().setupAsNotificationDelegate();
-         return std::nullopt;
-       }},
-      {"ensureFirebaseMessagingDelegate",
-       [](const Json&) -> std::optional<Json> {
-         ZibMessaging::shared().ensureFirebaseMessagingDelegate();
-         return std::nullopt;
-       }},
-      {"didRegisterForRemoteNotifications",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(arguments));
-         return std::nullopt;
-       }},
-      {"setPushToken",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().setPushToken(bytesOf(arguments));
-         return std::nullopt;
-       }},
-      {"didFailToRegisterForRemoteNotifications",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().didFailToRegisterForRemoteNotifications(
-             arguments.at("error").is_null() ? zib::Error::fromNative(nullptr)
-                                             : errorOf(arguments));
-         return std::nullopt;
-       }},
-      {"setFCMToken",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().setFCMToken(arguments.at("token").get<std::string>());
-         return std::nullopt;
-       }},
-      {"didReceiveRegistrationToken",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().didReceiveRegistrationToken(
-             arguments.at("token").get<std::string>());
-         return std::nullopt;
-       }},
-      {"willPresent",
-       [](const Json& arguments) -> std::optional<Json> {
-         const Object notification = usernotifications::makeNotification(userInfoOf(arguments));
-         return ZibMessaging::shared().willPresent(zib::Notification::retained(notification.raw()));
-       }},
-      {"didReceive",
-       [](const Json& arguments) -> std::optional<Json> {
-         const Object response =
-             usernotifications::makeResponse(userInfoOf(arguments), actionOf(arguments));
-         ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response.raw()));
-         return std::nullopt;
-       }},
-      {"trackNotificationReceived",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().trackNotificationReceived(dictionaryOf(arguments));
-         return std::nullopt;
-       }},
-      {"trackNotificationOpened",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().trackNotificationOpened(dictionaryOf(arguments));
-         return std::nullopt;
-       }},
-      {"handleNotificationURL",
-       [](const Json& arguments) -> std::optional<Json> {
-         return ZibDeepLinkHandler::shared().handleNotificationURL(dictionaryOf(arguments));
-       }},
-      {"handleURL",
-       [](const Json& arguments) -> std::optional<Json> {
-         return ZibDeepLinkHandler::shared().handleURL(
-             urlFrom(arguments.at("url").get<std::string>()),
-             arguments.at("source").get<std::string>());
-       }},
-      {"createNotificationPayload",
-       [](const Json& arguments) -> std::optional<Json> {
-         return jsonFrom(ZibPayloadBuilder::createNotificationPayload(
-             dictionaryOf(arguments), arguments.at("eventType").get<std::string>()));
-       }},
-      {"createEventPayload",
-       [](const Json& arguments) -> std::optional<Json> {
-         std::optional<zib::ValueMap> properties;
-         if (const auto given = arguments.find("properties");
-             given != arguments.end() && !given->is_null()) {
-           properties = *valueFromJson(*given).get<zib::ValueMap>();
-         }
-         return jsonFrom(ZibPayloadBuilder::createEventPayload(
-             arguments.at("eventName").get<std::string>(), properties));
-       }},
-  };
-  return operations;
-}
-
 void Player::call(const Json& fields) {
   const auto operation = fields.at("operation").get<std::string>();
-  const Json arguments = fields.value("arguments", Json::object());
-  if (const auto result = callableOperations().at(operation)(arguments)) {
+  if (const auto result = callOperation(operation, fields.value("arguments", Json::object()))) {
     addReturn(operation, *result);
   }
 }
@@ -457,7 +330,6 @@ const std::map<std::string, Player::PlayStep>& Player::steps() {
 }
 
 void Player::play(const Scenario& scenario, const std::filesystem::path& documents) {
-  objc_thread_add();
   const zib::AutoreleasePool pool;
   setUpDevice(scenario.device);
   setUpDocuments(scenario.device.documents, documents);
@@ -474,13 +346,11 @@ void Player::play(const Scenario& scenario, const std::filesystem::path& documen
     const Step& step = scenario.steps[index];
     scheduler.runOn(step.thread, [&] {
       Timeline::shared().add("step", {{"index", index}, {"do", step.verb}});
-      if (const auto playStep = steps().find(step.verb); playStep != steps().end()) {
-        (this->*playStep->second)(step.fields);
-      }
+      if (step.verb != "advance") (this->*steps().at(step.verb))(step.fields);
     });
     if (step.verb == "advance") {
       const double seconds = step.fields.at("seconds").get<double>();
-      scheduler.advanceTo(scheduler.now() + std::llround(seconds * nanosecondsPerSecond));
+      scheduler.advanceTo(scheduler.now() + inNanoseconds(seconds));
     }
     scheduler.drain();
     documentsWatch.recordWritten();

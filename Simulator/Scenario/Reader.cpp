@@ -276,9 +276,8 @@ HostDescription readHost(const Node& node, HostClassDescriptions& classes) {
       host.scenes.push_back(readScene(scene, &classes));
     }
   }
-  if (const auto firebase = node.find("firebase"); firebase && firebase->hasObject()) {
-    firebase->objectOf({"classMethod", "instance", "delegateProperty", "settable", "delegate"});
-    host.firebase = readFirebase(*firebase, &classes);
+  if (const auto firebase = node.find("firebase")) {
+    host.firebase = readFirebaseOrNull(*firebase, &classes);
   }
   if (const auto delegate = node.find("messagingDelegate")) {
     host.messagingDelegate = readMessagingDelegate(*delegate);
@@ -367,6 +366,13 @@ FirebaseDescription readFirebase(const Node& node, HostClassDescriptions* classe
     firebase.delegate = readDelegate(*delegate, classes);
   }
   return firebase;
+}
+
+std::optional<FirebaseDescription> readFirebaseOrNull(const Node& node,
+                                                      HostClassDescriptions* classes) {
+  if (!node.hasObject()) return std::nullopt;
+  node.objectOf({"classMethod", "instance", "delegateProperty", "settable", "delegate"});
+  return readFirebase(node, classes);
 }
 
 Scenario readScenario(std::string_view text, const std::string& defaultName,

@@ -28,5 +28,8 @@ DelegateDescription readDelegate(const Node& node, HostClassDescriptions* classe
 DelegateDescription readNotificationDelegate(const Node& node, HostClassDescriptions* classes);
 SceneDescription readScene(const Node& node, HostClassDescriptions* classes);
 FirebaseDescription readFirebase(const Node& node, HostClassDescriptions* classes);
+// The same where the object has no other keys, and null stands for none.
+std::optional<FirebaseDescription> readFirebaseOrNull(const Node& node,
+                                                      HostClassDescriptions* classes);
 
 }  // namespace sim

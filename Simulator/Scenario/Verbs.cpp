@@ -90,9 +90,7 @@ void checkField(const Node& node, FieldType type, const Context& context) {
       static_cast<void>(readNotificationDelegate(node, &context.classes));
       return;
     case FieldType::firebase:
-      if (!node.hasObject()) return;
-      node.objectOf({"classMethod", "instance", "delegateProperty", "settable", "delegate"});
-      static_cast<void>(readFirebase(node, &context.classes));
+      static_cast<void>(readFirebaseOrNull(node, &context.classes));
       return;
     case FieldType::config:
       static_cast<void>(readConfig(node));

@@ -6,8 +6,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
-#include <string>
 #include <vector>
 
 #include "Platform/Object.h"

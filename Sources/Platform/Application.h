@@ -11,6 +11,7 @@
 
 namespace zib {
 
+// Main thread, as all of UIKit; only handing the object on is free to any.
 class Application {
  public:
   // The shared application, or none: no class "UIApplication", one that is no NSObject, or nil.
@@ -22,10 +23,10 @@ class Application {
   [[nodiscard]] bool isApplicationObject() const;
   // Nil when there is none.
   [[nodiscard]] objc::id delegate() const;
-  // Main thread. The answer arrives at the application delegate.
+  // The answer arrives at the application delegate.
   void registerForRemoteNotifications() const;
   // False, and nothing happens, when the application does not respond to the open selector. The
-  // completion gets whether the system opened the URL; it must not throw.
+  // completion gets, on the main thread, whether the system opened the URL; it must not throw.
   bool open(const URL& url, std::function<void(bool)> completion) const;
   [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 

@@ -7,9 +7,9 @@
 
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <new>
-#include <type_traits>
 #include <utility>
 
 #include "Platform/Native.h"

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <atomic>
-#include <string>
 
 #include "Platform/FixedString.h"
 #include "Platform/Native.h"

@@ -1,4 +1,4 @@
-// The user's Documents directory and the files in it.
+// The user's Documents directory and the files in it. Any thread.
 
 #pragma once
 

@@ -1,4 +1,5 @@
 // Facts about the process: where its bundle lies, and which version of the system runs it.
+// Any thread.
 
 #pragma once
 

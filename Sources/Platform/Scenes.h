@@ -1,4 +1,4 @@
-// Window scenes and the URLs that they are asked to open.
+// Window scenes and the URLs that they are asked to open. Main thread, as all of UIKit.
 
 #pragma once
 

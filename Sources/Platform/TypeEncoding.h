@@ -6,10 +6,11 @@
 
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 
 #include "Platform/FixedString.h"
 #include "Platform/Native.h"

@@ -3,7 +3,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "Platform/Class.h"
 #include "Platform/Send.h"

@@ -1,14 +1,13 @@
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 
 #include <array>
-#include <optional>
 
 #include "Platform/Application.h"
 #include "Platform/MainQueue.h"
+#include "Platform/NeverDestroyed.h"
 #include "Platform/Process.h"
 #include "ZibMessaging/Containment.h"
 #include "ZibMessaging/LogLine.h"
-#include "ZibMessaging/NeverDestroyed.h"
 
 namespace {
 
@@ -53,7 +52,7 @@ void openInSystem(const zib::URL& url) {
 }  // namespace
 
 ZibDeepLinkHandler& ZibDeepLinkHandler::shared() {
-  static NeverDestroyed<ZibDeepLinkHandler> instance([] { return ZibDeepLinkHandler(); });
+  static zib::NeverDestroyed<ZibDeepLinkHandler> instance([] { return ZibDeepLinkHandler(); });
   return *instance;
 }
 

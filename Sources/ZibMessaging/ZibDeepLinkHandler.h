@@ -10,6 +10,8 @@
 #include "Platform/URL.h"
 #include "ZibMessaging/Guarded.h"
 
+// One instance, for the life of the process. Any thread; the system is asked to open a link on the
+// main one.
 class ZibDeepLinkHandler {
  public:
   // True means that the host has handled the link, and it must not be opened.

@@ -6,12 +6,12 @@
 #include "Platform/Block.h"
 #include "Platform/ClassBuilder.h"
 #include "Platform/MainQueue.h"
+#include "Platform/NeverDestroyed.h"
 #include "Platform/Process.h"
 #include "Platform/Send.h"
 #include "ZibMessaging/Containment.h"
 #include "ZibMessaging/FirebaseMessaging.h"
 #include "ZibMessaging/LogLine.h"
-#include "ZibMessaging/NeverDestroyed.h"
 #include "ZibMessaging/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
@@ -83,7 +83,7 @@ UInteger foregroundPresentationOptions() {
 }
 
 std::shared_ptr<ZibMessaging>& ZibMessaging::slot() {
-  static NeverDestroyed<std::shared_ptr<ZibMessaging>> instance(
+  static zib::NeverDestroyed<std::shared_ptr<ZibMessaging>> instance(
       [] { return std::make_shared<ZibMessaging>(Key()); });
   return *instance;
 }
@@ -91,7 +91,7 @@ std::shared_ptr<ZibMessaging>& ZibMessaging::slot() {
 ZibMessaging& ZibMessaging::shared() { return *slot(); }
 
 id ZibMessaging::runtimeObject() {
-  static NeverDestroyed<zib::Object> object(&makeRuntimeObject);
+  static zib::NeverDestroyed<zib::Object> object(&makeRuntimeObject);
   return (*object).raw();
 }
 

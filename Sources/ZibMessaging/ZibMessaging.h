@@ -29,7 +29,7 @@ inline constexpr std::string_view notificationEventSchemaURI =
 
 // Holds the module's push state, and is what the platform's notification centre and Firebase
 // Messaging call back when the host has no delegates of its own. One instance, for the life of the
-// process. No operation throws.
+// process. No operation throws. All but configure() may be called on any thread, and run on it.
 class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
   struct Key {
     explicit Key() = default;
@@ -40,7 +40,7 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
 
   explicit ZibMessaging(Key) {}
 
-  // Held weakly. Any thread.
+  // Held weakly.
   void setDelegate(std::weak_ptr<ZibMessagingDelegate> delegate) {
     delegate_.store(std::move(delegate));
   }
@@ -48,7 +48,7 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
     return delegate_.read([](const auto& delegate) { return delegate.lock(); });
   }
 
-  // The user's latest answer that came without an error. Any thread, like the two tokens.
+  // The user's latest answer that came without an error.
   [[nodiscard]] bool isPushEnabled() const noexcept { return isPushEnabled_; }
   // The latest FCM token that was accepted.
   [[nodiscard]] std::optional<std::string> fcmToken() const { return fcmToken_.load(); }
@@ -61,7 +61,7 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
   void configure(const zib::Application& application) noexcept;
 
   // Asks the user for permission, and the system for a device token once it is granted. Both
-  // answers arrive later.
+  // answers arrive later, on the main thread.
   void registerForPush(const zib::Application& application) noexcept;
 
   // What the application delegate was told. With automatic integration the module hears of it
@@ -70,7 +70,7 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
   void didFailToRegisterForRemoteNotifications(const zib::Error& error) noexcept;
   void setPushToken(std::span<const std::uint8_t> deviceToken) noexcept;
 
-  // An FCM registration token, from any thread. Dropped, with a warning, before the first device
+  // An FCM registration token. Dropped, with a warning, before the first device
   // token: Firebase issues a fresh one after that, and only the fresh one is worth storing.
   // didReceiveRegistrationToken is the same.
   void setFCMToken(std::string_view token) noexcept;

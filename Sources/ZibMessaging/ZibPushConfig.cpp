@@ -7,11 +7,11 @@
 #include "CoreBoundary/ZibLogger.h"
 #include "Platform/Files.h"
 #include "Platform/MainQueue.h"
+#include "Platform/NeverDestroyed.h"
 #include "Platform/PropertyList.h"
 #include "Platform/URLSession.h"
 #include "ZibMessaging/Containment.h"
 #include "ZibMessaging/LogLine.h"
-#include "ZibMessaging/NeverDestroyed.h"
 #include "ZibMessaging/RemotePushConfig.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPushError.h"
@@ -146,7 +146,7 @@ class ZibPushConfig::Flow final : public std::enable_shared_from_this<Flow> {
 };
 
 std::shared_ptr<ZibPushConfig>& ZibPushConfig::slot() {
-  static NeverDestroyed<std::shared_ptr<ZibPushConfig>> instance(
+  static zib::NeverDestroyed<std::shared_ptr<ZibPushConfig>> instance(
       [] { return std::make_shared<ZibPushConfig>(Key()); });
   return *instance;
 }

@@ -12,8 +12,8 @@
 #include "Platform/Dictionary.h"
 
 // One instance, for the life of the process, without any state: every call of configurePush() is a
-// flow of its own, and a second one repeats everything. No operation throws, and what the host's
-// functions throw is reported and goes no further.
+// flow of its own, and a second one repeats everything. Any thread. No operation throws, and what
+// the host's functions throw is reported and goes no further.
 class ZibPushConfig final : public std::enable_shared_from_this<ZibPushConfig> {
   struct Key {
     explicit Key() = default;

@@ -8,13 +8,13 @@
 
 #include "CoreBoundary/ZibLogger.h"
 #include "Platform/MainQueue.h"
+#include "Platform/NeverDestroyed.h"
 #include "Platform/Process.h"
 #include "Platform/Scenes.h"
 #include "Platform/UserNotifications.h"
 #include "ZibMessaging/Containment.h"
 #include "ZibMessaging/FirebaseMessaging.h"
 #include "ZibMessaging/LogLine.h"
-#include "ZibMessaging/NeverDestroyed.h"
 #include "ZibMessaging/QuotedText.h"
 
 using zib::Class;
@@ -63,7 +63,7 @@ const std::array<ZibSwizzleManager::Interception, ZibSwizzleManager::rowCount>
     }};
 
 std::shared_ptr<ZibSwizzleManager>& ZibSwizzleManager::slot() {
-  static NeverDestroyed<std::shared_ptr<ZibSwizzleManager>> instance(
+  static zib::NeverDestroyed<std::shared_ptr<ZibSwizzleManager>> instance(
       [] { return std::make_shared<ZibSwizzleManager>(Key()); });
   return *instance;
 }

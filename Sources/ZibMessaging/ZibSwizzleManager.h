@@ -13,7 +13,6 @@
 
 #include "Platform/Application.h"
 #include "Platform/Class.h"
-#include "Platform/URL.h"
 
 // One instance, for the life of the process. Delegates are found and methods installed on the main
 // thread only; the interceptors run on whatever thread the system calls them and read the state

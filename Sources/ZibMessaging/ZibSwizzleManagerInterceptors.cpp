@@ -3,7 +3,6 @@
 // implementation with the host's own receiver, selector and arguments, if there was one to replace.
 // What the host's implementation throws passes through.
 
-#include "CoreBoundary/ZibLogger.h"
 #include "Platform/Block.h"
 #include "Platform/ClassBuilder.h"
 #include "Platform/Scenes.h"

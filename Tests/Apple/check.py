@@ -266,13 +266,11 @@ class Check:
     # What the platform's compiler says about Methods.m.
 
     def method_types(self):
-        registrations = []
-        for path in sorted(Path("Sources").glob("*/*.cpp")):
-            registrations += re.findall(r"\.(?:method|classMethod)\(", path.read_text())
         text = "".join(path.read_text() for path in self.sources)
+        registrations = re.findall(r"\.(?:method|classMethod)\(", text)
         for target in TARGETS:
             methods = self.emit_platform_abi(target)
-            require([f"{selector}" for _, selector, _ in methods if f'"{selector}"' not in text],
+            require([selector for _, selector, _ in methods if f'"{selector}"' not in text],
                     "Methods.m declares methods that no class of the module gets")
             if len(methods) != len(registrations):
                 raise Failure(f"Sources register {len(registrations)} methods, Methods.m declares "

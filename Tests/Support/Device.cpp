@@ -1,7 +1,7 @@
 #include "Tests/Support/Device.h"
 
 #include <algorithm>
-#include <cmath>
+#include <iterator>
 
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
@@ -30,9 +30,8 @@ zib::Application Device::application() {
 void Device::drain() { sim::Scheduler::shared().drain(); }
 
 void Device::advance(double seconds) {
-  constexpr double nanosecondsPerSecond = 1e9;
   sim::Scheduler& scheduler = sim::Scheduler::shared();
-  scheduler.advanceTo(scheduler.now() + std::llround(seconds * nanosecondsPerSecond));
+  scheduler.advanceTo(scheduler.now() + sim::inNanoseconds(seconds));
   scheduler.drain();
 }
 

@@ -1,18 +1,15 @@
-// A host with a delegate of each kind, whose methods record that they ran, and one that has none of
-// its own.
+// Hosts: delegate objects whose methods record that they ran.
 
 #pragma once
 
-#include <memory>
+#include <set>
 #include <string>
 
 #include "Platform/Object.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/Host/HostClasses.h"
-#include "Simulator/Host/RecordingMessagingDelegate.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
-#include "ZibMessaging/ZibMessaging.h"
 
 namespace test {
 

@@ -16,14 +16,7 @@ namespace {
 
 using sim::Json;
 
-double secondsNow() {
-  constexpr double nanosecondsPerSecond = 1e9;
-  return static_cast<double>(sim::Scheduler::shared().now()) / nanosecondsPerSecond;
-}
-
-std::string callOf(const char* name, const Json& argument) {
-  return std::string(name) + "(" + argument.dump() + ")";
-}
+double secondsNow() { return sim::inSeconds(sim::Scheduler::shared().now()); }
 
 std::string namedError(const std::string& line, const std::string& error) {
   return "error: " + line + " (" + error + ")";
@@ -36,7 +29,7 @@ std::string described(const Json& entry) {
            entry.at("headers").dump() + " " + entry.at("timeout").dump();
   }
   if (kind == "system") return entry.at("operation");
-  if (kind == "completion") return callOf("completion", entry.at("value"));
+  if (kind == "completion") return "completion(" + entry.at("value").dump() + ")";
   if (kind == "firebaseConfig") return "firebaseConfigHandler";
   if (kind != "log") return entry.dump();
   std::string message = entry.at("message");

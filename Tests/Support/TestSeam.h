@@ -3,7 +3,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPushConfig.h"

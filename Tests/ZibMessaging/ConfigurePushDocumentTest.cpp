@@ -7,6 +7,7 @@
 
 #include "Tests/Support/PushFlow.h"
 #include "Tests/Support/Repeated.h"
+#include "Tests/Support/RowName.h"
 
 namespace {
 
@@ -71,11 +72,6 @@ struct Documents {
   Texts texts;
 };
 
-template <class Param>
-std::string nameOf(const testing::TestParamInfo<Param>& info) {
-  return info.param.name;
-}
-
 // Each is an error of the reader's, and the end of the flow.
 class UnreadableDocumentTest : public ConfigurePushDocumentTest,
                                public testing::WithParamInterface<Documents> {};
@@ -119,7 +115,7 @@ INSTANTIATE_TEST_SUITE_P(
             {"<!DOCTYPE html>\n<html><body>Please sign in</body></html>", test::propertyList(),
              "{ ios_config_toggle = YES; }", "ios_config_toggle=true", "ios_config_toggle: true\n",
              "\x1F\x8B\x08\0\0\0\0\0"s, ")]}',\n{}", "callback({})"}}),
-    nameOf<Documents>);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Text, UnreadableDocumentTest,
@@ -141,7 +137,7 @@ INSTANTIATE_TEST_SUITE_P(
                                "\xFE\xFF\0[\0\"\xDC\0\0\"\0]"s}},
                     Documents{"InvalidUTF32", {"[\0\0\0]\0\0"s, "[\0\0\0\0\0\x11\0]\0\0\0"s}},
                     Documents{"OtherEncodings", {"[\"\xE4\"]", "[\"\x93\x94\"]", "+AFsAXQ-"}}),
-    nameOf<Documents>);
+    test::rowName);
 
 // Each switches push on and names the property list, however it is written.
 class ReadableDocumentTest : public ConfigurePushDocumentTest,
@@ -181,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
                   {withMember("\"ios_config_toggle\": false"),
                    withMember("\"ios_private_key_url\": \"https://other.example/\""),
                    withMember("\"ios_config_toggle\": {}, \"ios_config_toggle\": \"no\"")}}),
-    nameOf<Documents>);
+    test::rowName);
 
 TEST_F(ConfigurePushDocumentTest, NestingHasALimit) {
   expectReadable(withMember("\"a\": " + nested("[", "]", 511)));
@@ -269,7 +265,7 @@ INSTANTIATE_TEST_SUITE_P(All, TrueToggleTest,
                                          Member{"OneWithAFraction", {"1.0", "1.000"}},
                                          Member{"OneWithAnExponent",
                                                 {"1e0", "1E+0", "10e-1", "0.1e1", "100.0e-2"}}),
-                         nameOf<Member>);
+                         test::rowName);
 
 TEST_P(FalseToggleTest, EndsTheFlow) {
   expectStories(test::story::switchedOff());
@@ -287,7 +283,7 @@ INSTANTIATE_TEST_SUITE_P(
         Member{"Fractions", {"1.5", "0.5", "0.9999999999999999", "1.0000000000000002", "-1.0"}},
         Member{"Texts", {"\"true\"", "\"1\"", "\"YES\"", "\"\""}}, Member{"Null", {"null"}},
         Member{"Arrays", {"[]", "[true]", "[1]"}}, Member{"Objects", {"{}", "{\"a\": true}"}}),
-    nameOf<Member>);
+    test::rowName);
 
 class NoURLTest : public ConfigurePushDocumentTest, public testing::WithParamInterface<Member> {};
 
@@ -317,7 +313,7 @@ INSTANTIATE_TEST_SUITE_P(
                {R"("https://files.example/\u0000")", R"("https://files.example/<a>")",
                 R"("https://files.example/\"")", R"("https://files.example/ä")",
                 R"("https://files.example/{a}")", R"("https://files.example/a\\b")"}}),
-    nameOf<Member>);
+    test::rowName);
 
 // A text that forms a URL is one, also where nothing can be downloaded from it.
 TEST_F(ConfigurePushDocumentTest, AURLThatLeadsNowhereFailsInTheDownload) {

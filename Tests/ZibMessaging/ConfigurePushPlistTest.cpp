@@ -17,6 +17,7 @@
 #include "Tests/Support/BinaryPropertyList.h"
 #include "Tests/Support/PushFlow.h"
 #include "Tests/Support/Repeated.h"
+#include "Tests/Support/RowName.h"
 #include "ZibMessaging/ZibPushConfig.h"
 
 namespace {
@@ -89,11 +90,6 @@ struct Bodies {
   Texts bodies;
 };
 
-template <class Param>
-std::string nameOf(const testing::TestParamInfo<Param>& info) {
-  return info.param.name;
-}
-
 class UnreadablePlistTest : public ConfigurePushPlistTest,
                             public testing::WithParamInterface<Bodies> {};
 
@@ -143,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
                          inPlist("<dict><key>a</key><data>?</data></dict>"),
                          inPlist("<dict><integer>1</integer><true/></dict>"),
                          inPlist("<dict><key>a</key><string>\xFF</string></dict>"), inPlist("")}}),
-    nameOf<Bodies>);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Binary, UnreadablePlistTest,
@@ -174,7 +170,7 @@ INSTANTIATE_TEST_SUITE_P(
                 BinaryPropertyList{{"\xD1\x01\x02"s, "\xD0", "\x09"}}.bytes(),
                 BinaryPropertyList{{"\xD1\x01\x02"s, "\x09", "\x09"}}.bytes()}},
         Bodies{"OtherVersions", {"bplist", "bplist01" + smallBinary.substr(8), "bplist15\x01"}}),
-    nameOf<Bodies>);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Others, UnreadablePlistTest,
@@ -185,7 +181,7 @@ INSTANTIATE_TEST_SUITE_P(
         Bodies{"AnyBytes",
                {std::string(100, '\0'), "\xFF\xD8\xFF\xE0\0\x10JFIF\0"s, "PK\x03\x04\x14\0\0\0"s,
                 "\x1F\x8B\x08\0\0\0\0\0"s}}),
-    nameOf<Bodies>);
+    test::rowName);
 
 TEST_F(ConfigurePushPlistTest, EntitiesAreNotExpanded) {
   std::string doctype = "<!DOCTYPE plist [<!ENTITY a0 \"ha\">";
@@ -274,7 +270,7 @@ INSTANTIATE_TEST_SUITE_P(
                            {inPlist("<date>2026-11-16T00:10:00Z</date>"),
                             binaryOf("\x33"s + std::string(8, '\0'))}},
                     Bodies{"Data", {inPlist("<data>AQID</data>"), binaryOf("\x41z"), "<0fbd77>"}}),
-    nameOf<Bodies>);
+    test::rowName);
 
 TEST_F(ConfigurePushPlistTest, NoBytesAreNoData) {
   for (const int status : {200, 204, 304, 404, 500}) {
@@ -519,7 +515,7 @@ INSTANTIATE_TEST_SUITE_P(
         Obstacle{"ALinkToItself", 512,
                  [](const fs::path&, const fs::path& file) { fs::create_symlink(file, file); },
                  false}),
-    nameOf<Obstacle>);
+    test::rowName);
 
 TEST_F(ConfigurePushPlistTest, WithoutADocumentsFolderNothingIsStoredNorSaid) {
   sim::setDocumentsDirectory(std::nullopt);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Tests/Support/PushFlow.h"
+#include "Tests/Support/RowName.h"
 
 namespace {
 
@@ -108,7 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
         Failure{"RedirectToAnotherScheme", Fault::none, none, "app://other.example/", -1002},
         Failure{"RedirectToAReset", Fault::none, none, "https://other.example/reset", -1005},
         Failure{"RedirectToAHang", Fault::none, none, "http://other.example/hang", -1001}),
-    [](const auto& row) { return row.param.name; });
+    test::rowName);
 
 // By its status.
 class RedirectTest : public ConfigurePushTransportTest, public testing::WithParamInterface<int> {};

@@ -20,7 +20,6 @@
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Exceptions.h"
 #include "Tests/Support/Host.h"
-#include "Tests/Support/TestSeam.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPushConfig.h"

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Platform/Data.h"
+#include "Simulator/Host/RecordingMessagingDelegate.h"
 #include "Simulator/Network/URLSession.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"

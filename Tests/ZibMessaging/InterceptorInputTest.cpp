@@ -13,6 +13,7 @@
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
+#include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 
 namespace {

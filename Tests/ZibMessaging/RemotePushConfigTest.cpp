@@ -8,6 +8,7 @@
 
 #include "Platform/AutoreleasePool.h"
 #include "Platform/ValueConversion.h"
+#include "Tests/Support/RowName.h"
 #include "ZibMessaging/ZibPushError.h"
 
 namespace {
@@ -90,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Toggle{"TextTrue", "true", false}, Toggle{"TextOne", "1", false},
                     Toggle{"Null", Null{}, false}, Toggle{"Array", Array{true}, false},
                     Toggle{"Object", ValueMap{{"a", true}}, false}),
-    [](const auto& param) { return param.param.name; });
+    test::rowName);
 
 TEST_F(RemotePushConfigTest, TakesNoURLFromWhatFormsNone) {
   for (const Value& value :

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "Simulator/Scenario/ScenarioError.h"
+#include "Tests/Support/RowName.h"
 
 namespace {
 
@@ -39,8 +40,6 @@ TEST_P(RefusedScenario, IsPointedAt) {
   EXPECT_EQ(complaintAbout(GetParam().scenario), GetParam().complaint);
 }
 
-const auto nameOf = [](const auto& info) { return std::string(info.param.name); };
-
 INSTANTIATE_TEST_SUITE_P(
     Document, RefusedScenario,
     testing::Values(
@@ -69,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"LineBreakInAKey", R"({"steps": [], "a\nb": 1})",
                 R"(/a\u000ab: unknown key; allowed: "name", "device", "core", "host", "network", )"
                 R"("steps", "expect")"}),
-    nameOf);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     UnknownKey, RefusedScenario,
@@ -112,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
             "/steps/0/arguments/a: unknown key; allowed: no keys"},
         Mistake{"BesideAbsent", R"({"steps": [], "expect": [{"absent": {}, "kind": "log"}]})",
                 R"(/expect/0/kind: unknown key; allowed: "absent")"}),
-    nameOf);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     WrongValue, RefusedScenario,
@@ -162,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
                 R"(/expect/0: got "log"; allowed: an object)"},
         Mistake{"AbsentIsNoObject", R"({"steps": [], "expect": [{"absent": true}]})",
                 "/expect/0/absent: got true; allowed: an object"}),
-    nameOf);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Step, RefusedScenario,
@@ -216,7 +215,7 @@ INSTANTIATE_TEST_SUITE_P(
                 R"({"host": {"scenes": [{}, {}]}, "steps": [
                     {"do": "sceneOpenURLs", "scene": 2, "urls": []}, {"do": "connectScene"}]})",
                 "/steps/0/scene: got 2; allowed: 0 to 1"}),
-    nameOf);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     HostClass, RefusedScenario,
@@ -245,7 +244,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "another name"},
         Mistake{"WithoutAName", withHost(R"({"appDelegate": {"class": ""}})"),
                 R"(/host/appDelegate/class: got ""; allowed: the name of a class)"}),
-    nameOf);
+    test::rowName);
 
 TEST(Reader, ListsWhatIsAllowedForAnUnknownVerb) {
   const std::string complaint = complaintAbout(withStep(R"({"do": "tap"})"));

@@ -1,7 +1,9 @@
-// A static object without a destructor: the module's singletons outlive every thread that may still
-// call them while the process exits.
+// A static object without a destructor: what threads may still call while the process exits
+// outlives them all.
 
 #pragma once
+
+namespace zib {
 
 template <class T>
 class NeverDestroyed {
@@ -19,3 +21,5 @@ class NeverDestroyed {
     T value_;
   };
 };
+
+}  // namespace zib
