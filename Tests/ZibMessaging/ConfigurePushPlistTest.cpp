@@ -15,7 +15,7 @@
 #include "Simulator/Scenario/Documents.h"
 #include "Tests/Simulator/Foundation/Serialization.h"
 #include "Tests/Support/BinaryPropertyList.h"
-#include "Tests/Support/PushFlow.h"
+#include "Tests/Support/PushFlowTest.h"
 #include "Tests/Support/Repeated.h"
 #include "Tests/Support/RowName.h"
 #include "ZibMessaging/ZibPushConfig.h"
@@ -26,12 +26,13 @@ using namespace std::string_literals;
 using test::answer;
 using test::bigEndian;
 using test::BinaryPropertyList;
+using test::Bodies;
 using test::hundredThousand;
-using test::PushFlow;
 using test::repeated;
 using test::Request;
 using test::Story;
 using test::tenMegabytes;
+using test::truncationsOf;
 using zib::Array;
 using zib::Bytes;
 using zib::Date;
@@ -50,18 +51,13 @@ std::string inPlist(const std::string& element) {
 
 std::string binaryOf(const std::string& object) { return BinaryPropertyList{{object}}.bytes(); }
 
-class ConfigurePushPlistTest : public testing::Test {
+class ConfigurePushPlistTest : public test::PushFlowTest {
  protected:
   Story storyOf(std::string body, int status = 200) {
-    flow_.serve(Request::propertyList, answer(std::move(body), status));
-    return flow_.run();
-  }
-  void expectNothingHandedOver() {
-    EXPECT_TRUE(flow_.handled().empty());
-    EXPECT_FALSE(fs::exists(flow_.storedFile()));
+    return PushFlowTest::storyOf(Request::propertyList, std::move(body), status);
   }
   void expectUnreadable(const std::string& body) {
-    SCOPED_TRACE(testing::PrintToString(body.substr(0, 80)));
+    SCOPED_TRACE(test::startOf(body));
     EXPECT_EQ(storyOf(body), test::story::notDownloaded(test::story::readersError));
     EXPECT_TRUE(flow_.lastError().starts_with("The data is not a property list: "))
         << flow_.lastError();
@@ -79,15 +75,6 @@ class ConfigurePushPlistTest : public testing::Test {
     EXPECT_EQ(serialization::readPropertyList(*stored).value, Value(values));
     EXPECT_EQ(ZibPushConfig::shared().savedFirebasePlistPath(), flow_.storedFile().string());
   }
-
-  PushFlow flow_;
-};
-
-using Texts = std::vector<std::string>;
-
-struct Bodies {
-  const char* name;
-  Texts bodies;
 };
 
 class UnreadablePlistTest : public ConfigurePushPlistTest,
@@ -95,14 +82,6 @@ class UnreadablePlistTest : public ConfigurePushPlistTest,
 
 TEST_P(UnreadablePlistTest, EndsTheFlowWithTheReadersError) {
   for (const std::string& body : GetParam().bodies) expectUnreadable(body);
-}
-
-Texts truncationsOf(const std::string& whole, std::size_t shortest) {
-  Texts bodies;
-  for (std::size_t length = shortest; length < whole.size(); ++length) {
-    bodies.push_back(whole.substr(0, length));
-  }
-  return bodies;
 }
 
 // With some of the trailer's bytes replaced, counted from the end.

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "Tests/Support/PushFlow.h"
+#include "Tests/Support/PushFlowTest.h"
 #include "Tests/Support/RowName.h"
 
 namespace {
@@ -16,7 +16,6 @@ using sim::Answer;
 using sim::Fault;
 using test::answer;
 using test::broken;
-using test::PushFlow;
 using test::redirect;
 using test::Request;
 using test::Story;
@@ -27,16 +26,8 @@ std::string goodDocument(Request request) {
   return request == Request::configuration ? test::configuration() : test::propertyList();
 }
 
-class ConfigurePushTransportTest : public testing::Test {
+class ConfigurePushTransportTest : public test::PushFlowTest {
  protected:
-  void expectNothingHandedOver() {
-    EXPECT_TRUE(flow_.handled().empty());
-    EXPECT_EQ(flow_.stored(), std::nullopt);
-  }
-  void expectPropertyListHandedOver() {
-    EXPECT_EQ(flow_.handled(), std::vector{test::propertyListValues()});
-    EXPECT_EQ(flow_.stored(), test::propertyList());
-  }
   // What a request is redirected to.
   void serveElsewhere(Request request) {
     flow_.serve(otherHost, "/hang", broken(Fault::hang));
@@ -44,8 +35,6 @@ class ConfigurePushTransportTest : public testing::Test {
     flow_.serve(otherHost, "/loop", redirect("/loop"));
     flow_.serve(otherHost, "/found", answer(goodDocument(request)));
   }
-
-  PushFlow flow_;
 };
 
 struct Failure {
@@ -63,7 +52,7 @@ class FailedExchangeTest : public ConfigurePushTransportTest,
  protected:
   static constexpr int timedOut = -1001;
 
-  Story storyOf(Request request) {
+  Story storyOfFailed(Request request) {
     const Failure& failure = GetParam();
     serveElsewhere(request);
     if (failure.fault != Fault::none) {
@@ -82,9 +71,11 @@ class FailedExchangeTest : public ConfigurePushTransportTest,
 
 TEST_P(FailedExchangeTest, EndsTheFlow) {
   const bool hangs = GetParam().code == timedOut;
-  EXPECT_EQ(storyOf(Request::propertyList), test::story::notDownloaded(error(), hangs ? 60 : 0));
+  EXPECT_EQ(storyOfFailed(Request::propertyList),
+            test::story::notDownloaded(error(), hangs ? 60 : 0));
   expectNothingHandedOver();
-  EXPECT_EQ(storyOf(Request::configuration), test::story::notFetched(error(), hangs ? 30 : 0));
+  EXPECT_EQ(storyOfFailed(Request::configuration),
+            test::story::notFetched(error(), hangs ? 30 : 0));
   expectNothingHandedOver();
 }
 
