@@ -19,12 +19,12 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 8> escapes{{
     {"\u2029", "\\u{2029}"},
 }};
 
-// The code of a control character: the ASCII ones, and U+0080 to U+009F in two bytes.
+// The code of a control character, C0 (with DEL) or C1, which has two bytes; 0 for any other.
 unsigned controlCode(std::string_view character) {
   const auto last = static_cast<unsigned char>(character.back());
-  const bool isASCII = character.size() == 1 && (last < 0x20 || last == 0x7F);
-  const bool isLatin1 = character.size() == 2 && character.front() == '\xC2' && last < 0xA0;
-  return isASCII || isLatin1 ? last : 0;
+  const bool isC0 = character.size() == 1 && (last < 0x20 || last == 0x7F);
+  const bool isC1 = character.size() == 2 && character.front() == '\xC2' && last < 0xA0;
+  return isC0 || isC1 ? last : 0;
 }
 
 void appendEscaped(std::string& line, std::string_view character) {
