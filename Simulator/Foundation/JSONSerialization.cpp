@@ -2,11 +2,9 @@
 
 #include "Platform/Data.h"
 #include "Platform/ValueConversion.h"
-#include "Simulator/Foundation/Autoreleased.h"
-#include "Simulator/Foundation/CocoaError.h"
-#include "Simulator/Foundation/FormatError.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/JSONReader.h"
+#include "Simulator/Foundation/Serialization.h"
 #include "Simulator/Runtime.h"
 
 namespace sim {
@@ -19,15 +17,9 @@ using zib::objc::UInteger;
 constexpr UInteger allowsFragments = 1U << 2U;
 
 id jsonObject(id, SEL, id data, UInteger options, id* error) {
-  try {
-    const zib::Value value = readJSON(zib::bytesOf(data), (options & allowsFragments) != 0);
-    return autoreleased(zib::objectFrom(value));
-  } catch (const FormatError& failure) {
-    report(makeError(CocoaError::propertyListReadCorrupt,
-                     std::string("The data is not JSON: ") + failure.what()),
-           error);
-    return nullptr;
-  }
+  return madeOrReported(CocoaError::propertyListReadCorrupt, "The data is not JSON", error, [&] {
+    return zib::objectFrom(readJSON(zib::bytesOf(data), (options & allowsFragments) != 0));
+  });
 }
 
 }  // namespace

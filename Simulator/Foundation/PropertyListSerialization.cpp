@@ -7,12 +7,11 @@
 #include "Platform/Send.h"
 #include "Platform/Strings.h"
 #include "Platform/ValueConversion.h"
-#include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/BinaryPropertyList.h"
 #include "Simulator/Foundation/Budget.h"
-#include "Simulator/Foundation/CocoaError.h"
 #include "Simulator/Foundation/FormatError.h"
 #include "Simulator/Foundation/Installers.h"
+#include "Simulator/Foundation/Serialization.h"
 #include "Simulator/Foundation/TextEncoding.h"
 #include "Simulator/Foundation/TextPropertyList.h"
 #include "Simulator/Foundation/XMLPropertyList.h"
@@ -141,27 +140,18 @@ zib::Object writePropertyList(const zib::Value& value, UInteger format) {
 }
 
 id propertyListWithData(id, SEL, id data, UInteger /*options*/, UInteger* format, id* error) {
-  try {
+  constexpr const char* problem = "The data is not a property list";
+  return madeOrReported(CocoaError::propertyListReadCorrupt, problem, error, [&] {
     const PropertyList list = readPropertyList(zib::bytesOf(data));
     if (format != nullptr) *format = list.format;
-    return autoreleased(zib::objectFrom(list.value));
-  } catch (const FormatError& failure) {
-    report(makeError(CocoaError::propertyListReadCorrupt,
-                     std::string("The data is not a property list: ") + failure.what()),
-           error);
-    return nullptr;
-  }
+    return zib::objectFrom(list.value);
+  });
 }
 
 id dataWithPropertyList(id, SEL, id list, UInteger format, UInteger /*options*/, id* error) {
-  try {
-    return autoreleased(writePropertyList(Examiner().value(list), format));
-  } catch (const FormatError& failure) {
-    report(makeError(CocoaError::propertyListWriteInvalid,
-                     std::string("The property list cannot be written: ") + failure.what()),
-           error);
-    return nullptr;
-  }
+  constexpr const char* problem = "The property list cannot be written";
+  return madeOrReported(CocoaError::propertyListWriteInvalid, problem, error,
+                        [&] { return writePropertyList(Examiner().value(list), format); });
 }
 
 }  // namespace

@@ -36,18 +36,20 @@ void addReturn(const std::string& of, const Json& value) {
   Timeline::shared().add("return", {{"of", of}, {"value", value}});
 }
 
-// Calls the delegate as the system does: only if it responds.
+// The system calls a delegate only if it responds.
+bool responds(id delegate, zib::Selector method) {
+  return delegate != nullptr && zib::respondsTo(delegate, method);
+}
+
 template <class Result, class... Arguments>
 std::optional<Result> callDelegate(id delegate, zib::Selector method, Arguments... arguments) {
-  if (delegate == nullptr || !zib::respondsTo(delegate, method)) return std::nullopt;
+  if (!responds(delegate, method)) return std::nullopt;
   return send<Result>(delegate, method, arguments...);
 }
 
 template <class... Arguments>
 void tellDelegate(id delegate, zib::Selector method, Arguments... arguments) {
-  if (delegate != nullptr && zib::respondsTo(delegate, method)) {
-    send<void>(delegate, method, arguments...);
-  }
+  if (responds(delegate, method)) send<void>(delegate, method, arguments...);
 }
 
 class Player {
@@ -218,7 +220,7 @@ void Player::present(const Json& fields) {
   const auto method =
       selector<"userNotificationCenter:willPresentNotification:withCompletionHandler:">();
   const id delegate = usernotifications::delegate();
-  if (delegate == nullptr || !zib::respondsTo(delegate, method)) return;
+  if (!responds(delegate, method)) return;
   const auto completion = completions_.makeWithOptions("willPresent");
   send<void>(delegate, method, usernotifications::center(),
              usernotifications::makeNotification(userInfoOf(fields)).raw(), completion.raw());
@@ -228,7 +230,7 @@ void Player::respond(const Json& fields) {
   const auto method =
       selector<"userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:">();
   const id delegate = usernotifications::delegate();
-  if (delegate == nullptr || !zib::respondsTo(delegate, method)) return;
+  if (!responds(delegate, method)) return;
   const auto completion = completions_.make("didReceive");
   send<void>(delegate, method, usernotifications::center(),
              usernotifications::makeResponse(userInfoOf(fields), actionOf(fields)).raw(),

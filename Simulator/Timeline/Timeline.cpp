@@ -35,6 +35,19 @@ double roundedSeconds(Nanoseconds time) {
   return std::round(static_cast<double>(time) / nanosecondsPerMillisecond) / millisecondsPerSecond;
 }
 
+// Legal inside a JSON text, but many readers of lines take them for the end of one.
+std::string withLineSeparatorsEscaped(std::string line) {
+  constexpr std::array<std::pair<std::string_view, std::string_view>, 3> escapes{
+      {{"\u0085", "\\u0085"}, {"\u2028", "\\u2028"}, {"\u2029", "\\u2029"}}};
+  for (const auto& [separator, escape] : escapes) {
+    for (std::size_t at = line.find(separator); at != std::string::npos;
+         at = line.find(separator, at + escape.size())) {
+      line.replace(at, separator.size(), escape);
+    }
+  }
+  return line;
+}
+
 }  // namespace
 
 Json jsonFrom(const zib::Value& value) { return value.visit(JsonMaker()); }
@@ -77,23 +90,6 @@ zib::Value valueFromJson(const Json& json) {
       return zib::Null{};
   }
 }
-
-namespace {
-
-// Legal inside a JSON text, but many readers of lines take them for the end of one.
-std::string withLineSeparatorsEscaped(std::string line) {
-  constexpr std::array<std::pair<std::string_view, std::string_view>, 3> escapes{
-      {{"\u0085", "\\u0085"}, {"\u2028", "\\u2028"}, {"\u2029", "\\u2029"}}};
-  for (const auto& [separator, escape] : escapes) {
-    for (std::size_t at = line.find(separator); at != std::string::npos;
-         at = line.find(separator, at + escape.size())) {
-      line.replace(at, separator.size(), escape);
-    }
-  }
-  return line;
-}
-
-}  // namespace
 
 std::string lineFrom(const Json& entry) {
   std::string line = "{";

@@ -38,4 +38,12 @@ struct BinaryPropertyList {
   }
 };
 
+// A few hundred bytes that stand for 2^59 objects: each of its arrays names the next one twice.
+inline BinaryPropertyList doublingReferences() {
+  BinaryPropertyList list;
+  for (char level = 1; level < 60; ++level) list.objects.push_back({'\xA2', level, level});
+  list.objects.emplace_back("\x09");
+  return list;
+}
+
 }  // namespace test

@@ -198,10 +198,7 @@ TEST_F(ConfigurePushPlistTest, NestingHasALimit) {
 }
 
 TEST_F(ConfigurePushPlistTest, FewBytesDoNotStandForMany) {
-  BinaryPropertyList doubling;
-  for (char level = 1; level < 60; ++level) doubling.objects.push_back({'\xA2', level, level});
-  doubling.objects.emplace_back("\x09");
-  expectUnreadable(doubling.bytes());
+  expectUnreadable(test::doublingReferences().bytes());
 
   BinaryPropertyList repeating;
   repeating.objects.push_back("\xAF\x11\x27\x10" + std::string(10'000, '\x01'));

@@ -41,11 +41,7 @@ class JSONTest : public FoundationTest {};
 void expectErrors(const std::vector<std::string>& texts) {
   for (const std::string& text : texts) {
     SCOPED_TRACE(text);
-    const Read outcome = readJSON(text);
-    ASSERT_FALSE(outcome.value);
-    EXPECT_EQ(outcome.error.domain, "NSCocoaErrorDomain");
-    EXPECT_EQ(outcome.error.code, 3840);
-    EXPECT_TRUE(outcome.error.description.starts_with("The data is not JSON: "));
+    serialization::expectReadersError(readJSON(text), "The data is not JSON: ");
   }
 }
 

@@ -329,10 +329,7 @@ TEST_F(PropertyListSerializationTest, OfEqualKeysTheLastWins) {
 void expectUnreadable(std::string_view bytes) {
   SCOPED_TRACE(bytes.substr(0, 200));
   const Read read = readPropertyList(bytes);
-  ASSERT_FALSE(read.value);
-  EXPECT_EQ(read.error.domain, "NSCocoaErrorDomain");
-  EXPECT_EQ(read.error.code, 3840);
-  EXPECT_TRUE(read.error.description.starts_with("The data is not a property list: "));
+  serialization::expectReadersError(read, "The data is not a property list: ");
 }
 
 TEST_F(PropertyListSerializationTest, BadXMLValuesAreErrors) {
@@ -602,10 +599,7 @@ TEST_F(PropertyListSerializationTest, BinaryReferencesInACircleAreErrors) {
 }
 
 TEST_F(PropertyListSerializationTest, BinaryReferencesThatStandForTooMuchAreErrors) {
-  Binary doubling;
-  for (char level = 1; level < 60; ++level) doubling.objects.push_back({'\xA2', level, level});
-  doubling.objects.push_back("\x09");
-  expectUnreadable(doubling.bytes());
+  expectUnreadable(test::doublingReferences().bytes());
 
   Binary repeating;
   repeating.objects.push_back("\xAF\x11\x27\x10" + std::string(10'000, '\x01'));

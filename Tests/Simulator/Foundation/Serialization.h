@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -57,6 +59,13 @@ inline Read readPropertyList(std::string_view bytes) {
   Read result = outcome(root, error);
   result.format = format;
   return result;
+}
+
+inline void expectReadersError(const Read& read, const char* descriptionStart) {
+  ASSERT_FALSE(read.value);
+  EXPECT_EQ(read.error.domain, "NSCocoaErrorDomain");
+  EXPECT_EQ(read.error.code, 3840);
+  EXPECT_TRUE(read.error.description.starts_with(descriptionStart));
 }
 
 inline Written writePropertyList(zib::objc::id list, zib::objc::UInteger format) {
