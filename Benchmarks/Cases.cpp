@@ -5,16 +5,16 @@
 #include "Benchmarks/Device.h"
 #include "Benchmarks/Floor.h"
 #include "Benchmarks/Sink.h"
-#include "Platform/Data.h"
-#include "Platform/JSON.h"
-#include "Platform/PropertyList.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "Platform/ValueConversion.h"
-#include "ZibMessaging/RemotePushConfig.h"
+#include "ZibMessaging/Private/RemotePushConfig.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/JSON.h"
+#include "ZibPlatform/Foundation/PropertyList.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace bench {
 namespace {
@@ -208,14 +208,14 @@ Case configurationCase() {
   const auto reply = replyOf(configurationDocument);
   return {.name = "configuration document",
           .floor = [=] { zib::parseJSON(reply.body); },
-          .ours = [=] { readPushConfig(reply); }};
+          .ours = [=] { zib::readPushConfig(reply); }};
 }
 
 Case propertyListCase() {
   const auto reply = replyOf(propertyList);
   return {.name = "property list",
           .floor = [=] { zib::parsePropertyList(reply.body); },
-          .ours = [=] { readFirebasePlist(reply); }};
+          .ours = [=] { zib::readFirebasePlist(reply); }};
 }
 
 zib::Bytes deviceToken() {

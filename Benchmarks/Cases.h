@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/Object.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace bench {
 

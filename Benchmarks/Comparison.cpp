@@ -8,7 +8,7 @@
 #include <cstdlib>
 
 #include "Benchmarks/Device.h"
-#include "Platform/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace bench {
 

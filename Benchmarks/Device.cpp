@@ -4,14 +4,14 @@
 
 #include <array>
 
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Class.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 // The runtime's own, in place of the simulator's, which goes through all classes to renew dispatch
 // tables: that would be most of what configure() costs, and no phone does it.

@@ -6,9 +6,9 @@
 
 #include <string_view>
 
-#include "Platform/Block.h"
-#include "Platform/Object.h"
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Value.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace bench {
 

@@ -9,16 +9,16 @@
 #include <optional>
 #include <string>
 
-#include "CoreBoundary/Zib.h"
-#include "CoreBoundary/ZibLogger.h"
-#include "CoreBoundary/ZibStorage.h"
-#include "Platform/Block.h"
-#include "Platform/Class.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "ZibMessaging/QuotedText.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibCoreBoundary/ZibStorage.h"
+#include "ZibMessaging/Private/QuotedText.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace bench::floor {
 namespace {
@@ -159,9 +159,9 @@ void trackCampaign(id url, std::string_view text) {
   std::string line = "   📊 UTM parameters: [";
   for (const auto& [name, value] : parameters) {
     if (line.back() != '[') line.append(", ");
-    appendQuoted(line, name);
+    zib::appendQuoted(line, name);
     line.append(": ");
-    appendQuoted(line, value);
+    zib::appendQuoted(line, value);
   }
   log(line.append("]"));
 }
@@ -331,7 +331,7 @@ id userInfoOf(id notification) {
 void track(id userInfo, std::string_view eventType) {
   const id type = valueOf(userInfo, constantString<"pn_type">);
   if (isString(type) && equals(type, "PUSH-NOTIFICATION-SEND-TEST")) return;
-  trackFlatEvent(notificationEventSchemaURI, eventOf(userInfo, eventType));
+  trackFlatEvent(zib::notificationEventSchemaURI, eventOf(userInfo, eventType));
 }
 
 UInteger presentationOptions() {

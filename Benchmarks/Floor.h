@@ -12,7 +12,7 @@
 #include <string_view>
 
 #include "Benchmarks/Sink.h"
-#include "Platform/Native.h"
+#include "ZibPlatform/ObjectiveC/Native.h"
 
 namespace bench::floor {
 

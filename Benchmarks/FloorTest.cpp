@@ -8,12 +8,12 @@
 #include "Benchmarks/Cases.h"
 #include "Benchmarks/Comparison.h"
 #include "Benchmarks/Device.h"
-#include "CoreBoundary/Zib.h"
-#include "CoreBoundary/ZibLogger.h"
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Dictionary.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace bench {
 namespace {

@@ -10,10 +10,10 @@
 
 #include "Benchmarks/Comparison.h"
 #include "Benchmarks/Device.h"
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Send.h"
-#include "Platform/URL.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 // GNUstep's own count of the objects that live.
 extern "C" {

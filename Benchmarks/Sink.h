@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace bench {
 

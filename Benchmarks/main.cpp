@@ -13,7 +13,7 @@
 #include "Benchmarks/Growth.h"
 #include "Benchmarks/Sink.h"
 #include "Benchmarks/Table.h"
-#include "Platform/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace {
 

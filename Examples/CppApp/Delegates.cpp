@@ -1,9 +1,9 @@
 #include "CppApp/Delegates.h"
 
-#include "Platform/Block.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/Data.h"
-#include "Platform/Send.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 using zib::Block;
 using zib::BlockLayout;

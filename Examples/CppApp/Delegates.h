@@ -6,7 +6,7 @@
 #pragma once
 
 #include "CppApp/Game.h"
-#include "Platform/Object.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 // One object that is the application's and the notification centre's delegate in one. The game
 // outlives it. Once in a process.

@@ -7,11 +7,11 @@
 #include <memory>
 #include <span>
 
-#include "Platform/Application.h"
-#include "Platform/Error.h"
-#include "Platform/URL.h"
-#include "Platform/UserNotifications.h"
 #include "ZibMessaging/ZibMessagingDelegate.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/UIKit/Application.h"
+#include "ZibPlatform/UserNotifications/UserNotifications.h"
 
 class Game {
  public:

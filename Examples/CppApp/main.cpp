@@ -4,8 +4,8 @@
 #include "CppApp/Delegates.h"
 #include "CppApp/Game.h"
 #include "Device/Device.h"
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Send.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 using zib::selector;
 using zib::send;

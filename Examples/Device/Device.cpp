@@ -5,18 +5,18 @@
 #include <cstdio>
 #include <string>
 
-#include "Platform/Block.h"
-#include "Platform/Class.h"
-#include "Platform/Data.h"
-#include "Platform/Error.h"
-#include "Platform/Send.h"
-#include "Platform/URL.h"
-#include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <memory>
 
 #import "NotificationDelegate.h"
-#include "Platform/ObjectiveC.h"
 #include "PrintingCore/PrintingCore.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibMessagingDelegate.h"
+#include "ZibPlatform/ObjectiveC/Bridge.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "Platform/ObjectiveC.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibPlatform/ObjectiveC/Bridge.h"
 
 @implementation NotificationDelegate
 

@@ -1,8 +1,8 @@
 #import "Integration.h"
 
-#include "Platform/ObjectiveC.h"
 #include "PrintingCore/PrintingCore.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibPlatform/ObjectiveC/Bridge.h"
 
 void startMessaging(UIApplication *application) {
   // The core library comes first. Yours starts itself in its own way.

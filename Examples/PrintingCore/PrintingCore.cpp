@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "CoreBoundary/Zib.h"
-#include "CoreBoundary/ZibLogger.h"
-#include "CoreBoundary/ZibStorage.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibCoreBoundary/ZibStorage.h"
 
 namespace {
 

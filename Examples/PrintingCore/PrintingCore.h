@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "CoreBoundary/ZibConfig.h"
+#include "ZibCoreBoundary/ZibConfig.h"
 
 // Once, before ZibMessaging::configure(), which asks the core for its configuration.
 void installPrintingCore(ZibConfig config);

@@ -4,9 +4,9 @@
 #include <limits>
 #include <type_traits>
 
-#include "Platform/Block.h"
-#include "Platform/Native.h"
 #include "Simulator/Dispatch/Scheduler.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Native.h"
 
 // The module and hosts only ever take its address.
 struct dispatch_queue_s {

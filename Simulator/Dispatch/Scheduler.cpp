@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <thread>
 
-#include "Platform/AutoreleasePool.h"
-#include "Platform/NeverDestroyed.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace sim {
 namespace {

@@ -1,8 +1,8 @@
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 
-#include "Platform/ClassBuilder.h"
-#include "Platform/Send.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim::firebase {
 namespace {

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "Platform/Object.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace sim::firebase {
 

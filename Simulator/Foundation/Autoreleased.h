@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "Platform/Object.h"
-#include "Platform/Send.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 

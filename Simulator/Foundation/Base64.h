@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Data.h"
+#include "ZibPlatform/Foundation/Data.h"
 
 namespace sim {
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
 

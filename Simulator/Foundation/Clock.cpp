@@ -2,14 +2,14 @@
 
 #include <chrono>
 
-#include "Platform/Class.h"
-#include "Platform/Send.h"
 #include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Foundation/GregorianTime.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/Setting.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

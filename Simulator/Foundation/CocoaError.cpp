@@ -2,12 +2,12 @@
 
 #include <system_error>
 
-#include "Platform/Class.h"
-#include "Platform/Error.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "Platform/ValueConversion.h"
 #include "Simulator/Foundation/Autoreleased.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

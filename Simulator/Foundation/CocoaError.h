@@ -4,8 +4,8 @@
 
 #include <string_view>
 
-#include "Platform/Native.h"
-#include "Platform/Object.h"
+#include "ZibPlatform/ObjectiveC/Native.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace sim {
 

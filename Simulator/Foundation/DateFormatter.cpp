@@ -1,12 +1,12 @@
 // NSISO8601DateFormatter in its default form: UTC, to the second.
 
-#include "Platform/Class.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/GregorianTime.h"
 #include "Simulator/Foundation/Installers.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

@@ -1,11 +1,11 @@
 // NSError's description. Foundation's keys are known by their texts as much as by their constants,
 // and the texts of GNUstep's constants are others.
 
-#include "Platform/Class.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Foundation/Installers.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

@@ -14,14 +14,14 @@
 #include <system_error>
 #include <utility>
 
-#include "Platform/Class.h"
-#include "Platform/Data.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/CocoaError.h"
 #include "Simulator/Foundation/Installers.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <mutex>
 
-#include "Platform/AutoreleasePool.h"
 #include "Simulator/Foundation/Installers.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace sim {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
 

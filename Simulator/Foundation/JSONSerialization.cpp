@@ -1,11 +1,11 @@
 // NSJSONSerialization's reader.
 
-#include "Platform/Data.h"
-#include "Platform/ValueConversion.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/JSONReader.h"
 #include "Simulator/Foundation/Serialization.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
 
 namespace sim {
 namespace {

@@ -12,7 +12,7 @@
 #include <memory>
 #include <vector>
 
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
 
 extern "C" {
 

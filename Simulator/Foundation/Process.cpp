@@ -3,14 +3,14 @@
 
 #include <utility>
 
-#include "Platform/Class.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/Setting.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

@@ -2,11 +2,6 @@
 
 #include <string>
 
-#include "Platform/Class.h"
-#include "Platform/Data.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "Platform/ValueConversion.h"
 #include "Simulator/Foundation/BinaryPropertyList.h"
 #include "Simulator/Foundation/Budget.h"
 #include "Simulator/Foundation/FormatError.h"
@@ -15,7 +10,12 @@
 #include "Simulator/Foundation/TextEncoding.h"
 #include "Simulator/Foundation/TextPropertyList.h"
 #include "Simulator/Foundation/XMLPropertyList.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
 

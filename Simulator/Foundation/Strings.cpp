@@ -1,10 +1,10 @@
 // NSString from UTF-16 units. GNUstep takes a first unit of U+FEFF or U+FFFE for a byte order mark,
 // drops it, and in the second case swaps the bytes of the rest; to Foundation they are characters.
 
-#include "Platform/Class.h"
-#include "Platform/Send.h"
 #include "Simulator/Foundation/Installers.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

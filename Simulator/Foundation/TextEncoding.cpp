@@ -4,8 +4,8 @@
 
 #include <array>
 
-#include "Platform/Strings.h"
 #include "Simulator/Foundation/FormatError.h"
+#include "ZibPlatform/Foundation/Strings.h"
 
 namespace sim {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
 

@@ -6,14 +6,14 @@
 #include <string>
 #include <utility>
 
-#include "Platform/Class.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Foundation/Budget.h"
 #include "Simulator/Foundation/FormatError.h"
 #include "Simulator/Foundation/SortedMembers.h"
 #include "Simulator/Foundation/TextEncoding.h"
 #include "Simulator/Foundation/TextPropertyList.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

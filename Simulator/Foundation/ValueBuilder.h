@@ -7,9 +7,9 @@
 #include <variant>
 #include <vector>
 
-#include "Platform/Value.h"
 #include "Simulator/Foundation/Budget.h"
 #include "Simulator/Foundation/SortedMembers.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
 

@@ -3,17 +3,17 @@
 #include <array>
 #include <utility>
 
-#include "Platform/Block.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/Data.h"
-#include "Platform/Error.h"
-#include "Platform/Scenes.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "Platform/URL.h"
-#include "Platform/UserNotifications.h"
 #include "Simulator/Timeline/Timeline.h"
-#include "ZibMessaging/TokenText.h"
+#include "ZibMessaging/Private/TokenText.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
+#include "ZibPlatform/UIKit/Scenes.h"
+#include "ZibPlatform/UserNotifications/UserNotifications.h"
 
 namespace sim {
 namespace {
@@ -53,7 +53,7 @@ struct Methods {
   static const HostClassDescription& cls() { return slots()[Slot]; }
 
   static void didRegister(id self, SEL selector, id /*application*/, id token) {
-    record(cls(), self, selector, {{"token", hexText(zib::bytesOf(token))}});
+    record(cls(), self, selector, {{"token", zib::hexText(zib::bytesOf(token))}});
   }
 
   static void didFail(id self, SEL selector, id /*application*/, id error) {

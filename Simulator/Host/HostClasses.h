@@ -7,8 +7,8 @@
 #include <set>
 #include <string>
 
-#include "Platform/Class.h"
-#include "Platform/Object.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace sim {
 

@@ -2,11 +2,11 @@
 
 #include <memory>
 
-#include "CoreBoundary/Zib.h"
-#include "CoreBoundary/ZibLogger.h"
-#include "CoreBoundary/ZibStorage.h"
 #include "Simulator/Foundation/Setting.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibCoreBoundary/ZibStorage.h"
 
 namespace sim {
 namespace {

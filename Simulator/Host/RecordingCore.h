@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "CoreBoundary/ZibConfig.h"
+#include "ZibCoreBoundary/ZibConfig.h"
 
 namespace sim {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/URLSession.h"
+#include "ZibPlatform/Foundation/URLSession.h"
 
 namespace sim {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/URLSession.h"
 #include "Simulator/Network/URLError.h"
+#include "ZibPlatform/Foundation/URLSession.h"
 
 namespace sim {
 

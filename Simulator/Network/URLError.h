@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "Platform/Error.h"
+#include "ZibPlatform/Foundation/Error.h"
 
 namespace sim {
 

@@ -3,17 +3,17 @@
 #include <mutex>
 #include <span>
 
-#include "Platform/Block.h"
-#include "Platform/Class.h"
-#include "Platform/Data.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Setting.h"
-#include "Simulator/Runtime.h"
-#include "Simulator/StandIn.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "Simulator/ObjectiveC/StandIn.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim::urlsession {
 namespace {

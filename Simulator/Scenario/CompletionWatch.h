@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Block.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
 
 namespace sim {
 

@@ -11,12 +11,12 @@
 #include <set>
 #include <stdexcept>
 
-#include "Platform/Class.h"
-#include "Platform/Data.h"
-#include "Platform/ErrorPointer.h"
-#include "Platform/Send.h"
 #include "Simulator/Foundation/Base64.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/ErrorPointer.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {

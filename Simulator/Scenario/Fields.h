@@ -5,12 +5,12 @@
 
 #include <string>
 
-#include "Platform/Data.h"
-#include "Platform/Dictionary.h"
-#include "Platform/Error.h"
-#include "Platform/URL.h"
-#include "Platform/Value.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
 

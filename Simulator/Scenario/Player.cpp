@@ -3,10 +3,6 @@
 #include <map>
 #include <memory>
 
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Host/RecordingCore.h"
@@ -17,11 +13,15 @@
 #include "Simulator/Scenario/Fields.h"
 #include "Simulator/Scenario/Operations.h"
 #include "Simulator/Scenario/Reader.h"
-#include "ZibMessaging/TokenText.h"
+#include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPushConfig.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim {
 namespace {
@@ -299,7 +299,7 @@ void Player::state(const Json& /*fields*/) {
   Timeline::shared().add("state",
                          {{"isPushEnabled", messaging.isPushEnabled()},
                           {"fcmToken", fcmToken ? Json(*fcmToken) : Json()},
-                          {"apnsToken", apnsToken ? Json(hexText(*apnsToken)) : Json()},
+                          {"apnsToken", apnsToken ? Json(zib::hexText(*apnsToken)) : Json()},
                           {"isSwizzlingEnabled", ZibSwizzleManager::shared().isSwizzlingEnabled()},
                           {"savedFirebasePlistPath", plistPath ? Json(*plistPath) : Json()}});
 }

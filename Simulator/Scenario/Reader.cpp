@@ -4,12 +4,12 @@
 #include <charconv>
 #include <set>
 
-#include "Platform/Class.h"
-#include "Platform/Strings.h"
-#include "Platform/ValueConversion.h"
 #include "Simulator/Scenario/NetworkReader.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "Simulator/Scenario/Verbs.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
 
 namespace sim {
 namespace {

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "CoreBoundary/ZibConfig.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/Host/HostClasses.h"
 #include "Simulator/Network/Sites.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
+#include "ZibCoreBoundary/ZibConfig.h"
 
 namespace sim {
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "Platform/ValueConversion.h"
 #include "Simulator/Foundation/URLText.h"
 #include "Simulator/Scenario/Reader.h"
 #include "Simulator/Timeline/TextForms.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
 
 namespace sim {
 namespace {

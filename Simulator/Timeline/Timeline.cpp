@@ -5,10 +5,10 @@
 #include <cmath>
 #include <utility>
 
-#include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Base64.h"
 #include "Simulator/Timeline/TextForms.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
 
 namespace sim {
 namespace {

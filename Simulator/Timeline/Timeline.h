@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Error.h"
-#include "Platform/Native.h"
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Value.h"
+#include "ZibPlatform/ObjectiveC/Native.h"
 
 namespace sim {
 

@@ -1,13 +1,13 @@
 #include "Simulator/UIKit/UIKit.h"
 
-#include "Platform/Block.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Autoreleased.h"
-#include "Simulator/StandIn.h"
+#include "Simulator/ObjectiveC/StandIn.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim::uikit {
 namespace {

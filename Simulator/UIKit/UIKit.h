@@ -8,8 +8,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "Platform/Object.h"
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Value.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace sim::uikit {
 

@@ -3,16 +3,16 @@
 #include <deque>
 #include <mutex>
 
-#include "Platform/Block.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "Platform/ValueConversion.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Autoreleased.h"
-#include "Simulator/Runtime.h"
-#include "Simulator/StandIn.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "Simulator/ObjectiveC/StandIn.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim::usernotifications {
 namespace {

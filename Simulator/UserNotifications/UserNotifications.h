@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "Platform/Error.h"
-#include "Platform/Object.h"
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Value.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace sim::usernotifications {
 

@@ -2,17 +2,19 @@
 
 #include <array>
 
-#include "Platform/Application.h"
-#include "Platform/MainQueue.h"
-#include "Platform/NeverDestroyed.h"
-#include "Platform/Process.h"
-#include "ZibMessaging/Containment.h"
-#include "ZibMessaging/LogLine.h"
-
-namespace {
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibPlatform/Dispatch/MainQueue.h"
+#include "ZibPlatform/Foundation/Process.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
+#include "ZibPlatform/UIKit/Application.h"
 
 using zib::ConstantString;
 using zib::constantString;
+using zib::contained;
+using zib::logLine;
+
+namespace {
 
 // In the order in which they are searched.
 constexpr std::array<ConstantString, 9> linkKeys{

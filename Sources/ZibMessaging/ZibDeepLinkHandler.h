@@ -6,9 +6,9 @@
 #include <memory>
 #include <string_view>
 
-#include "Platform/Dictionary.h"
-#include "Platform/URL.h"
-#include "ZibMessaging/Guarded.h"
+#include "ZibMessaging/Private/Guarded.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/Foundation/URL.h"
 
 // One instance, for the life of the process. Any thread; the system is asked to open a link on the
 // main one.
@@ -39,5 +39,5 @@ class ZibDeepLinkHandler {
   bool openURL(const zib::URL& url);
   bool isHandledByHost(const zib::URL& url) const;
 
-  Guarded<std::shared_ptr<const URLDelegate>> urlDelegate_;
+  zib::Guarded<std::shared_ptr<const URLDelegate>> urlDelegate_;
 };

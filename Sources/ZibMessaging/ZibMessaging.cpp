@@ -1,22 +1,29 @@
 #include "ZibMessaging/ZibMessaging.h"
 
-#include "CoreBoundary/Zib.h"
-#include "CoreBoundary/ZibLogger.h"
-#include "CoreBoundary/ZibStorage.h"
-#include "Platform/Block.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/MainQueue.h"
-#include "Platform/NeverDestroyed.h"
-#include "Platform/Process.h"
-#include "Platform/Send.h"
-#include "ZibMessaging/Containment.h"
-#include "ZibMessaging/FirebaseMessaging.h"
-#include "ZibMessaging/LogLine.h"
-#include "ZibMessaging/TokenText.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibCoreBoundary/ZibStorage.h"
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/PresentationOptions.h"
+#include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Dispatch/MainQueue.h"
+#include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
+using zib::contained;
+using zib::FirebaseMessaging;
+using zib::foregroundPresentationOptions;
+using zib::logLine;
+using zib::notificationEventSchemaURI;
+using zib::ShownHexText;
+using zib::shownOf;
 using zib::objc::id;
 using zib::objc::SEL;
 using zib::objc::UInteger;
@@ -75,12 +82,6 @@ zib::Object makeRuntimeObject() {
 }
 
 }  // namespace
-
-UInteger foregroundPresentationOptions() {
-  namespace options = zib::notificationOptions;
-  static const bool hasBanners = zib::isSystemAtLeast(14, 0);
-  return (hasBanners ? options::banner : options::alert) | options::sound | options::badge;
-}
 
 std::shared_ptr<ZibMessaging>& ZibMessaging::slot() {
   static zib::NeverDestroyed<std::shared_ptr<ZibMessaging>> instance(

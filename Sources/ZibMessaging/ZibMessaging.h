@@ -10,22 +10,26 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Application.h"
-#include "Platform/Data.h"
-#include "Platform/Dictionary.h"
-#include "Platform/Error.h"
-#include "Platform/UserNotifications.h"
-#include "ZibMessaging/Guarded.h"
+#include "ZibMessaging/Private/Guarded.h"
 #include "ZibMessaging/ZibMessagingDelegate.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/UIKit/Application.h"
+#include "ZibPlatform/UserNotifications/UserNotifications.h"
 
 // The vendor of the event schema; a build sets it with -DZIB_EVENT_VENDOR.
 #if !defined(ZIB_EVENT_VENDOR)
 #define ZIB_EVENT_VENDOR "com.zib"
 #endif
 
+namespace zib {
+
 // The schema of every notification event that is handed to the core.
 inline constexpr std::string_view notificationEventSchemaURI =
     "iglu:" ZIB_EVENT_VENDOR "/notification_event/jsonschema/3-0-0";
+
+}  // namespace zib
 
 // Holds the module's push state, and is what the platform's notification centre and Firebase
 // Messaging call back when the host has no delegates of its own. One instance, for the life of the
@@ -116,14 +120,10 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
   template <class Call>
   void tellDelegate(std::string_view operation, Call call);
 
-  Guarded<std::weak_ptr<ZibMessagingDelegate>> delegate_;
+  zib::Guarded<std::weak_ptr<ZibMessagingDelegate>> delegate_;
   std::atomic<bool> isPushEnabled_{false};
-  Guarded<std::optional<std::string>> fcmToken_;
-  Guarded<std::optional<zib::Bytes>> apnsToken_;
+  zib::Guarded<std::optional<std::string>> fcmToken_;
+  zib::Guarded<std::optional<zib::Bytes>> apnsToken_;
   std::atomic<bool> hasReceivedAPNSToken_{false};
   std::atomic<bool> swizzlingConfigured_{false};
 };
-
-// The options for a notification in the foreground: banner, sound and badge, and before iOS 14,
-// which has no banner, an alert instead.
-zib::objc::UInteger foregroundPresentationOptions();

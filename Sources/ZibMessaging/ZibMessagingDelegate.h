@@ -4,9 +4,9 @@
 
 #include <string_view>
 
-#include "Platform/Dictionary.h"
-#include "Platform/Error.h"
-#include "Platform/UserNotifications.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/UserNotifications/UserNotifications.h"
 
 class ZibMessaging;
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "Platform/ISO8601.h"
+#include "ZibPlatform/Foundation/ISO8601.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string_view>
 
-#include "Platform/Dictionary.h"
-#include "Platform/Value.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 class ZibPayloadBuilder {
  public:

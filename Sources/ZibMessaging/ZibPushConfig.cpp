@@ -3,18 +3,24 @@
 #include <atomic>
 #include <utility>
 
-#include "CoreBoundary/Zib.h"
-#include "CoreBoundary/ZibLogger.h"
-#include "Platform/Files.h"
-#include "Platform/MainQueue.h"
-#include "Platform/NeverDestroyed.h"
-#include "Platform/PropertyList.h"
-#include "Platform/URLSession.h"
-#include "ZibMessaging/Containment.h"
-#include "ZibMessaging/LogLine.h"
-#include "ZibMessaging/RemotePushConfig.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/RemotePushConfig.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPushError.h"
+#include "ZibPlatform/Dispatch/MainQueue.h"
+#include "ZibPlatform/Foundation/Files.h"
+#include "ZibPlatform/Foundation/PropertyList.h"
+#include "ZibPlatform/Foundation/URLSession.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
+
+using zib::contained;
+using zib::logLine;
+using zib::readFirebasePlist;
+using zib::readPushConfig;
+using zib::RemotePushConfig;
 
 namespace {
 
@@ -85,7 +91,7 @@ class ZibPushConfig::Flow final : public std::enable_shared_from_this<Flow> {
   void fetchPushConfig(const std::string& endpoint) {
     const auto url = zib::URL::parse(endpoint);
     if (!url) {
-      pushConfigFetched(errorFrom(ZibPushError::invalidURL));
+      pushConfigFetched(zib::errorFrom(ZibPushError::invalidURL));
       return;
     }
     zib::URLSession::fetch({*url, "GET", {{"Content-Type", "application/json"}}, configTimeout},

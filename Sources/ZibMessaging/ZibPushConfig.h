@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Application.h"
-#include "Platform/Dictionary.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/UIKit/Application.h"
 
 // One instance, for the life of the process, without any state: every call of configurePush() is a
 // flow of its own, and a second one repeats everything. Any thread. No operation throws, and what

@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+namespace zib {
 namespace {
 
 constexpr std::string_view domain = "ZibMessaging.ZibPushError";
@@ -21,15 +22,17 @@ std::string_view errorDescription(ZibPushError error) noexcept {
   return descriptions[static_cast<std::size_t>(error)];
 }
 
-zib::Error errorFrom(ZibPushError error) {
+Error errorFrom(ZibPushError error) {
   return {std::string(domain),
           static_cast<std::int64_t>(error),
           std::string(errorDescription(error)),
           {}};
 }
 
-std::optional<ZibPushError> pushErrorFrom(const zib::Error& error) noexcept {
+std::optional<ZibPushError> pushErrorFrom(const Error& error) noexcept {
   constexpr auto count = static_cast<std::int64_t>(descriptions.size());
   if (error.domain != domain || error.code < 0 || error.code >= count) return std::nullopt;
   return static_cast<ZibPushError>(error.code);
 }
+
+}  // namespace zib

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string_view>
 
-#include "Platform/Error.h"
+#include "ZibPlatform/Foundation/Error.h"
 
 // The indices are the codes of the platform's error objects: they stay.
 enum class ZibPushError : std::uint8_t {
@@ -19,12 +19,16 @@ enum class ZibPushError : std::uint8_t {
   firebaseNotConfigured = 3,  // for hosts; the module never fails with it
 };
 
+namespace zib {
+
 std::string_view errorDescription(ZibPushError error) noexcept;
 
 // The same failure as a general error, whose native object is an NSError that carries nothing but
 // the description; and back, if the error is one of these.
-zib::Error errorFrom(ZibPushError error);
-std::optional<ZibPushError> pushErrorFrom(const zib::Error& error) noexcept;
+Error errorFrom(ZibPushError error);
+std::optional<ZibPushError> pushErrorFrom(const Error& error) noexcept;
+
+}  // namespace zib
 
 template <>
 struct std::hash<ZibPushError> {

@@ -6,18 +6,22 @@
 #include <string>
 #include <string_view>
 
-#include "CoreBoundary/ZibLogger.h"
-#include "Platform/MainQueue.h"
-#include "Platform/NeverDestroyed.h"
-#include "Platform/Process.h"
-#include "Platform/Scenes.h"
-#include "Platform/UserNotifications.h"
-#include "ZibMessaging/Containment.h"
-#include "ZibMessaging/FirebaseMessaging.h"
-#include "ZibMessaging/LogLine.h"
-#include "ZibMessaging/QuotedText.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/QuotedText.h"
+#include "ZibPlatform/Dispatch/MainQueue.h"
+#include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
+#include "ZibPlatform/Foundation/Process.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
+#include "ZibPlatform/UIKit/Scenes.h"
+#include "ZibPlatform/UserNotifications/UserNotifications.h"
 
+using zib::appendQuoted;
 using zib::Class;
+using zib::contained;
+using zib::FirebaseMessaging;
+using zib::logLine;
 using zib::Method;
 using zib::Selector;
 

@@ -11,8 +11,8 @@
 #include <optional>
 #include <string_view>
 
-#include "Platform/Application.h"
-#include "Platform/Class.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/UIKit/Application.h"
 
 // One instance, for the life of the process. Delegates are found and methods installed on the main
 // thread only; the interceptors run on whatever thread the system calls them and read the state

@@ -3,20 +3,25 @@
 // implementation with the host's own receiver, selector and arguments, if there was one to replace.
 // What the host's implementation throws passes through.
 
-#include "Platform/Block.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/Scenes.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "ZibMessaging/Containment.h"
-#include "ZibMessaging/LogLine.h"
-#include "ZibMessaging/TokenText.h"
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/PresentationOptions.h"
+#include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
+#include "ZibPlatform/UIKit/Scenes.h"
 
 using zib::Block;
 using zib::BlockLayout;
+using zib::contained;
+using zib::foregroundPresentationOptions;
+using zib::logLine;
+using zib::shownOf;
 using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::SEL;

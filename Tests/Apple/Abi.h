@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "Platform/TypeEncoding.h"
+#include "ZibPlatform/ObjectiveC/TypeEncoding.h"
 
 namespace abi {
 

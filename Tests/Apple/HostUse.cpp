@@ -3,9 +3,9 @@
 
 #include <memory>
 
-#include "CoreBoundary/Zib.h"
-#include "CoreBoundary/ZibLogger.h"
-#include "CoreBoundary/ZibStorage.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibCoreBoundary/ZibStorage.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibMessagingDelegate.h"
 

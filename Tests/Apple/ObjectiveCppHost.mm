@@ -2,9 +2,9 @@
 // check compiles it as hosts are compiled: with ARC and without, with the platform's headers before
 // the module's and after them.
 
-#include "CoreBoundary/Zib.h"
-#include "CoreBoundary/ZibLogger.h"
-#include "CoreBoundary/ZibStorage.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibCoreBoundary/ZibStorage.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibMessagingDelegate.h"
@@ -12,11 +12,11 @@
 #include "ZibMessaging/ZibPushConfig.h"
 #include "ZibMessaging/ZibPushError.h"
 // What these do not bring in themselves, down to the runtime's own functions.
-#include "Platform/ClassBuilder.h"
-#include "Platform/MainQueue.h"
-#include "Platform/ObjectiveC.h"
-#include "Platform/Scenes.h"
-#include "Platform/Send.h"
+#include "ZibPlatform/Dispatch/MainQueue.h"
+#include "ZibPlatform/ObjectiveC/Bridge.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
+#include "ZibPlatform/UIKit/Scenes.h"
 
 #import <Block.h>
 #import <UIKit/UIKit.h>
@@ -108,8 +108,8 @@ class MessagingDelegate final : public ZibMessagingDelegate {
     [library_ write:native.actionIdentifier error:nil];
   }
   void didFailToRegisterWithError(ZibMessaging & /*messaging*/, const zib::Error &error) override {
-    const bool isOurs = pushErrorFrom(error) == ZibPushError::noData;
-    [library_ write:textOf(isOurs ? errorDescription(ZibPushError::noData) : error.description)
+    const bool isOurs = zib::pushErrorFrom(error) == ZibPushError::noData;
+    [library_ write:textOf(isOurs ? zib::errorDescription(ZibPushError::noData) : error.description)
               error:zib::as<NSError>(error.nativeError())];
   }
 
@@ -183,7 +183,8 @@ class MessagingDelegate final : public ZibMessagingDelegate {
   NSDictionary *const payload = notification.request.content.userInfo;
   const auto userInfo = zib::Dictionary::retained(zib::native(payload));
   Zib::shared().trackSelfDescribingEvent(
-      notificationEventSchemaURI, ZibPayloadBuilder::createNotificationPayload(userInfo, "shown"));
+      zib::notificationEventSchemaURI,
+      ZibPayloadBuilder::createNotificationPayload(userInfo, "shown"));
   completionHandler(
       ZibMessaging::shared().willPresent(zib::Notification::retained(zib::native(notification))));
 }

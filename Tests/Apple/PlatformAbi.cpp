@@ -3,8 +3,8 @@
 #include <cstddef>
 
 #include "Abi.h"
-#include "Platform/Block.h"
-#include "Platform/Native.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Native.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "PlatformHeaders.h"
 
-#include "Platform/Block.h"
-#include "Platform/Native.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Native.h"
 
 // Does not compile for two types, but that the platform may promise not to throw. Takes addresses
 // rather than types, so that the use of what the oldest supported system lacks is an error too.

@@ -66,13 +66,13 @@ INTERNAL_CLASSES = {"ZibSwizzleManager"}
 # What nothing verifies: files, how their lines are told from the others, and the reason.
 NAMES = "names of a framework that is found by name, and whose headers cannot be had"
 UNVERIFIED = [
-    ("Sources/Platform/Application.cpp", r'selector<"|classNamed<"', NAMES),
-    ("Sources/Platform/Scenes.cpp", r'selector<"|classNamed<"', NAMES),
-    ("Sources/Platform/UserNotifications.cpp", r'selector<"|classNamed<"', NAMES),
-    ("Sources/ZibMessaging/FirebaseMessaging.cpp", r'selector<"|classNamed<"', NAMES),
+    ("Sources/ZibPlatform/UIKit/Application.cpp", r'selector<"|classNamed<"', NAMES),
+    ("Sources/ZibPlatform/UIKit/Scenes.cpp", r'selector<"|classNamed<"', NAMES),
+    ("Sources/ZibPlatform/UserNotifications/UserNotifications.cpp", r'selector<"|classNamed<"', NAMES),
+    ("Sources/ZibPlatform/FirebaseMessaging/FirebaseMessaging.cpp", r'selector<"|classNamed<"', NAMES),
     ("Sources/ZibMessaging/ZibMessaging.cpp", r'\.method\("\w+:', NAMES),
     ("Sources/ZibMessaging/ZibSwizzleManager.cpp", r'^\s*\{"\w+:', NAMES),
-    ("Sources/Platform/UserNotifications.h", r"^inline constexpr objc::UInteger",
+    ("Sources/ZibPlatform/UserNotifications/UserNotifications.h", r"^inline constexpr objc::UInteger",
      "numbers out of the same headers"),
 ]
 
@@ -209,7 +209,7 @@ class Compiler:
         """Flags that put `first` and the standard headers before a source, parsed once. Hides a
         missing #include of one of these, so one configuration has to do without."""
         included = set()
-        for path in Path("Sources").glob("*/*"):
+        for path in source_files():
             included |= set(re.findall(r"^#include (<\w+>)", path.read_text(), re.M))
         header = self.build / folder / "precompiled.h"
         header.parent.mkdir(parents=True, exist_ok=True)
@@ -253,12 +253,16 @@ class Compiler:
         return self.readable(sorted(found))
 
 
+def source_files():
+    return sorted(path for path in Path("Sources").rglob("*") if path.suffix in {".h", ".cpp"})
+
+
 class Check:
     def __init__(self, arguments):
         self.arguments = arguments
         self.compiler = Compiler(arguments, Path("build/apple"))
         self.build = self.compiler.build
-        self.sources = sorted(Path("Sources").glob("*/*.cpp"))
+        self.sources = sorted(Path("Sources").rglob("*.cpp"))
         self.libraries = {}
         self.images = {}
         self.hosts = []
@@ -325,9 +329,9 @@ class Check:
     # The platform's declarations and ours.
 
     def declarations(self):
-        native = re.sub(r"^ *(#|//).*$", "", Path("Sources/Platform/Native.h").read_text(),
+        native = re.sub(r"^ *(#|//).*$", "", Path("Sources/ZibPlatform/ObjectiveC/Native.h").read_text(),
                         flags=re.M)
-        require([str(path) for path in sorted(Path("Sources").glob("*/*"))
+        require([str(path) for path in source_files()
                  if path.name != "Native.h" and re.search(ASM_LABEL, path.read_text())],
                 "symbols are bound outside Native.h, where nothing compares them")
         bound = re.findall(r"(\w+)(?:\([^;]*\)|\[\d+\])?\s+ZIB_SYMBOL\((\w+)\);", native)
@@ -548,7 +552,7 @@ def count_lines(path):
 
 def apple_only_table():
     rows = ["| File | Lines |", "| --- | ---: |"]
-    for path in sorted(Path("Sources").glob("*/*")):
+    for path in source_files():
         lines = count_lines(path)["apple"]
         if lines:
             rows.append(f"| `{path}` | {lines} |")
@@ -558,7 +562,7 @@ def apple_only_table():
 def executed_table():
     rows = ["| Folder | Files | Lines |", "| --- | ---: | ---: |"]
     for folder in sorted(path for path in Path("Sources").iterdir() if path.is_dir()):
-        counts = [count_lines(path) for path in sorted(folder.iterdir())]
+        counts = [count_lines(path) for path in sorted(folder.rglob("*.*"))]
         lines = sum(each["both"] + each["other"] for each in counts)
         rows.append(f"| `{folder}` | {len(counts)} | {lines} |")
     return "\n".join(rows)

@@ -9,12 +9,6 @@
 #include <vector>
 
 #include "Device/Device.h"
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Block.h"
-#include "Platform/Data.h"
-#include "Platform/Error.h"
-#include "Platform/Send.h"
-#include "Platform/ValueConversion.h"
 #include "RecordingHost.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Host/RecordingCore.h"
@@ -22,6 +16,12 @@
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 

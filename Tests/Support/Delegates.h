@@ -2,12 +2,12 @@
 
 #pragma once
 
-#include "Platform/Block.h"
-#include "Platform/Object.h"
-#include "Platform/Send.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace test {
 

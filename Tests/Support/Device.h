@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/Application.h"
-#include "Platform/AutoreleasePool.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/UIKit.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/UIKit/Application.h"
 
 namespace test {
 

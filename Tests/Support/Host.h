@@ -5,11 +5,11 @@
 #include <set>
 #include <string>
 
-#include "Platform/Object.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/Host/HostClasses.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace test {
 

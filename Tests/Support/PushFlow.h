@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Value.h"
 #include "Simulator/Network/Network.h"
 #include "Simulator/Scenario/Documents.h"
 #include "Tests/Support/Device.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace test {
 

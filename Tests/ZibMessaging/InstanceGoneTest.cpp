@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Data.h"
 #include "Simulator/Host/RecordingMessagingDelegate.h"
 #include "Simulator/Network/URLSession.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "Tests/Support/TestSeam.h"
+#include "ZibPlatform/Foundation/Data.h"
 
 namespace {
 

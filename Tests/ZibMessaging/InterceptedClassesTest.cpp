@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "Platform/ClassBuilder.h"
-#include "Platform/Data.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "Tests/Support/TestSeam.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 
 namespace {
 

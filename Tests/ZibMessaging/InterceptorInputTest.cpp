@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
-#include "Platform/ClassBuilder.h"
-#include "Platform/Data.h"
-#include "Platform/ValueConversion.h"
-#include "Simulator/StandIn.h"
+#include "Simulator/ObjectiveC/StandIn.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 
 namespace {
 

@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "Platform/ValueConversion.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
 
 namespace {
 

@@ -7,15 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "Platform/ClassBuilder.h"
-#include "Platform/Data.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
-#include "Simulator/Runtime.h"
+#include "Simulator/ObjectiveC/Runtime.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "Tests/Support/TestSeam.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 
 namespace {
 

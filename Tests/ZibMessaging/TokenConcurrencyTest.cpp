@@ -8,13 +8,13 @@
 #include <thread>
 #include <vector>
 
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Data.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace {
 

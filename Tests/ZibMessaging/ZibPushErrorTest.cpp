@@ -6,9 +6,9 @@
 #include <set>
 #include <string>
 
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Dictionary.h"
-#include "Platform/Send.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 
@@ -38,7 +38,7 @@ TEST_P(ZibPushErrorTest, IsOneByteThatHoldsTheIndex) {
 }
 
 TEST_P(ZibPushErrorTest, DescribesItself) {
-  EXPECT_EQ(errorDescription(GetParam().error), GetParam().description);
+  EXPECT_EQ(zib::errorDescription(GetParam().error), GetParam().description);
 }
 
 TEST_P(ZibPushErrorTest, HashesItsIndexAsAWord) {
@@ -53,23 +53,23 @@ TEST_P(ZibPushErrorTest, EqualsOnlyItself) {
 }
 
 TEST_P(ZibPushErrorTest, BecomesAGeneralErrorAndComesBack) {
-  const zib::Error error = errorFrom(GetParam().error);
+  const zib::Error error = zib::errorFrom(GetParam().error);
   EXPECT_EQ(error.domain, "ZibMessaging.ZibPushError");
   EXPECT_EQ(error.code, GetParam().code);
   EXPECT_EQ(error.description, GetParam().description);
-  EXPECT_EQ(pushErrorFrom(error), GetParam().error);
+  EXPECT_EQ(zib::pushErrorFrom(error), GetParam().error);
 }
 
 TEST_P(ZibPushErrorTest, BecomesAPlatformErrorAndComesBack) {
-  const zib::Object native = errorFrom(GetParam().error).nativeError();
+  const zib::Object native = zib::errorFrom(GetParam().error).nativeError();
   const zib::Error error = zib::Error::fromNative(native.raw());
   EXPECT_EQ(error.domain, "ZibMessaging.ZibPushError");
   EXPECT_EQ(error.code, GetParam().code);
-  EXPECT_EQ(pushErrorFrom(error), GetParam().error);
+  EXPECT_EQ(zib::pushErrorFrom(error), GetParam().error);
 }
 
 TEST_P(ZibPushErrorTest, CarriesNothingButTheDescription) {
-  const zib::Object native = errorFrom(GetParam().error).nativeError();
+  const zib::Object native = zib::errorFrom(GetParam().error).nativeError();
   const auto userInfo =
       zib::Dictionary::retained(zib::send<id>(native.raw(), zib::selector<"userInfo">()));
   EXPECT_EQ(userInfo.values(), (zib::ValueMap{{"NSLocalizedDescription", GetParam().description}}));
@@ -87,14 +87,14 @@ TEST(ZibPushErrorHash, DiffersBetweenCases) {
 }
 
 TEST(ZibPushErrorFromError, IsNoneForAnotherDomain) {
-  EXPECT_EQ(pushErrorFrom({"NSURLErrorDomain", 0, "", {}}), std::nullopt);
-  EXPECT_EQ(pushErrorFrom({"ZibMessaging", 1, "", {}}), std::nullopt);
+  EXPECT_EQ(zib::pushErrorFrom({"NSURLErrorDomain", 0, "", {}}), std::nullopt);
+  EXPECT_EQ(zib::pushErrorFrom({"ZibMessaging", 1, "", {}}), std::nullopt);
 }
 
 TEST(ZibPushErrorFromError, IsNoneForACodeThatNoCaseHas) {
-  EXPECT_EQ(pushErrorFrom({"ZibMessaging.ZibPushError", -1, "", {}}), std::nullopt);
-  EXPECT_EQ(pushErrorFrom({"ZibMessaging.ZibPushError", 4, "", {}}), std::nullopt);
-  EXPECT_EQ(pushErrorFrom({"ZibMessaging.ZibPushError", 256, "", {}}), std::nullopt);
+  EXPECT_EQ(zib::pushErrorFrom({"ZibMessaging.ZibPushError", -1, "", {}}), std::nullopt);
+  EXPECT_EQ(zib::pushErrorFrom({"ZibMessaging.ZibPushError", 4, "", {}}), std::nullopt);
+  EXPECT_EQ(zib::pushErrorFrom({"ZibMessaging.ZibPushError", 256, "", {}}), std::nullopt);
 }
 
 }  // namespace

@@ -4,11 +4,11 @@
 
 #include <limits>
 
-#include "Platform/Class.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Foundation/GregorianTime.h"
 #include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 

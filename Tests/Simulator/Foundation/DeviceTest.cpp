@@ -4,13 +4,13 @@
 
 #include <ctime>
 
-#include "Platform/Class.h"
-#include "Platform/Error.h"
-#include "Platform/Process.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Process.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 

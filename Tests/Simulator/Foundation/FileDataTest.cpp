@@ -11,12 +11,12 @@
 #include <optional>
 #include <string>
 
-#include "Platform/Class.h"
-#include "Platform/Data.h"
-#include "Platform/Error.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
 #include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 

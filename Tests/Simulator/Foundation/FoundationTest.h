@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "Platform/AutoreleasePool.h"
 #include "Simulator/Foundation/Foundation.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 class FoundationTest : public testing::Test {
  protected:

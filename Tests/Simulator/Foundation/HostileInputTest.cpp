@@ -6,10 +6,10 @@
 #include <random>
 #include <vector>
 
-#include "Platform/AutoreleasePool.h"
-#include "Platform/URL.h"
 #include "Tests/Simulator/Foundation/FoundationTest.h"
 #include "Tests/Simulator/Foundation/Serialization.h"
+#include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace {
 

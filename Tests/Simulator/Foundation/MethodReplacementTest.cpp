@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Class.h"
-#include "Platform/ClassBuilder.h"
-#include "Platform/Object.h"
-#include "Platform/Send.h"
 #include "Simulator/Foundation/Foundation.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 

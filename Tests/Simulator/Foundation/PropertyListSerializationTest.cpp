@@ -10,10 +10,10 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/Strings.h"
 #include "Tests/Simulator/Foundation/FoundationTest.h"
 #include "Tests/Simulator/Foundation/Serialization.h"
 #include "Tests/Support/BinaryPropertyList.h"
+#include "ZibPlatform/Foundation/Strings.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Class.h"
-#include "Platform/Data.h"
-#include "Platform/Error.h"
-#include "Platform/Send.h"
-#include "Platform/ValueConversion.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace serialization {
 

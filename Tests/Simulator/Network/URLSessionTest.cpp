@@ -5,15 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "Platform/AutoreleasePool.h"
-#include "Platform/Block.h"
-#include "Platform/Class.h"
-#include "Platform/Send.h"
-#include "Platform/Strings.h"
-#include "Platform/URLSession.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/URLSession.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
-#include "Platform/AutoreleasePool.h"
 #include "Simulator/Foundation/Foundation.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace {
 

@@ -1,0 +1,35 @@
+// Nothing that goes wrong inside the module reaches the host as an exception.
+//
+// Do not wrap the host's own method around which an interceptor stands: its exceptions are between
+// the host and the system and pass through untouched.
+
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace zib {
+
+// What the exception that is being handled says of itself. Never throws.
+std::string describeHandledException() noexcept;
+// Reports a stopped exception as an error line. Never throws, and is not called while one is being
+// handled: C++ runtimes end the process when the platform's exception comes on top of another.
+void reportContained(std::string_view operation, std::string description) noexcept;
+
+// Runs the work and stops whatever it throws: a host's callback or a core that broke its promise
+// must not cost the app a notification's completion. False when it was stopped.
+template <class Work>
+bool contained(std::string_view operation, Work&& work) noexcept {
+  std::string description;
+  try {
+    std::forward<Work>(work)();
+    return true;
+  } catch (...) {
+    description = describeHandledException();
+  }
+  reportContained(operation, std::move(description));
+  return false;
+}
+
+}  // namespace zib

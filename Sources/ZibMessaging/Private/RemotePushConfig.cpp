@@ -1,0 +1,43 @@
+#include "ZibMessaging/Private/RemotePushConfig.h"
+
+#include <string>
+
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/ZibPushError.h"
+#include "ZibPlatform/Foundation/JSON.h"
+#include "ZibPlatform/Foundation/PropertyList.h"
+
+namespace zib {
+
+RemotePushConfig RemotePushConfig::from(const Dictionary& document) {
+  RemotePushConfig config;
+  config.enabled = document.boolean(constantString<"ios_config_toggle">).value_or(false);
+  const auto url = document.string(constantString<"ios_private_key_url">);
+  if (config.enabled && url) config.firebasePlistURL = URL::parse(*url);
+  return config;
+}
+
+Result<RemotePushConfig> readPushConfig(const URLReply& reply) {
+  constexpr long statusOK = 200;
+  if (reply.error) return *reply.error;
+  if (reply.body.empty() || reply.httpStatus != statusOK) return RemotePushConfig();
+  const auto root = parseJSON(reply.body);
+  if (!root) return root.error();
+  const auto document = Dictionary::withTextKeys(*root);
+  if (!document) return RemotePushConfig();
+  RemotePushConfig config = RemotePushConfig::from(*document);
+  logLine(config.enabled ? "Push config: enabled=true" : "Push config: enabled=false");
+  return config;
+}
+
+Result<Dictionary> readFirebasePlist(const URLReply& reply) {
+  if (reply.error) return *reply.error;
+  if (reply.body.empty()) return errorFrom(ZibPushError::noData);
+  const auto root = parsePropertyList(reply.body);
+  if (!root) return root.error();
+  auto plist = Dictionary::withTextKeys(*root);
+  if (!plist) return errorFrom(ZibPushError::invalidPlist);
+  return *std::move(plist);
+}
+
+}  // namespace zib

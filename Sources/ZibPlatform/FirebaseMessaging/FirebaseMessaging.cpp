@@ -1,0 +1,35 @@
+#include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
+
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
+
+namespace zib {
+
+FirebaseMessaging FirebaseMessaging::find() {
+  const Class cls = classNamed<"FIRMessaging">();
+  if (!cls || !cls.derivesFrom(classNamed<"NSObject">())) return FirebaseMessaging(Found::nothing);
+  const Selector messaging = selector<"messaging">();
+  if (!respondsTo(cls.object(), messaging)) return FirebaseMessaging(Found::classOnly);
+  const objc::id instance =
+      send<objc::id>(cls.object(), selector<"performSelector:">(), messaging.raw());
+  if (!isNSObject(instance)) return FirebaseMessaging(Found::classMethod);
+  return FirebaseMessaging(Found::instance, Object::retained(instance));
+}
+
+objc::id FirebaseMessaging::delegate() const {
+  const Selector delegate = selector<"delegate">();
+  if (!respondsTo(instance_.raw(), delegate)) return nullptr;
+  const objc::id object =
+      send<objc::id>(instance_.raw(), selector<"performSelector:">(), delegate.raw());
+  return isNSObject(object) ? object : nullptr;
+}
+
+bool FirebaseMessaging::setDelegate(objc::id delegate) const {
+  const Selector setter = selector<"setDelegate:">();
+  if (!respondsTo(instance_.raw(), setter)) return false;
+  send<objc::id>(instance_.raw(), selector<"performSelector:withObject:">(), setter.raw(),
+                 delegate);
+  return true;
+}
+
+}  // namespace zib

@@ -1,0 +1,29 @@
+#include "ZibPlatform/Foundation/Error.h"
+
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
+
+namespace zib {
+
+Error Error::fromNative(objc::id error) {
+  if (!isNSObject(error) || !isKindOf(error, classNamed<"NSError">())) {
+    return {"ZibMessaging", 0, "The platform reported a failure without an error object", {}};
+  }
+  return {utf8From(send<objc::id>(error, selector<"domain">())),
+          send<objc::Integer>(error, selector<"code">()),
+          utf8From(send<objc::id>(error, selector<"localizedDescription">())),
+          Object::retained(error)};
+}
+
+Object Error::nativeError() const {
+  if (native) return native;
+  const Object userInfo = objectFrom(ValueMap{{"NSLocalizedDescription", description}});
+  const objc::id allocated = send<objc::id>(classNamed<"NSError">().object(), selector<"alloc">());
+  return Object::adopted(send<objc::id>(allocated, selector<"initWithDomain:code:userInfo:">(),
+                                        makeString(domain).raw(), static_cast<objc::Integer>(code),
+                                        userInfo.raw()));
+}
+
+}  // namespace zib

@@ -1,0 +1,42 @@
+// Calls of platform methods that report a failure through a last argument of type NSError**.
+
+#pragma once
+
+#include <optional>
+#include <utility>
+
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Result.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+
+namespace zib {
+
+// `call` gets the pointer for the error and tells whether it succeeded; the pointed-to error is
+// looked at only if it did not. An exception is a failure too: the platform's readers throw one at
+// some bytes, and what the bytes are is the sender's choice.
+template <class Call>
+std::optional<Error> failureOf(Call call) {
+  const AutoreleasePool pool;
+  objc::id error = nullptr;
+  try {
+    if (call(&error)) return std::nullopt;
+  } catch (...) {
+    return Error{"ZibMessaging", 0, "The platform threw an exception", {}};
+  }
+  return Error::fromNative(error);
+}
+
+// The same for a call whose result is an object, nil meaning failure.
+template <class Call>
+Result<Object> objectOrError(Call call) {
+  Object object;
+  auto failure = failureOf([&](objc::id* error) {
+    object = Object::retained(call(error));
+    return static_cast<bool>(object);
+  });
+  if (failure) return *std::move(failure);
+  return object;
+}
+
+}  // namespace zib

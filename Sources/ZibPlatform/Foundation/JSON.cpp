@@ -1,0 +1,20 @@
+#include "ZibPlatform/Foundation/JSON.h"
+
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/ErrorPointer.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
+
+namespace zib {
+
+Result<Object> parseJSON(std::span<const std::uint8_t> bytes) {
+  constexpr objc::UInteger noOptions = 0;
+  const Object data = makeData(bytes);
+  return objectOrError([&](objc::id* error) {
+    return send<objc::id>(classNamed<"NSJSONSerialization">().object(),
+                          selector<"JSONObjectWithData:options:error:">(), data.raw(), noOptions,
+                          error);
+  });
+}
+
+}  // namespace zib

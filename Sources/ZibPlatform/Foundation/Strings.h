@@ -1,0 +1,94 @@
+// Text between C++ (UTF-8) and the platform (NSString).
+
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "ZibPlatform/ObjectiveC/FixedString.h"
+#include "ZibPlatform/ObjectiveC/Native.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+
+namespace zib {
+
+// Never fails: bytes that are not UTF-8 become U+FFFD, one for each maximal ill-formed part.
+Object makeString(std::string_view utf8);
+
+// The whole text, NUL characters included; lone surrogates become U+FFFD. Empty for nil. `string`
+// is an NSString or nil.
+std::string utf8From(objc::id string);
+
+bool isString(objc::id object);
+
+// A platform string that somebody else keeps alive, or none: for reading it where it lies. Not for
+// keeping it beyond the call in which it was handed out.
+class StringRef {
+ public:
+  StringRef() noexcept = default;
+  // None for nil and for what is no string.
+  static StringRef of(objc::id object) { return StringRef(isString(object) ? object : nullptr); }
+
+  explicit operator bool() const noexcept { return raw_ != nullptr; }
+  [[nodiscard]] objc::id native() const noexcept { return raw_; }
+  // Whether it consists of exactly these ASCII characters, or ends with them.
+  [[nodiscard]] bool equals(std::string_view ascii) const;
+  [[nodiscard]] bool endsWith(std::string_view ascii) const;
+
+ private:
+  explicit StringRef(objc::id raw) noexcept : raw_(raw) {}
+
+  objc::id raw_ = nullptr;
+};
+
+// The UTF-8 of a platform string for as long as one function needs it, like utf8From() but without
+// an allocation where the text is short and ASCII, as links, tokens and identifiers are.
+class Utf8 {
+ public:
+  explicit Utf8(objc::id string);
+  explicit Utf8(StringRef string) : Utf8(string.native()) {}
+  Utf8(const Utf8&) = delete;
+  Utf8& operator=(const Utf8&) = delete;
+
+  [[nodiscard]] std::string_view view() const noexcept { return view_; }
+
+ private:
+  static constexpr std::size_t room = 512;
+
+  std::array<char, room> characters_;
+  std::string spilled_;
+  std::string_view view_;
+};
+
+// The first `count` characters (Unicode scalar values) of UTF-8. A maximal part that is ill-formed
+// counts as one.
+std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept;
+
+// A text known at compile time, the platform's object for it, and the C++ string. Both are made at
+// their first use and kept: a key that is looked up on every notification must not be made, nor
+// hashed, anew, nor a field of every event copied.
+struct ConstantString {
+  std::string_view text;
+  objc::id (*object)();
+  const std::string& (*utf8)();
+};
+
+template <FixedString Text>
+objc::id objectOfConstant() {
+  static const objc::id string = objc::retain(makeString(Text.view()).raw());
+  return string;
+}
+
+// Never destroyed, since events may still be read while the process exits.
+template <FixedString Text>
+const std::string& utf8OfConstant() {
+  static const std::string& string = *std::make_unique<const std::string>(Text.view()).release();
+  return string;
+}
+
+template <FixedString Text>
+inline constexpr ConstantString constantString{Text.view(), &objectOfConstant<Text>,
+                                               &utf8OfConstant<Text>};
+
+}  // namespace zib

@@ -1,0 +1,73 @@
+#include "ZibPlatform/Foundation/Value.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace zib {
+
+Value::Value(std::uint64_t value) noexcept {
+  if (value <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
+    storage_ = static_cast<std::int64_t>(value);
+  } else {
+    storage_ = value;
+  }
+}
+
+bool operator==(const Value& one, const Value& other) {
+  const auto* const text = one.get<std::string>();
+  const auto* const otherText = other.get<std::string>();
+  if (text != nullptr && otherText != nullptr) return *text == *otherText;
+  return one.storage_ == other.storage_;
+}
+
+ValueMap::ValueMap() noexcept = default;
+ValueMap::ValueMap(const ValueMap& other) = default;
+ValueMap::ValueMap(ValueMap&& other) noexcept = default;
+ValueMap& ValueMap::operator=(const ValueMap& other) = default;
+ValueMap& ValueMap::operator=(ValueMap&& other) noexcept = default;
+ValueMap::~ValueMap() = default;
+
+ValueMap::ValueMap(std::initializer_list<Member> members) {
+  members_.reserve(members.size());
+  for (const Member& member : members) set(member.key, member.value);
+}
+
+void ValueMap::reserve(std::size_t count) { members_.reserve(count); }
+
+void ValueMap::set(std::string_view key, Value value) {
+  const auto found = std::find_if(members_.begin(), members_.end(),
+                                  [&](const Member& member) { return member.key == key; });
+  if (found == members_.end()) {
+    append(key, std::move(value));
+  } else {
+    found->value = std::move(value);
+  }
+}
+
+void ValueMap::append(std::string_view key, Value value) {
+  members_.emplace_back(key, std::move(value));
+}
+
+Value& ValueMap::append(std::string_view key) { return members_.emplace_back(key).value; }
+
+const Value* ValueMap::find(std::string_view key) const noexcept {
+  for (const Member& member : members_) {
+    if (member.key == key) return &member.value;
+  }
+  return nullptr;
+}
+
+std::size_t ValueMap::size() const noexcept { return members_.size(); }
+bool ValueMap::empty() const noexcept { return members_.empty(); }
+std::vector<Member>::const_iterator ValueMap::begin() const noexcept { return members_.begin(); }
+std::vector<Member>::const_iterator ValueMap::end() const noexcept { return members_.end(); }
+
+bool operator==(const ValueMap& one, const ValueMap& other) {
+  return one.size() == other.size() &&
+         std::all_of(one.begin(), one.end(), [&](const Member& member) {
+           const Value* value = other.find(member.key);
+           return value != nullptr && *value == member.value;
+         });
+}
+
+}  // namespace zib

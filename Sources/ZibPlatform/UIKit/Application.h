@@ -1,0 +1,39 @@
+// The running application object, found by name: the module links no UIKit and also runs where
+// there is no application.
+
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+
+namespace zib {
+
+// Main thread, as all of UIKit; only handing the object on is free to any.
+class Application {
+ public:
+  // The shared application, or none: no class "UIApplication", one that is no NSObject, or nil.
+  static std::optional<Application> shared();
+  // An application object that the host hands in; nil is one that does nothing.
+  static Application retained(objc::id object) { return Application(Object::retained(object)); }
+
+  // Whether it is an instance of the class "UIApplication".
+  [[nodiscard]] bool isApplicationObject() const;
+  // Nil when there is none.
+  [[nodiscard]] objc::id delegate() const;
+  // The answer arrives at the application delegate.
+  void registerForRemoteNotifications() const;
+  // False, and nothing happens, when the application does not respond to the open selector. The
+  // completion gets, on the main thread, whether the system opened the URL; it must not throw.
+  bool open(const URL& url, std::function<void(bool)> completion) const;
+  [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
+
+ private:
+  explicit Application(Object native) noexcept : native_(std::move(native)) {}
+
+  Object native_;
+};
+
+}  // namespace zib

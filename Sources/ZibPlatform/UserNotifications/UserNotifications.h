@@ -1,0 +1,95 @@
+// The notification centre and what it delivers, found by name.
+
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+
+namespace zib {
+
+// A notification on its way to the user.
+class Notification {
+ public:
+  static Notification retained(objc::id object) { return Notification(Object::retained(object)); }
+  // What the sender put into it. Empty when any step of the way there is missing.
+  [[nodiscard]] Dictionary userInfo() const;
+  // The platform's own dictionary, or nil, for as long as the notification lives.
+  [[nodiscard]] objc::id nativeUserInfo() const;
+  [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
+
+ private:
+  friend class Borrowed<Notification>;
+  explicit Notification(Object native) noexcept : native_(std::move(native)) {}
+
+  Object native_;
+};
+
+// What the user did with a notification.
+class NotificationResponse {
+ public:
+  static NotificationResponse retained(objc::id object) {
+    return NotificationResponse(Object::retained(object));
+  }
+  [[nodiscard]] std::string actionIdentifier() const;
+  // The same in place, for as long as the response lives.
+  [[nodiscard]] StringRef actionText() const;
+  // That of the notification.
+  [[nodiscard]] objc::id nativeUserInfo() const;
+  [[nodiscard]] Notification notification() const;
+  [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
+
+ private:
+  friend class Borrowed<NotificationResponse>;
+  explicit NotificationResponse(Object native) noexcept : native_(std::move(native)) {}
+
+  Object native_;
+};
+
+struct NotificationAction {
+  std::string identifier;
+  std::string title;
+};
+
+struct NotificationCategory {
+  std::string identifier;
+  std::vector<NotificationAction> actions;
+};
+
+// The raw values of UNAuthorizationOptions and UNNotificationPresentationOptions.
+namespace notificationOptions {
+inline constexpr objc::UInteger badge = 1;
+inline constexpr objc::UInteger sound = 2;
+inline constexpr objc::UInteger alert = 4;
+inline constexpr objc::UInteger banner = 16;  // presentation only, since iOS 14
+}  // namespace notificationOptions
+
+// The current notification centre. Where the system has none, requests go unanswered and the
+// delegate is nil.
+class NotificationCenter {
+ public:
+  static NotificationCenter current();
+
+  [[nodiscard]] objc::id delegate() const;
+  // The centre does not own its delegate.
+  void setDelegate(objc::id delegate) const;
+  // The answer comes on a thread of the platform's choosing, once, and must not throw. The error
+  // is there only if the platform reports one.
+  void requestAuthorization(objc::UInteger options,
+                            std::function<void(bool granted, std::optional<Error>)> answer) const;
+  // Replaces all categories of the application. Actions and categories have no options and no
+  // intents.
+  void setCategories(const std::vector<NotificationCategory>& categories) const;
+
+ private:
+  explicit NotificationCenter(Object native) noexcept : native_(std::move(native)) {}
+
+  Object native_;
+};
+
+}  // namespace zib

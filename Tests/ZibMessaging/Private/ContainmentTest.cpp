@@ -1,0 +1,340 @@
+// What a host or a core throws stays where it was thrown: the operation goes on, the system gets
+// its completion, and the core hears of it once.
+
+#include "ZibMessaging/Private/Containment.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Simulator/Network/URLSession.h"
+#include "Simulator/ObjectiveC/Runtime.h"
+#include "Tests/Support/Delegates.h"
+#include "Tests/Support/Device.h"
+#include "Tests/Support/Exceptions.h"
+#include "Tests/Support/Host.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibCoreBoundary/ZibStorage.h"
+#include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPushConfig.h"
+#include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+
+namespace {
+
+using test::Device;
+using test::Thrown;
+using zib::Object;
+using zib::objc::BOOL;
+using zib::objc::id;
+using zib::objc::SEL;
+using zib::objc::UInteger;
+
+constexpr const char* link = "https://example.com/link";
+
+class ThrowingDelegate final : public ZibMessagingDelegate {
+ public:
+  explicit ThrowingDelegate(Thrown kind) : kind_(kind) {}
+  void didReceiveToken(ZibMessaging&, std::string_view) override { test::raise(kind_); }
+  void didReceiveNotification(ZibMessaging&, const zib::Dictionary&) override {
+    test::raise(kind_);
+  }
+  void didReceiveNotificationResponse(ZibMessaging&, const zib::NotificationResponse&) override {
+    test::raise(kind_);
+  }
+  void didFailToRegisterWithError(ZibMessaging&, const zib::Error&) override { test::raise(kind_); }
+
+ private:
+  Thrown kind_;
+};
+
+class ThrowingLogger final : public ZibLogger {
+ public:
+  explicit ThrowingLogger(Thrown kind) : kind_(kind) {}
+  void log(std::string_view) override { test::raise(kind_); }
+  void error(std::string_view, const std::optional<zib::Error>&) override { test::raise(kind_); }
+
+ private:
+  Thrown kind_;
+};
+
+class ThrowingCore final : public Zib {
+ public:
+  explicit ThrowingCore(Thrown kind) : kind_(kind) {}
+  [[nodiscard]] std::optional<ZibConfig> config() const override { test::raise(kind_); }
+  void trackSelfDescribingEvent(std::string_view, const zib::ValueMap&) override {
+    test::raise(kind_);
+  }
+  [[nodiscard]] std::optional<std::string> pushConfigEndpoint() const override {
+    test::raise(kind_);
+  }
+  void registerPushToken(std::string_view) override { test::raise(kind_); }
+
+ private:
+  Thrown kind_;
+};
+
+class ThrowingStorage final : public ZibStorage {
+ public:
+  explicit ThrowingStorage(Thrown kind) : kind_(kind) {}
+  void savePushPermission(bool) override { test::raise(kind_); }
+  void saveFCMToken(std::string_view) override { test::raise(kind_); }
+
+ private:
+  Thrown kind_;
+};
+
+class ContainmentTest : public testing::TestWithParam<Thrown> {
+ protected:
+  static zib::NotificationResponse response() {
+    return zib::NotificationResponse::retained(
+        sim::usernotifications::makeResponse({{"url", link}}, "tap").raw());
+  }
+  static std::string stopped(const char* operation) {
+    return std::string("ZibMessaging: stopped an exception in ") + operation;
+  }
+  static const zib::Bytes& token() {
+    static const zib::Bytes token{0x00, 0x01, 0xAB};
+    return token;
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(EveryKind, ContainmentTest, testing::ValuesIn(test::everyThrown),
+                         test::nameOf);
+
+using Lines = std::vector<std::string>;
+
+TEST_P(ContainmentTest, WorkThatThrowsIsReportedOnce) {
+  const Device device;
+  zib::contained("some work", [] { test::raise(GetParam()); });
+  EXPECT_EQ(device.errorLines(), Lines{stopped("some work")});
+  const sim::Json error = device.entries("log").front().at("error");
+  EXPECT_EQ(error.at("domain"), "ZibMessaging");
+  EXPECT_EQ(error.at("description"), GetParam() == Thrown::standard
+                                         ? "planned"
+                                         : "an exception of the platform, or of a type of its own");
+}
+
+TEST_P(ContainmentTest, ADelegateThatThrowsAtATapDoesNotCostTheLinkOrTheCompletion) {
+  const Device device;
+  const Object host = test::makeHost("ContainmentHost", test::everyHostMethod);
+  test::useForEverything(host);
+  ZibMessaging::shared().configure(Device::application());
+  const auto delegate = std::make_shared<ThrowingDelegate>(GetParam());
+  ZibMessaging::shared().setDelegate(delegate);
+  Device::drain();
+  int completions = 0;
+  test::didReceive(host.raw(), response().native(),
+                   zib::Block<void()>::from([&] { ++completions; }));
+  Device::drain();
+  EXPECT_EQ(completions, 1);
+  EXPECT_EQ(device.entries("event").size(), 1U);
+  EXPECT_EQ(device.entries("host").size(), 1U);
+  EXPECT_EQ(device.countOfLine(std::string("ZibDeepLinkHandler: Opening URL - ") + link), 1U);
+  EXPECT_EQ(device.countOfLine("ZibDeepLinkHandler: URL open succeeded"), 1U);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveNotificationResponse")});
+}
+
+TEST_P(ContainmentTest, ADelegateThatThrowsAtAPresentationDoesNotCostTheOptions) {
+  const Device device;
+  const Object host = test::makeHost("ContainmentHost", {});
+  test::useForEverything(host);
+  ZibMessaging::shared().configure(Device::application());
+  const auto delegate = std::make_shared<ThrowingDelegate>(GetParam());
+  ZibMessaging::shared().setDelegate(delegate);
+  std::vector<UInteger> options;
+  test::willPresent(
+      host.raw(), sim::usernotifications::makeNotification({}).raw(),
+      zib::Block<void(UInteger)>::from([&](UInteger chosen) { options.push_back(chosen); }));
+  EXPECT_EQ(options, std::vector<UInteger>{19});
+  EXPECT_EQ(device.entries("event").size(), 1U);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveNotification")});
+}
+
+TEST_P(ContainmentTest, ADelegateThatThrowsAtATokenOrAFailureIsReportedOnce) {
+  const Device device;
+  const auto delegate = std::make_shared<ThrowingDelegate>(GetParam());
+  ZibMessaging::shared().setDelegate(delegate);
+  ZibMessaging::shared().setPushToken(token());
+  ZibMessaging::shared().setFCMToken("token");
+  EXPECT_EQ(ZibMessaging::shared().fcmToken(), "token");
+  EXPECT_EQ(device.entries("storage").size(), 1U);
+  EXPECT_EQ(device.entries("core").size(), 1U);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveToken")});
+  ZibMessaging::shared().didFailToRegisterForRemoteNotifications({"d", 1, "t", {}});
+  EXPECT_EQ(device.errorLines(), (Lines{stopped("didReceiveToken"), "Failed to register for push",
+                                        stopped("didFailToRegisterWithError")}));
+}
+
+TEST_P(ContainmentTest, AURLCallbackThatThrowsHasNotHandledTheLink) {
+  const Device device;
+  ZibDeepLinkHandler::shared().setURLDelegate(
+      [](const zib::URL&) -> bool { test::raise(GetParam()); });
+  EXPECT_TRUE(
+      ZibDeepLinkHandler::shared().handleNotificationURL(zib::Dictionary::from({{"url", link}})));
+  Device::drain();
+  EXPECT_EQ(device.countOfLine("ZibDeepLinkHandler: URL open succeeded"), 1U);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("urlDelegate")});
+}
+
+void throwingRegister(id, SEL) { test::raise(Thrown::platform); }
+
+TEST_P(ContainmentTest, AnApplicationThatThrowsIsContainedOnTheMainQueue) {
+  const Device device;
+  sim::installMethod(zib::Class::named("UIApplication"), "registerForRemoteNotifications",
+                     &throwingRegister);
+  ZibMessaging::shared().registerForPush(Device::application());
+  ASSERT_TRUE(sim::usernotifications::answerOldestRequest({true, std::nullopt}));
+  Device::drain();
+  EXPECT_TRUE(ZibMessaging::shared().isPushEnabled());
+  EXPECT_EQ(device.errorLines(), Lines{stopped("registerForRemoteNotifications")});
+}
+
+// What resume did before, which the method below calls on.
+zib::objc::IMP startingResume = nullptr;
+
+void throwingResume(id task, SEL command) {
+  zib::callImplementation<void>(startingResume, task, zib::Selector(command));
+  test::raise(ContainmentTest::GetParam());
+}
+
+TEST_P(ContainmentTest, AnExchangeThatThrowsAfterItsStartEndsTheFlowOnce) {
+  const Device device;
+  sim::urlsession::install();
+  sim::Answer configuration;
+  configuration.body =
+      R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
+  const auto network = std::make_shared<sim::Network>(
+      sim::Sites{{"config.example", {{"/push.json", configuration}}}});
+  sim::urlsession::setNetwork(network);
+  startingResume =
+      sim::installMethod(zib::Class::named("NSURLSessionDataTask"), "resume", &throwingResume);
+  std::vector<bool> outcomes;
+  int handed = 0;
+  ZibPushConfig::shared().configurePush(
+      Device::application(), "https://config.example/push.json",
+      [&](const zib::Dictionary&) { ++handed; },
+      [&](bool isRegistering) { outcomes.push_back(isRegistering); });
+  Device::drain();
+  EXPECT_EQ(outcomes, std::vector<bool>{false});
+  EXPECT_EQ(handed, 0);
+  EXPECT_EQ(device.entries("http").size(), 1U);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("configurePush")});
+  EXPECT_EQ(device.infoLines(),
+            Lines{"Fetching push configuration from: https://config.example/push.json"});
+}
+
+// Everything that a host can call, and everything that the system calls.
+void useEverything(const Object& host, int& completions) {
+  ZibMessaging& messaging = ZibMessaging::shared();
+  messaging.configure(Device::application());
+  messaging.registerForPush(Device::application());
+  sim::usernotifications::answerOldestRequest({true, std::nullopt});
+  Device::drain();
+  messaging.registerForPush(Device::application());
+  sim::usernotifications::answerOldestRequest({false, zib::Error{"d", 1, "t", {}}});
+  Device::advance(2);
+  const zib::Bytes bytes{1, 2, 3};
+  messaging.setPushToken(bytes);
+  messaging.didReceiveRegistrationToken("token");
+  messaging.trackNotificationReceived({});
+  messaging.trackNotificationOpened({});
+  messaging.setupAsNotificationDelegate();
+  messaging.ensureFirebaseMessagingDelegate();
+  ZibDeepLinkHandler::shared().handleURL(*zib::URL::parse(link), "test");
+
+  const Object notification = sim::usernotifications::makeNotification({});
+  const Object response = sim::usernotifications::makeResponse({{"url", link}}, "tap");
+  const Object url = Object::retained(zib::URL::parse("https://example.com/?utm_a=b")->native());
+  const zib::Block<void()> done = zib::Block<void()>::from([&] { ++completions; });
+  const auto chosen = zib::Block<void(UInteger)>::from([&](UInteger) { ++completions; });
+  for (const id delegate : {host.raw(), ZibMessaging::runtimeObject()}) {
+    test::willPresent(delegate, notification.raw(), chosen);
+    test::didReceive(delegate, response.raw(), done);
+    test::fcmToken(delegate, zib::makeString("token").raw());
+  }
+  test::deviceToken(host.raw(), zib::makeData(bytes).raw());
+  test::registrationFailure(host.raw(), zib::Error{"d", 1, "t", {}}.nativeError().raw());
+  test::openURL(host.raw(), url.raw());
+  test::openURLContexts(host.raw(), nullptr, sim::uikit::makeURLContexts({url}).raw());
+  Device::advance(2);
+}
+
+// Both delegates complete both callbacks.
+constexpr int expectedCompletions = 4;
+
+TEST_P(ContainmentTest, ALoggerThatThrowsStopsNothingOfTheSystems) {
+  ZibLogger::install(std::make_unique<ThrowingLogger>(GetParam()));
+  const Device device;
+  const Object host = test::makeHost("ContainmentHost", test::everyHostMethod);
+  test::useForEverything(host);
+  int completions = 0;
+  useEverything(host, completions);
+  EXPECT_EQ(completions, expectedCompletions);
+}
+
+TEST_P(ContainmentTest, ALoggerThatThrowsWhileAnExceptionIsReported) {
+  ZibLogger::install(std::make_unique<ThrowingLogger>(GetParam()));
+  const Device device;
+  for (const Thrown first : test::everyThrown)
+    zib::contained("some work", [&] { test::raise(first); });
+}
+
+TEST_P(ContainmentTest, ACoreThatThrowsStopsNothingOfTheSystems) {
+  Zib::install(std::make_unique<ThrowingCore>(GetParam()));
+  ZibStorage::install(std::make_unique<ThrowingStorage>(GetParam()));
+  const Device device;
+  const Object host = test::makeHost("ContainmentHost", test::everyHostMethod);
+  test::useForEverything(host);
+  ZibSwizzleManager::shared().setupAutoSwizzling();
+  int completions = 0;
+  useEverything(host, completions);
+  EXPECT_EQ(completions, expectedCompletions);
+  EXPECT_EQ(device.entries("host").size(), 7U);
+}
+
+void throwingDidRegister(id, SEL, id, id) { test::raise(ContainmentTest::GetParam()); }
+BOOL throwingOpenURL(id, SEL, id, id, id) { test::raise(ContainmentTest::GetParam()); }
+void throwingDidReceive(id, SEL, id, id, zib::BlockLayout*) {
+  test::raise(ContainmentTest::GetParam());
+}
+
+TEST_P(ContainmentTest, WhatTheHostsOwnMethodThrowsPassesThrough) {
+  const Device device;
+  const Object host = Object::adopted(zib::send<id>(
+      zib::ClassBuilder("ContainmentThrowingHost", zib::classNamed<"NSObject">())
+          .method("application:didRegisterForRemoteNotificationsWithDeviceToken:",
+                  &throwingDidRegister)
+          .method("application:openURL:options:", &throwingOpenURL)
+          .method("userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:",
+                  &throwingDidReceive)
+          .registerClass()
+          .object(),
+      zib::selector<"new">()));
+  test::useForEverything(host);
+  ZibMessaging::shared().configure(Device::application());
+  Device::drain();
+  const Object data = zib::makeData(token());
+  const Object url = Object::retained(zib::URL::parse(link)->native());
+  int completions = 0;
+  const auto done = zib::Block<void()>::from([&] { ++completions; });
+  // Twice: what the first one leaves behind must not hide the second.
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_ANY_THROW(test::deviceToken(host.raw(), data.raw()));
+    EXPECT_ANY_THROW(test::openURL(host.raw(), url.raw()));
+    EXPECT_ANY_THROW(test::didReceive(host.raw(), response().native(), done));
+  }
+  EXPECT_EQ(device.countOfLine("📲 [INTERCEPTED] didRegisterForRemoteNotifications"), 2U);
+  EXPECT_EQ(device.countOfLine(std::string("🔗 [INTERCEPTED] application:open:options: ") + link),
+            2U);
+  EXPECT_EQ(device.entries("event").size(), 2U);
+  EXPECT_EQ(completions, 0);
+  EXPECT_TRUE(device.errorLines().empty());
+}
+
+}  // namespace

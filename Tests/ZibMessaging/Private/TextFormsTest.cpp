@@ -1,0 +1,56 @@
+// The forms in which foreign text appears in log lines.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "ZibMessaging/Private/QuotedText.h"
+#include "ZibMessaging/Private/TokenText.h"
+#include "ZibPlatform/Foundation/Data.h"
+
+namespace {
+
+using namespace std::string_view_literals;
+
+std::string quoted(std::string_view text) {
+  std::string line;
+  zib::appendQuoted(line, text);
+  return line;
+}
+
+TEST(TextFormsTest, ATokenIsCutAfterTwentyCharacters) {
+  EXPECT_EQ(zib::shownOf(""), "");
+  EXPECT_EQ(zib::shownOf("abcde"), "abcde");
+  EXPECT_EQ(zib::shownOf("abcdefghijklmnopqrst"), "abcdefghijklmnopqrst");
+  EXPECT_EQ(zib::shownOf("abcdefghijklmnopqrstuvwxyz"), "abcdefghijklmnopqrst");
+  EXPECT_EQ(zib::shownOf("ééééééééééééééééééééx"), "éééééééééééééééééééé");
+  const std::string manyBytes(64, '\x80');
+  EXPECT_EQ(zib::shownOf(manyBytes), std::string(20, '\x80'));
+}
+
+TEST(TextFormsTest, ADeviceTokenIsShownAsTheStartOfItsText) {
+  EXPECT_EQ(zib::ShownHexText({}).view(), "");
+  EXPECT_EQ(zib::ShownHexText(zib::Bytes{0x00, 0x01, 0xAB}).view(), "0001ab");
+  EXPECT_EQ(zib::ShownHexText(zib::Bytes(10, 0x5C)).view(), "5c5c5c5c5c5c5c5c5c5c");
+  EXPECT_EQ(zib::ShownHexText(zib::Bytes(32, 0xFF)).view(), std::string(20, 'f'));
+}
+
+TEST(TextFormsTest, BytesAreLowercaseHexadecimal) {
+  EXPECT_EQ(zib::hexText({}), "");
+  EXPECT_EQ(zib::hexText(zib::Bytes{0x00, 0x01, 0xAB}), "0001ab");
+  EXPECT_EQ(zib::hexText(zib::Bytes(32, 0xFF)), std::string(64, 'f'));
+}
+
+TEST(TextFormsTest, QuotedTextStaysOneLine) {
+  EXPECT_EQ(quoted(""), "\"\"");
+  EXPECT_EQ(quoted("plain é"), "\"plain é\"");
+  EXPECT_EQ(quoted("a\"b\\c"), R"("a\"b\\c")");
+  EXPECT_EQ(quoted("\n\r\t\0"sv), R"("\n\r\t\0")");
+  EXPECT_EQ(quoted("\x01\x1F\x7F"), R"("\u{01}\u{1F}\u{7F}")");
+  EXPECT_EQ(quoted("\u0080 \u0085 \u009F \u00A0"), "\"\\u{80} \\u{85} \\u{9F} \u00A0\"");
+  EXPECT_EQ(quoted("\u2027\u2028\u2029\u202A"), "\"\u2027\\u{2028}\\u{2029}\u202A\"");
+  EXPECT_EQ(quoted("\xC2\xFF\xE2\x80"), "\"\xC2\xFF\xE2\x80\"");
+}
+
+}  // namespace

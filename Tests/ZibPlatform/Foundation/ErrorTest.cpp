@@ -1,0 +1,91 @@
+#include "ZibPlatform/Foundation/Error.h"
+
+#include <gtest/gtest.h>
+
+#include "Simulator/Foundation/Foundation.h"
+#include "Tests/Support/Exceptions.h"
+#include "ZibPlatform/Foundation/ErrorPointer.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
+
+namespace {
+
+using zib::Error;
+using zib::Object;
+using zib::selector;
+using zib::send;
+using zib::objc::id;
+
+class ErrorTest : public testing::Test {
+ protected:
+  ErrorTest() { sim::installFoundation(); }
+
+ private:
+  zib::AutoreleasePool pool_;
+};
+
+void expectNoneGiven(const Error& error) {
+  EXPECT_EQ(error.domain, "ZibMessaging");
+  EXPECT_EQ(error.code, 0);
+  EXPECT_EQ(error.description, "The platform reported a failure without an error object");
+  EXPECT_FALSE(error.native);
+}
+
+TEST_F(ErrorTest, NilAndWhatIsNoErrorSaySo) {
+  expectNoneGiven(Error::fromNative(nullptr));
+  expectNoneGiven(Error::fromNative(zib::makeString("text").raw()));
+  const Object proxy =
+      Object::adopted(send<id>(zib::classNamed<"NSProxy">().object(), selector<"alloc">()));
+  expectNoneGiven(Error::fromNative(proxy.raw()));
+}
+
+TEST_F(ErrorTest, BecomesThePlatformsAndComesBack) {
+  const Object native = Error{"Domain é", -1009, "offline 😀", {}}.nativeError();
+  const Error error = Error::fromNative(native.raw());
+  EXPECT_EQ(error.domain, "Domain é");
+  EXPECT_EQ(error.code, -1009);
+  EXPECT_EQ(error.description, "offline 😀");
+  EXPECT_EQ(error.native.raw(), native.raw());
+  EXPECT_EQ(error.nativeError().raw(), native.raw());
+}
+
+TEST_F(ErrorTest, AFailedCallGivesItsErrorOrSaysThatThereIsNone) {
+  EXPECT_EQ(zib::failureOf([](id*) { return true; }), std::nullopt);
+  const auto silent = zib::failureOf([](id*) { return false; });
+  ASSERT_TRUE(silent);
+  expectNoneGiven(*silent);
+  const Object native = Error{"Domain", 7, "text", {}}.nativeError();
+  const auto told = zib::failureOf([&](id* error) {
+    *error = native.raw();
+    return false;
+  });
+  ASSERT_TRUE(told);
+  EXPECT_EQ(told->code, 7);
+  // Set, but the call succeeded: what it points at means nothing then.
+  EXPECT_EQ(zib::failureOf([&](id* error) {
+              *error = native.raw();
+              return true;
+            }),
+            std::nullopt);
+}
+
+TEST_F(ErrorTest, AnExceptionIsAFailure) {
+  for (const test::Thrown kind : test::everyThrown) {
+    const auto failure = zib::failureOf([&](id*) -> bool { test::raise(kind); });
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->description, "The platform threw an exception");
+  }
+}
+
+TEST_F(ErrorTest, AnObjectOutlivesTheCallsPool) {
+  const auto result = zib::objectOrError([](id*) {
+    return send<id>(zib::objc::retain(zib::makeString("kept").raw()), selector<"autorelease">());
+  });
+  ASSERT_TRUE(result);
+  EXPECT_EQ(zib::utf8From(result->raw()), "kept");
+  EXPECT_FALSE(zib::objectOrError([](id*) { return id{nullptr}; }));
+}
+
+}  // namespace
