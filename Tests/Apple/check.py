@@ -500,8 +500,9 @@ class Check:
                 if is_public and name not in INTERNAL_CLASSES:
                     symbols |= left_to_the_library(declaration)
         text = "".join(path.read_text() for path in headers)
-        free = {name for name in defined if re.match(r"\w+\(", name)
-                and re.search(r"\b" + re.escape(name[:name.index("(") + 1]), text)}
+        free = {name for name in defined if re.match(r"(?:zib::)?\w+\(", name)
+                and re.search(r"\b" + re.escape(name.removeprefix("zib::").split("(")[0]) + r"\(",
+                              text)}
         return free | set(self.compiler.readable(sorted(symbols)).values())
 
     # Size.
