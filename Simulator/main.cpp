@@ -29,6 +29,7 @@ constexpr const char* standardInput = "-";
 struct RunOptions {
   std::string format = "timeline";
   std::string output;
+  bool isStrict = false;
   std::vector<std::string> files;
 };
 
@@ -91,6 +92,7 @@ class Runner {
       : out_(out),
         people_(out, wantsColour(options.output.empty())),
         isJsonLines_(options.format == "jsonl"),
+        isStrict_(options.isStrict),
         isSummaryOutOfSight_(isJsonLines_ || !options.output.empty()),
         namesScenarios_(options.files.size() > 1) {}
 
@@ -102,7 +104,8 @@ class Runner {
       if (namesScenarios_) timeline.back()["scenario"] = scenario.name;
       write(timeline.back());
     });
-    const auto unmet = sim::unmetExpectations(scenario.expectations, timeline);
+    auto unmet = sim::unmetExpectations(scenario.expectations, timeline);
+    if (isStrict_) std::ranges::move(sim::problems(timeline), std::back_inserter(unmet));
     report(scenario, unmet, death);
     if (death) return processDied;
     return unmet.empty() ? allAsExpected : expectationNotMet;
@@ -134,6 +137,7 @@ class Runner {
   std::ostream& out_;
   sim::PeopleFormat people_;
   bool isJsonLines_;
+  bool isStrict_;
   bool isSummaryOutOfSight_;
   bool namesScenarios_;
 };
@@ -178,6 +182,7 @@ int main(int argc, char** argv) {
   runCommand->add_option("--format", options.format, "timeline, for people, or jsonl")
       ->check(CLI::IsMember({"timeline", "jsonl"}));
   runCommand->add_option("--output", options.output, "the file to write to");
+  runCommand->add_flag("--strict", options.isStrict, "a problem fails a scenario");
   runCommand->add_option("SCENARIO.json", options.files, "a scenario, or - for standard input")
       ->required();
   try {

@@ -101,4 +101,14 @@ std::vector<std::string> unmetExpectations(const Json& expectations,
   return unmet;
 }
 
+std::vector<std::string> problems(const std::vector<Json>& timeline) {
+  std::vector<std::string> found;
+  for (const Json& entry : timeline) {
+    if (entry.at("kind") == "problem") {
+      found.push_back("a problem, which --strict does not allow:\n    " + lineFrom(entry));
+    }
+  }
+  return found;
+}
+
 }  // namespace sim

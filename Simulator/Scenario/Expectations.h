@@ -14,4 +14,7 @@ namespace sim {
 std::vector<std::string> unmetExpectations(const Json& expectations,
                                            const std::vector<Json>& timeline);
 
+// One message for each problem, which a strict run does not allow.
+std::vector<std::string> problems(const std::vector<Json>& timeline);
+
 }  // namespace sim

@@ -227,6 +227,23 @@ TEST_F(CommandLine, FailsWithTheNearestEntriesWhenAnExpectationIsNotMet) {
   EXPECT_NE(toFile.errors.find("expectation 1 is not met"), std::string::npos);
 }
 
+TEST_F(CommandLine, FailsOnAProblemWhenItIsStrict) {
+  const std::string file = write("a.json", R"({"name": "silent host",
+      "host": {"notificationDelegate": {"class": "Push", "implements": ["didReceive"],
+                                        "completes": false}},
+      "steps": [{"do": "respond", "userInfo": {}}],
+      "expect": [{"kind": "problem", "code": "completionNeverCalled"}]})");
+  const std::string flawless = write("b.json", twoSteps);
+  EXPECT_EQ(zibsim({"run", file, flawless}).status, allAsExpected);
+  EXPECT_EQ(zibsim({"run", "--strict", flawless}).status, allAsExpected);
+  const Outcome strict = zibsim({"run", "--strict", "--format", "jsonl", flawless, file});
+  EXPECT_EQ(strict.status, expectationNotMet);
+  EXPECT_TRUE(strict.errors.starts_with(
+      "silent host: a problem, which --strict does not allow:\n    {\"t\":0.0,"))
+      << strict.errors;
+  EXPECT_NE(strict.errors.find("\"code\":\"completionNeverCalled\""), std::string::npos);
+}
+
 TEST_F(CommandLine, KeepsEachScenarioInAProcessOfItsOwn) {
   const std::string file = write("a.json", R"({"steps": [{"do": "configure"}],
       "expect": [{"absent": {"message": "ZibMessaging already configured"}}]})");
