@@ -21,6 +21,8 @@ class InstalledOnce {
     return true;
   }
 
+  [[nodiscard]] bool isEmpty() const noexcept { return installed_.load() == nullptr; }
+
   // The installed service, or `silent` until there is one.
   Service& orElse(Service& silent) const noexcept {
     Service* const installed = installed_.load(std::memory_order_acquire);

@@ -23,4 +23,6 @@ Zib& Zib::shared() noexcept {
   return installed.orElse(silent);
 }
 
+bool Zib::isInstalled() noexcept { return !installed.isEmpty(); }
+
 bool Zib::install(std::unique_ptr<Zib> core) noexcept { return installed.install(std::move(core)); }

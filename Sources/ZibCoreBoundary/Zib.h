@@ -31,6 +31,8 @@ class Zib {
 
   // The installed core; until then one without configuration or endpoint that drops events.
   static Zib& shared() noexcept;
+  // Whether one is installed.
+  static bool isInstalled() noexcept;
   // For the core library, once, when it starts. False when a core is installed already.
   static bool install(std::unique_ptr<Zib> core) noexcept;
 };

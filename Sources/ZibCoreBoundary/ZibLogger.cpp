@@ -19,6 +19,8 @@ ZibLogger& ZibLogger::shared() noexcept {
   return installed.orElse(silent);
 }
 
+bool ZibLogger::isInstalled() noexcept { return !installed.isEmpty(); }
+
 bool ZibLogger::install(std::unique_ptr<ZibLogger> logger) noexcept {
   return installed.install(std::move(logger));
 }

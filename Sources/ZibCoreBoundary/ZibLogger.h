@@ -24,6 +24,8 @@ class ZibLogger {
 
   // The installed logger; one that drops everything until then.
   static ZibLogger& shared() noexcept;
+  // Whether one is installed.
+  static bool isInstalled() noexcept;
   // For the core library, once, when it starts. False when a logger is installed already.
   static bool install(std::unique_ptr<ZibLogger> logger) noexcept;
 };

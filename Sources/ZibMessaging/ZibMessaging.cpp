@@ -1,5 +1,7 @@
 #include "ZibMessaging/ZibMessaging.h"
 
+#include <cstdio>
+
 #include "ZibCoreBoundary/Zib.h"
 #include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibCoreBoundary/ZibStorage.h"
@@ -81,6 +83,13 @@ zib::Object makeRuntimeObject() {
   return zib::Object::adopted(zib::send<id>(cls.object(), zib::selector<"new">()));
 }
 
+// The one line that cannot go to a core.
+void sayIfThereIsNoCore() {
+  if (Zib::isInstalled() && ZibLogger::isInstalled()) return;
+  std::fputs("ZibMessaging: configured without a core: its log lines and events go nowhere\n",
+             stderr);
+}
+
 }  // namespace
 
 std::shared_ptr<ZibMessaging>& ZibMessaging::slot() {
@@ -107,6 +116,7 @@ void ZibMessaging::configure(const zib::Application&) noexcept {
       logLine("ZibMessaging already configured");
       return;
     }
+    sayIfThereIsNoCore();
     setUpIntegration();
     swizzlingConfigured_ = true;
   });

@@ -4,9 +4,12 @@
 
 #include <string>
 
+#include "ZibPlatform/Foundation/Value.h"
+
 namespace zib {
 
-// The current time in UTC, to the second, such as "2026-11-16T00:10:00Z". Any thread.
+// In UTC, to the second, such as "2026-11-16T00:10:00Z". Any thread.
 std::string currentTimeInISO8601();
+std::string timeInISO8601(Date date);
 
 }  // namespace zib

@@ -178,6 +178,13 @@ bool StringRef::endsWith(std::string_view ascii) const {
 
 bool isString(objc::id object) { return isKind<"NSString">(object); }
 
+std::string wellFormed(std::string_view utf8) {
+  std::string result;
+  result.reserve(utf8.size());
+  for (std::size_t at = 0; at < utf8.size();) appendUtf8(result, nextCharacter(utf8, at));
+  return result;
+}
+
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept {
   std::size_t end = 0;
   for (; count > 0 && end < utf8.size(); --count) nextCharacter(utf8, end);

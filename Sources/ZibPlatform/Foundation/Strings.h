@@ -61,6 +61,9 @@ class Utf8 {
   std::string_view view_;
 };
 
+// The same text with each maximal part that is ill-formed as U+FFFD.
+std::string wellFormed(std::string_view utf8);
+
 // The first `count` characters (Unicode scalar values) of UTF-8. A maximal part that is ill-formed
 // counts as one.
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept;

@@ -30,6 +30,8 @@ class Object {
   ~Object() { objc::release(raw_); }
 
   [[nodiscard]] objc::id raw() const noexcept { return raw_; }
+  // The reference itself, which is the caller's now.
+  [[nodiscard]] objc::id relinquish() noexcept { return std::exchange(raw_, nullptr); }
   explicit operator bool() const noexcept { return raw_ != nullptr; }
 
  private:

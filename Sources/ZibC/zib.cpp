@@ -1,0 +1,616 @@
+// zib.h over the module's C++ classes: checks what comes in, converts, and stops every exception.
+
+#include "ZibC/zib.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibCoreBoundary/ZibStorage.h"
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/Guarded.h"
+#include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPayloadBuilder.h"
+#include "ZibMessaging/ZibPushConfig.h"
+#include "ZibMessaging/ZibPushError.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/JSON.h"
+#include "ZibPlatform/Foundation/JSONText.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
+
+static_assert(ZIB_PUSH_ERROR_INVALID_URL == static_cast<int>(ZibPushError::invalidURL));
+static_assert(ZIB_PUSH_ERROR_NO_DATA == static_cast<int>(ZibPushError::noData));
+static_assert(ZIB_PUSH_ERROR_INVALID_PLIST == static_cast<int>(ZibPushError::invalidPlist));
+static_assert(ZIB_PUSH_ERROR_FIREBASE_NOT_CONFIGURED ==
+              static_cast<int>(ZibPushError::firebaseNotConfigured));
+
+namespace {
+
+// Text.
+
+zib_text copyOf(std::string_view text) noexcept {
+  auto* bytes = static_cast<char*>(std::malloc(text.size() + 1));
+  if (bytes == nullptr) return {};
+  *std::copy(text.begin(), text.end(), bytes) = '\0';
+  return {bytes, text.size()};
+}
+
+zib_text copyIfThere(const std::optional<std::string>& text) noexcept {
+  return text ? copyOf(std::string_view(*text)) : zib_text{};
+}
+
+std::string_view viewOf(zib_text text) noexcept {
+  return text.bytes == nullptr ? std::string_view() : std::string_view(text.bytes, text.size);
+}
+
+std::string stringOf(zib_text text) { return zib::wellFormed(viewOf(text)); }
+
+// A text of the module's for the length of a callback, with the NUL that zib.h promises.
+class TerminatedText {
+ public:
+  explicit TerminatedText(std::string_view text) : size_(text.size()) {
+    if (size_ < room_.size()) {
+      *std::copy(text.begin(), text.end(), room_.begin()) = '\0';
+    } else {
+      spilled_ = text;
+    }
+  }
+  [[nodiscard]] zib_text text() const noexcept {
+    return {spilled_.empty() ? room_.data() : spilled_.c_str(), size_};
+  }
+
+ private:
+  std::size_t size_;
+  std::array<char, 768> room_;  // NOLINT(cppcoreguidelines-pro-type-member-init): written above
+  std::string spilled_;
+};
+
+class BorrowedError {
+ public:
+  explicit BorrowedError(const zib::Error& error)
+      : domain_(error.domain),
+        description_(error.description),
+        object_(error.nativeError()),
+        error_{domain_.text(), error.code, description_.text(), object_.raw()} {}
+  [[nodiscard]] const zib_error* get() const noexcept { return &error_; }
+
+ private:
+  TerminatedText domain_;
+  TerminatedText description_;
+  zib::Object object_;
+  zib_error error_;
+};
+
+// What comes in.
+
+void report(std::string_view operation, std::string_view problem,
+            const std::optional<zib::Error>& error = std::nullopt) {
+  const std::string line = std::string(operation).append(": ").append(problem);
+  if (ZibLogger::isInstalled()) {
+    ZibLogger::shared().error(line, error);
+  } else {
+    std::fputs((line + "\n").c_str(), stderr);
+  }
+}
+
+// One call of a function of zib.h, for as long as it lasts: its thread may have no pool.
+class Operation {
+ public:
+  explicit Operation(const char* name) noexcept : name_(name) {}
+
+  // Runs the work and gives its result, or none when it was stopped by an exception.
+  template <class Work>
+  auto run(Work&& work) const noexcept {
+    using Result = std::invoke_result_t<Work>;
+    if constexpr (std::is_void_v<Result>) {
+      zib::contained(name_, std::forward<Work>(work));
+    } else {
+      Result result{};
+      zib::contained(name_, [&] { result = work(); });
+      return result;
+    }
+  }
+
+  void fail(std::string_view problem,
+            const std::optional<zib::Error>& error = std::nullopt) const noexcept {
+    run([&] { report(name_, problem, error); });
+  }
+
+  // Whether the argument is there. Says so when it is not.
+  bool has(const char* argument, const void* given) const noexcept {
+    return require(given != nullptr, argument, " is null");
+  }
+  bool has(const char* argument, zib_text given) const noexcept {
+    return has(argument, given.bytes);
+  }
+  bool hasData(const char* argument, zib_object given) const noexcept {
+    return has(argument, given) &&
+           require(run([&] { return zib::isData(given); }), argument, " is no NSData");
+  }
+  bool hasURL(const char* argument, zib_object given) const noexcept {
+    return has(argument, given) &&
+           require(run([&] { return zib::URL::retained(given).has_value(); }), argument,
+                   " is no NSURL");
+  }
+
+ private:
+  bool require(bool isMet, const char* argument, const char* problem) const noexcept {
+    if (!isMet) run([&] { report(name_, std::string(argument) + problem); });
+    return isMet;
+  }
+
+  zib::AutoreleasePool pool_;
+  const char* name_;
+};
+
+// A structure that a host filled in, of this version or of an older one that ended at an earlier
+// member. All members are of a pointer's size.
+template <class Table>
+std::optional<Table> tableOf(const Operation& operation, const char* name, const Table& given) {
+  constexpr std::size_t smallest = offsetof(Table, release) + sizeof(Table::release);
+  if (given.size < smallest || given.size > sizeof(Table) || given.size % sizeof(void*) != 0) {
+    operation.fail("size " + std::to_string(given.size) + " is that of no " + name +
+                   "; this version's is " + std::to_string(sizeof(Table)));
+    return std::nullopt;
+  }
+  Table table{};
+  std::memcpy(&table, &given, given.size);
+  return table;
+}
+
+// A host's functions and the context that goes with them, let go with the last owner.
+template <class Table>
+class Held {
+ public:
+  explicit Held(const Table& table) : table_(table) {}
+  ~Held() {
+    if (table_.release != nullptr)
+      zib::contained("release", [&] { table_.release(table_.context); });
+  }
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+
+  const Table* operator->() const noexcept { return &table_; }
+  // Leaves the context to the caller.
+  void disown() noexcept { table_.release = nullptr; }
+
+ private:
+  Table table_;
+};
+
+template <class Table>
+using Shared = std::shared_ptr<Held<Table>>;
+
+// The core.
+
+class CoreLogger final : public ZibLogger {
+ public:
+  explicit CoreLogger(Shared<zib_core> core) : core_(std::move(core)) {}
+
+  void log(std::string_view message) override {
+    const auto& core = *core_;
+    if (core->log != nullptr) core->log(core->context, TerminatedText(message).text());
+  }
+  void error(std::string_view message, const std::optional<zib::Error>& error) override {
+    const auto& core = *core_;
+    if (core->error == nullptr) return;
+    const TerminatedText line(message);
+    if (error) {
+      core->error(core->context, line.text(), BorrowedError(*error).get());
+    } else {
+      core->error(core->context, line.text(), nullptr);
+    }
+  }
+
+ private:
+  Shared<zib_core> core_;
+};
+
+class Core final : public Zib {
+ public:
+  explicit Core(Shared<zib_core> core) : core_(std::move(core)) {}
+
+  [[nodiscard]] std::optional<ZibConfig> config() const override {
+    const auto& core = *core_;
+    ZibConfig config;
+    zib_config read{sizeof(zib_config), config.autoSwizzlingEnabled};
+    if (core->config == nullptr || !core->config(core->context, &read)) return std::nullopt;
+    config.autoSwizzlingEnabled = read.auto_swizzling_enabled;
+    return config;
+  }
+  [[nodiscard]] std::optional<std::string> pushConfigEndpoint() const override {
+    const auto& core = *core_;
+    if (core->copy_push_config_endpoint == nullptr) return std::nullopt;
+    const zib_text copied = core->copy_push_config_endpoint(core->context);
+    if (copied.bytes == nullptr) return std::nullopt;
+    const std::unique_ptr<const char, void (*)(const char*)> owned(copied.bytes,
+                                                                   [](const char* bytes) {
+                                                                     zib_text_free({bytes, 0});
+                                                                   });
+    return stringOf(copied);
+  }
+  void trackSelfDescribingEvent(std::string_view schema, const zib::ValueMap& data) override {
+    const auto& core = *core_;
+    if (core->track_self_describing_event == nullptr) return;
+    core->track_self_describing_event(core->context, TerminatedText(schema).text(),
+                                      zib::objectFrom(data).raw());
+  }
+  void registerPushToken(std::string_view token) override {
+    const auto& core = *core_;
+    if (core->register_push_token == nullptr) return;
+    core->register_push_token(core->context, TerminatedText(token).text());
+  }
+
+ private:
+  Shared<zib_core> core_;
+};
+
+class CoreStorage final : public ZibStorage {
+ public:
+  explicit CoreStorage(Shared<zib_core> core) : core_(std::move(core)) {}
+
+  void savePushPermission(bool granted) override {
+    const auto& core = *core_;
+    if (core->save_push_permission != nullptr) core->save_push_permission(core->context, granted);
+  }
+  void saveFCMToken(std::string_view token) override {
+    const auto& core = *core_;
+    if (core->save_fcm_token == nullptr) return;
+    core->save_fcm_token(core->context, TerminatedText(token).text());
+  }
+
+ private:
+  Shared<zib_core> core_;
+};
+
+// The services that no core in C++ has installed before. False when there is none left.
+bool installServices(const Shared<zib_core>& core) {
+  static std::mutex oneAtATime;
+  const std::lock_guard lock(oneAtATime);
+  const bool asLogger = ZibLogger::install(std::make_unique<CoreLogger>(core));
+  const bool asCore = Zib::install(std::make_unique<Core>(core));
+  const bool asStorage = ZibStorage::install(std::make_unique<CoreStorage>(core));
+  return asLogger || asCore || asStorage;
+}
+
+// The delegate.
+
+class Delegate final : public ZibMessagingDelegate {
+ public:
+  explicit Delegate(const zib_messaging_delegate& delegate) : delegate_(delegate) {}
+
+  void didReceiveToken(ZibMessaging& /*messaging*/, std::string_view token) override {
+    if (delegate_->did_receive_token == nullptr) return;
+    delegate_->did_receive_token(delegate_->context, TerminatedText(token).text());
+  }
+  void didReceiveNotification(ZibMessaging& /*messaging*/,
+                              const zib::Dictionary& userInfo) override {
+    if (delegate_->did_receive_notification == nullptr) return;
+    delegate_->did_receive_notification(delegate_->context, userInfo.native().raw());
+  }
+  void didReceiveNotificationResponse(ZibMessaging& /*messaging*/,
+                                      const zib::NotificationResponse& response) override {
+    if (delegate_->did_receive_notification_response == nullptr) return;
+    const TerminatedText action(response.actionIdentifier());
+    const zib::Object userInfo = response.notification().userInfo().native();
+    delegate_->did_receive_notification_response(delegate_->context, response.native(),
+                                                 action.text(), userInfo.raw());
+  }
+  void didFailToRegisterWithError(ZibMessaging& /*messaging*/, const zib::Error& error) override {
+    if (delegate_->did_fail_to_register == nullptr) return;
+    delegate_->did_fail_to_register(delegate_->context, BorrowedError(error).get());
+  }
+
+ private:
+  Held<zib_messaging_delegate> delegate_;
+};
+
+// Keeps the delegate, which the module holds weakly.
+zib::Guarded<std::shared_ptr<ZibMessagingDelegate>>& keptDelegate() {
+  static zib::NeverDestroyed<zib::Guarded<std::shared_ptr<ZibMessagingDelegate>>> kept(
+      [] { return zib::Guarded<std::shared_ptr<ZibMessagingDelegate>>(); });
+  return *kept;
+}
+
+// Functions that come with a context of their own.
+
+struct URLDelegate {
+  zib_url_delegate call;
+  void* context;
+  zib_release release;
+};
+
+struct PushFlow {
+  zib_firebase_config_handler handleFirebaseConfig;
+  zib_push_config_completion complete;
+  void* context;
+  zib_release release;
+};
+
+}  // namespace
+
+zib_text zib_text_copy(zib_text text) {
+  return text.bytes == nullptr ? zib_text{} : copyOf(viewOf(text));
+}
+
+void zib_text_free(zib_text text) { std::free(const_cast<char*>(text.bytes)); }
+
+void zib_object_release(zib_object object) {
+  Operation(__func__).run([&] { static_cast<void>(zib::Object::adopted(object)); });
+}
+
+bool zib_core_install(const zib_core* core) {
+  const Operation operation(__func__);
+  if (!operation.has("core", core)) return false;
+  return operation.run([&] {
+    const auto table = tableOf(operation, "zib_core", *core);
+    if (!table) return false;
+    const auto held = std::make_shared<Held<zib_core>>(*table);
+    const bool isInstalled = installServices(held);
+    if (!isInstalled) {
+      held->disown();
+      operation.fail("a core is installed already");
+    }
+    return isInstalled;
+  });
+}
+
+bool zib_messaging_set_delegate(const zib_messaging_delegate* delegate) {
+  const Operation operation(__func__);
+  return operation.run([&] {
+    std::shared_ptr<ZibMessagingDelegate> kept;
+    if (delegate != nullptr) {
+      const auto table = tableOf(operation, "zib_messaging_delegate", *delegate);
+      if (!table) return false;
+      kept = std::make_shared<Delegate>(*table);
+    }
+    ZibMessaging::shared().setDelegate(kept);
+    keptDelegate().store(std::move(kept));
+    return true;
+  });
+}
+
+bool zib_messaging_has_delegate(void) {
+  return Operation(__func__).run([] { return ZibMessaging::shared().delegate() != nullptr; });
+}
+
+bool zib_messaging_is_push_enabled(void) {
+  return Operation(__func__).run([] { return ZibMessaging::shared().isPushEnabled(); });
+}
+
+zib_text zib_messaging_copy_fcm_token(void) {
+  return Operation(__func__).run([] { return copyIfThere(ZibMessaging::shared().fcmToken()); });
+}
+
+zib_object zib_messaging_copy_apns_token(void) {
+  return Operation(__func__).run([]() -> zib_object {
+    const auto bytes = ZibMessaging::shared().apnsToken();
+    return bytes ? zib::makeData(*bytes).relinquish() : nullptr;
+  });
+}
+
+zib_text zib_messaging_copy_notification_event_schema_uri(void) {
+  return copyOf(zib::notificationEventSchemaURI);
+}
+
+void zib_messaging_configure(zib_object application) {
+  Operation(__func__).run(
+      [&] { ZibMessaging::shared().configure(zib::Application::retained(application)); });
+}
+
+void zib_messaging_register_for_push(zib_object application) {
+  const Operation operation(__func__);
+  if (!operation.has("application", application)) return;
+  operation.run(
+      [&] { ZibMessaging::shared().registerForPush(zib::Application::retained(application)); });
+}
+
+void zib_messaging_did_register_for_remote_notifications(zib_object device_token) {
+  const Operation operation(__func__);
+  if (!operation.hasData("device_token", device_token)) return;
+  operation.run([&] {
+    ZibMessaging::shared().didRegisterForRemoteNotifications(zib::bytesOf(device_token));
+  });
+}
+
+void zib_messaging_did_fail_to_register_for_remote_notifications(zib_object error) {
+  Operation(__func__).run([&] {
+    ZibMessaging::shared().didFailToRegisterForRemoteNotifications(zib::Error::fromNative(error));
+  });
+}
+
+void zib_messaging_set_push_token(zib_object device_token) {
+  const Operation operation(__func__);
+  if (!operation.hasData("device_token", device_token)) return;
+  operation.run([&] { ZibMessaging::shared().setPushToken(zib::bytesOf(device_token)); });
+}
+
+void zib_messaging_set_fcm_token(zib_text token) {
+  const Operation operation(__func__);
+  if (!operation.has("token", token)) return;
+  operation.run([&] { ZibMessaging::shared().setFCMToken(stringOf(token)); });
+}
+
+void zib_messaging_did_receive_registration_token(zib_text token) {
+  const Operation operation(__func__);
+  if (!operation.has("token", token)) return;
+  operation.run([&] { ZibMessaging::shared().didReceiveRegistrationToken(stringOf(token)); });
+}
+
+void zib_messaging_ensure_firebase_messaging_delegate(void) {
+  Operation(__func__).run([] { ZibMessaging::shared().ensureFirebaseMessagingDelegate(); });
+}
+
+void zib_messaging_setup_as_notification_delegate(void) {
+  Operation(__func__).run([] { ZibMessaging::shared().setupAsNotificationDelegate(); });
+}
+
+unsigned long zib_messaging_will_present(zib_object notification) {
+  const Operation operation(__func__);
+  if (!operation.has("notification", notification)) return 0;
+  return operation.run([&] {
+    return ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
+  });
+}
+
+void zib_messaging_did_receive(zib_object response) {
+  const Operation operation(__func__);
+  if (!operation.has("response", response)) return;
+  operation.run(
+      [&] { ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response)); });
+}
+
+void zib_messaging_track_notification_received(zib_object user_info) {
+  const Operation operation(__func__);
+  if (!operation.has("user_info", user_info)) return;
+  operation.run([&] {
+    ZibMessaging::shared().trackNotificationReceived(zib::Dictionary::retained(user_info));
+  });
+}
+
+void zib_messaging_track_notification_opened(zib_object user_info) {
+  const Operation operation(__func__);
+  if (!operation.has("user_info", user_info)) return;
+  operation.run([&] {
+    ZibMessaging::shared().trackNotificationOpened(zib::Dictionary::retained(user_info));
+  });
+}
+
+void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void* context,
+                                            zib_release release) {
+  Operation(__func__).run([&] {
+    const auto held =
+        std::make_shared<Held<URLDelegate>>(URLDelegate{url_delegate, context, release});
+    ZibDeepLinkHandler::URLDelegate called;
+    if (url_delegate != nullptr) {
+      called = [held](const zib::URL& url) {
+        const auto& delegate = *held;
+        return delegate->call(delegate->context, url.native(),
+                              TerminatedText(url.absoluteString()).text());
+      };
+    }
+    ZibDeepLinkHandler::shared().setURLDelegate(std::move(called));
+  });
+}
+
+bool zib_deep_link_handler_has_url_delegate(void) {
+  return Operation(__func__).run(
+      [] { return static_cast<bool>(ZibDeepLinkHandler::shared().urlDelegate()); });
+}
+
+bool zib_deep_link_handler_handle_notification_url(zib_object user_info) {
+  const Operation operation(__func__);
+  if (!operation.has("user_info", user_info)) return false;
+  return operation.run([&] {
+    return ZibDeepLinkHandler::shared().handleNotificationURL(zib::Dictionary::retained(user_info));
+  });
+}
+
+bool zib_deep_link_handler_handle_url(zib_object url, zib_text source) {
+  const Operation operation(__func__);
+  if (!operation.hasURL("url", url) || !operation.has("source", source)) return false;
+  return operation.run([&] {
+    return ZibDeepLinkHandler::shared().handleURL(*zib::URL::retained(url), stringOf(source));
+  });
+}
+
+void zib_push_config_configure_push(zib_object application, zib_text config_endpoint,
+                                    zib_firebase_config_handler firebase_config_handler,
+                                    zib_push_config_completion completion, void* context,
+                                    zib_release release) {
+  const Operation operation(__func__);
+  operation.run([&] {
+    const auto flow = std::make_shared<Held<PushFlow>>(
+        PushFlow{firebase_config_handler, completion, context, release});
+    if (!operation.has("application", application) ||
+        !operation.has("firebase_config_handler",
+                       reinterpret_cast<const void*>(firebase_config_handler))) {
+      return;
+    }
+    ZibPushConfig::Completion complete;
+    if (completion != nullptr) {
+      complete = [flow](bool started) { (*flow)->complete((*flow)->context, started); };
+    }
+    std::optional<std::string> endpoint;
+    if (config_endpoint.bytes != nullptr) endpoint = stringOf(config_endpoint);
+    ZibPushConfig::shared().configurePush(
+        zib::Application::retained(application), endpoint,
+        [flow](const zib::Dictionary& config) {
+          (*flow)->handleFirebaseConfig((*flow)->context, config.native().raw());
+        },
+        std::move(complete));
+  });
+}
+
+void zib_push_config_register_for_push_simple(zib_object application) {
+  const Operation operation(__func__);
+  if (!operation.has("application", application)) return;
+  operation.run([&] {
+    ZibPushConfig::shared().registerForPushSimple(zib::Application::retained(application));
+  });
+}
+
+zib_text zib_push_config_copy_saved_firebase_plist_path(void) {
+  return Operation(__func__).run(
+      [] { return copyIfThere(ZibPushConfig::shared().savedFirebasePlistPath()); });
+}
+
+zib_object zib_payload_builder_create_notification_payload(zib_object user_info,
+                                                           zib_text event_type) {
+  const Operation operation(__func__);
+  if (!operation.has("user_info", user_info) || !operation.has("event_type", event_type)) {
+    return nullptr;
+  }
+  return operation.run([&] {
+    return zib::objectFrom(ZibPayloadBuilder::createNotificationPayload(
+                               zib::Dictionary::retained(user_info), stringOf(event_type)))
+        .relinquish();
+  });
+}
+
+zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_object properties) {
+  const Operation operation(__func__);
+  if (!operation.has("event_name", event_name)) return nullptr;
+  return operation.run([&] {
+    std::optional<zib::ValueMap> values;
+    if (properties != nullptr) values = zib::Dictionary::retained(properties).values();
+    return zib::objectFrom(
+               ZibPayloadBuilder::createEventPayload(stringOf(event_name), std::move(values)))
+        .relinquish();
+  });
+}
+
+zib_text zib_json_copy(zib_object object) {
+  const Operation operation(__func__);
+  if (!operation.has("object", object)) return {};
+  return operation.run([&] { return copyOf(zib::jsonTextOf(zib::valueFrom(object))); });
+}
+
+zib_object zib_json_create(zib_text json) {
+  const Operation operation(__func__);
+  if (!operation.has("json", json)) return nullptr;
+  return operation.run([&]() -> zib_object {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(json.bytes);
+    const auto parsed = zib::parseJSON({bytes, json.size});
+    if (parsed) return zib::Object(*parsed).relinquish();
+    operation.fail("json cannot be read", parsed.error());
+    return nullptr;
+  });
+}
