@@ -25,6 +25,10 @@ class Plant:
     # What the check has to say.
     expected: tuple
 
+    @property
+    def is_about_lines(self):
+        return self.expected[0].startswith("documented lines")
+
 
 PLANTS = [
     Plant("a call of UIKit", PLANTED,
@@ -99,9 +103,11 @@ PLANTS = [
           Path("Sources/ZibMessaging/ZibMessaging.cpp"),
           ('.method("init", &init)', '.method("init", &init).method("planted", &init)'),
           ("method types: FAILED", "Sources register 12 methods")),
-    Plant("a slice for a newer system than is wanted", Path("Tests/Apple/check.py"),
+    Plant("a slice for a newer system than is wanted", Path("Tests/Apple/checks/targets.py"),
           ('"iossimulator", "14.0"', '"iossimulator", "13.0"'),
           ("slices: FAILED", "iossimulator 14.0")),
+    Plant("lines that are not documented", PLANTED, "int planted = 0;\n",
+          ("documented lines: FAILED", "`Sources/ZibMessaging`")),
     Plant("Apple-only lines that are not documented", Path("Sources/ZibPlatform/ObjectiveC/Native.h"),
           ("void messageSend() ", "struct planted;\nvoid messageSend() "),
           ("documented lines: FAILED", "Native.h")),
@@ -135,9 +141,13 @@ def check_plant(plant, tree, check):
     original = target.read_text() if target.exists() else None
     target.write_text(edited(original, plant.edit))
     try:
+        # Lines that are not documented would be found first.
+        if not plant.is_about_lines:
+            run([*check, "--lines"], tree)
         code, output = run(check, tree)
     finally:
         target.unlink() if original is None else target.write_text(original)
+        run([*check, "--lines"], tree)
     return mistake_in(plant.name, code, output, plant.expected)
 
 

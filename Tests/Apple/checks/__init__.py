@@ -1,0 +1,1 @@
+"""What script/check-apple holds the module against, a subject a module."""

@@ -1,0 +1,83 @@
+"""The module as a static library and as a linked image, for each configuration."""
+
+import re
+from dataclasses import dataclass
+from pathlib import Path
+
+from checks.lists import is_named_by, list_entries
+from checks.outcome import Failure, Outcome, require
+from checks.sources import HERE, units
+from checks.targets import CONFIGURATIONS, TARGETS, Configuration
+
+
+@dataclass(frozen=True)
+class Build:
+    configuration: Configuration
+    library: Path
+    image: Path
+
+    @property
+    def machine_code(self):
+        """The files that hold code rather than what a linker would make code of."""
+        return [self.image, self.library] if self.configuration.is_machine_code else [self.image]
+
+
+def compile_and_link(compiler):
+    listed = list_entries(HERE / "exports.txt")
+    builds = []
+    for number, configuration in enumerate(CONFIGURATIONS):
+        flags = compiler.flags(configuration.target) + list(configuration.flags)
+        # The first does without, which sees a missing #include.
+        if number > 0:
+            flags += compiler.precompiled(str(number), flags)
+        objects = compiler.compile_all(units(), str(number), flags)
+        library = compiler.build / str(number) / "libZibMessaging.a"
+        compiler.run("llvm-libtool-darwin", "-static", "-D", "-o", library, *objects)
+        if configuration.is_machine_code:
+            require_no_linker_options(compiler, library)
+        image = link(compiler, configuration, library, listed)
+        builds.append(Build(configuration, library, image))
+    return Outcome(f"{len(units())} sources, {len(builds)} configurations", builds)
+
+
+def require_no_linker_options(compiler, library):
+    headers = compiler.run("llvm-objdump", "--macho", "--private-headers", library)
+    options = re.findall(r"cmd LC_LINKER_OPTION.*?(?=Load command|\Z)", headers, re.S)
+    require([" ".join(re.findall(r"string #\d+ (\S+)", option)) for option in options],
+            f"{library} asks the linker for more than it contains")
+
+
+def link(compiler, configuration, library, listed):
+    defined = compiler.symbols(library, "--extern-only", "--defined-only")
+    chosen = {symbol: name for symbol, name in defined.items()
+              if any(is_named_by(entry, name) for entry in listed)}
+    require([entry for entry in listed
+             if not any(is_named_by(entry, name) for name in chosen.values())],
+            "exports.txt names what the module does not define")
+    exports = library.parent / "exports"
+    exports.write_text("\n".join(sorted(chosen)) + "\n")
+    image = library.parent / "libZibMessaging.dylib"
+    compiler.run(
+        "clang++", f"--target={configuration.target.triple}", "-isysroot", compiler.sdk,
+        "-fuse-ld=lld", "-dynamiclib", "-nostdlib", "-Wl,-undefined,dynamic_lookup",
+        "-Wl,-dead_strip", f"-Wl,-exported_symbols_list,{exports}", "-Wl,-fatal_warnings",
+        "-install_name", "@rpath/libZibMessaging.dylib", *configuration.flags,
+        f"-Wl,-force_load,{library}", "-o", image)
+    return image
+
+
+def slices(compiler, builds):
+    for build in builds:
+        for file in build.machine_code:
+            require_platform(compiler, file, build.configuration.target)
+    return Outcome(", ".join(f"{t.triple.split('-')[0]} {t.platform} {t.minimum}" for t in TARGETS))
+
+
+def require_platform(compiler, file, target):
+    headers = compiler.run("llvm-objdump", "--macho", "--private-headers", file)
+    versions = re.findall(r"platform (\S+)\s+sdk \S+\s+minos (\S+)", headers)
+    members = max(1, len(re.findall(r"^\S+\.a\(", headers, re.M)))
+    require([" ".join(version) for version in set(versions) - {(target.platform, target.minimum)}],
+            f"{file} is not for {target.platform} {target.minimum} alone")
+    if len(versions) != members:
+        raise Failure(f"{file}: {members} files, {len(versions)} with a platform")

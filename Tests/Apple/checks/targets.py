@@ -1,0 +1,46 @@
+"""What the module is compiled for, and how."""
+
+from dataclasses import dataclass
+
+WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Wshadow", "-Werror",
+            "-Wunguarded-availability"]
+
+
+@dataclass(frozen=True)
+class Target:
+    triple: str
+    platform: str
+    minimum: str
+
+
+DEVICE = Target("arm64-apple-ios13.0", "ios", "13.0")
+TARGETS = [
+    DEVICE,
+    # There are no arm64 simulators before iOS 14, and compilers say so in what they make.
+    Target("arm64-apple-ios13.0-simulator", "iossimulator", "14.0"),
+    Target("x86_64-apple-ios13.0-simulator", "iossimulator", "13.0"),
+]
+# No target of the module, but the only one where BOOL is no bool.
+SIGNED_BOOL_TRIPLE = "x86_64-apple-macos10.15"
+
+
+@dataclass(frozen=True)
+class Configuration:
+    """What is built and measured: a target and how it is optimised."""
+
+    name: str
+    target: Target
+    flags: tuple
+
+    @property
+    def is_machine_code(self):
+        return "-flto" not in self.flags
+
+
+SMALLEST = Configuration("device, -Oz, LTO, release", DEVICE, ("-Oz", "-flto", "-DNDEBUG"))
+CONFIGURATIONS = [
+    Configuration("device, -Os", DEVICE, ("-Os",)),
+    Configuration("arm64 simulator, -Os", TARGETS[1], ("-Os",)),
+    Configuration("x86_64 simulator, -Os", TARGETS[2], ("-Os",)),
+    SMALLEST,
+]
