@@ -287,8 +287,8 @@ class CoreStorage final : public ZibStorage {
 
 // The services that no core in C++ has installed before. False when there is none left.
 bool installServices(const Shared<zib_core>& core) {
-  static std::mutex oneAtATime;
-  const std::lock_guard lock(oneAtATime);
+  static zib::NeverDestroyed<std::mutex> oneAtATime([] { return std::mutex(); });
+  const std::lock_guard lock(*oneAtATime);
   const bool asLogger = ZibLogger::install(std::make_unique<CoreLogger>(core));
   const bool asCore = Zib::install(std::make_unique<Core>(core));
   const bool asStorage = ZibStorage::install(std::make_unique<CoreStorage>(core));
