@@ -53,7 +53,7 @@ zib_text copyOf(std::string_view text) noexcept {
 }
 
 zib_text copyIfThere(const std::optional<std::string>& text) noexcept {
-  return text ? copyOf(std::string_view(*text)) : zib_text{};
+  return text ? copyOf(zib::wellFormed(*text)) : zib_text{};
 }
 
 std::string_view viewOf(zib_text text) noexcept {
@@ -62,22 +62,27 @@ std::string_view viewOf(zib_text text) noexcept {
 
 std::string stringOf(zib_text text) { return zib::wellFormed(viewOf(text)); }
 
-// A text of the module's for the length of a callback, with the NUL that zib.h promises.
+// A text of the module's for the length of a callback: UTF-8 and a NUL, as zib.h promises.
 class TerminatedText {
  public:
-  explicit TerminatedText(std::string_view text) : size_(text.size()) {
-    if (size_ < room_.size()) {
+  explicit TerminatedText(std::string_view text) {
+    const bool isASCII = std::none_of(text.begin(), text.end(), [](char character) {
+      return static_cast<unsigned char>(character) >= 0x80;
+    });
+    if (isASCII && text.size() < room_.size()) {
       *std::copy(text.begin(), text.end(), room_.begin()) = '\0';
+      text_ = {room_.data(), text.size()};
     } else {
-      spilled_ = text;
+      spilled_ = zib::wellFormed(text);
+      text_ = {spilled_.c_str(), spilled_.size()};
     }
   }
-  [[nodiscard]] zib_text text() const noexcept {
-    return {spilled_.empty() ? room_.data() : spilled_.c_str(), size_};
-  }
+  TerminatedText(const TerminatedText&) = delete;
+  TerminatedText& operator=(const TerminatedText&) = delete;
+  [[nodiscard]] zib_text text() const noexcept { return text_; }
 
  private:
-  std::size_t size_;
+  zib_text text_;
   std::array<char, 768> room_;  // NOLINT(cppcoreguidelines-pro-type-member-init): written above
   std::string spilled_;
 };
@@ -282,8 +287,8 @@ class CoreStorage final : public ZibStorage {
 
 // The services that no core in C++ has installed before. False when there is none left.
 bool installServices(const Shared<zib_core>& core) {
-  static std::mutex oneAtATime;
-  const std::lock_guard lock(oneAtATime);
+  static zib::NeverDestroyed<std::mutex> oneAtATime([] { return std::mutex(); });
+  const std::lock_guard lock(*oneAtATime);
   const bool asLogger = ZibLogger::install(std::make_unique<CoreLogger>(core));
   const bool asCore = Zib::install(std::make_unique<Core>(core));
   const bool asStorage = ZibStorage::install(std::make_unique<CoreStorage>(core));
@@ -462,6 +467,10 @@ void zib_messaging_setup_as_notification_delegate(void) {
   Operation(__func__).run([] { ZibMessaging::shared().setupAsNotificationDelegate(); });
 }
 
+zib_object zib_messaging_runtime_object(void) {
+  return Operation(__func__).run([] { return ZibMessaging::runtimeObject(); });
+}
+
 unsigned long zib_messaging_will_present(zib_object notification) {
   const Operation operation(__func__);
   if (!operation.has("notification", notification)) return 0;
@@ -594,6 +603,22 @@ zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_obj
     return zib::objectFrom(
                ZibPayloadBuilder::createEventPayload(stringOf(event_name), std::move(values)))
         .relinquish();
+  });
+}
+
+zib_text zib_string_copy(zib_object string) {
+  const Operation operation(__func__);
+  if (!operation.has("string", string)) return {};
+  return operation.run([&] {
+    if (zib::isString(string)) return copyOf(zib::Utf8(string).view());
+    operation.fail("string is no NSString");
+    return zib_text{};
+  });
+}
+
+zib_object zib_string_create(zib_text text) {
+  return Operation(__func__).run([&]() -> zib_object {
+    return text.bytes == nullptr ? nullptr : zib::makeString(viewOf(text)).relinquish();
   });
 }
 

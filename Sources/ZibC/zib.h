@@ -203,6 +203,9 @@ ZIB_API void zib_messaging_did_receive_registration_token(zib_text token);
 ZIB_API void zib_messaging_ensure_firebase_messaging_delegate(void);
 // Becomes the notification centre's delegate if it has none.
 ZIB_API void zib_messaging_setup_as_notification_delegate(void);
+// The module's object of the class "ZibMessaging", for hosts that set such delegates themselves. It
+// lives as long as the process.
+ZIB_API zib_object ZIB_NULLABLE zib_messaging_runtime_object(void);
 
 // A UNNotification is about to be presented in the foreground: gives the
 // UNNotificationPresentationOptions to present it with, none for null.
@@ -261,10 +264,15 @@ ZIB_API zib_object ZIB_NULLABLE zib_payload_builder_create_notification_payload(
 ZIB_API zib_object ZIB_NULLABLE zib_payload_builder_create_event_payload(
     zib_text event_name, zib_object ZIB_NULLABLE properties) ZIB_OWNED_BY_CALLER;
 
-// JSON, for hosts and cores without words for the platform's objects.
+// The platform's objects, for hosts and cores in languages without words for them.
 
-// An object that JSON has a word for, or one that is written as text: bytes in base64, a date in
-// ISO 8601, a number that is none as null.
+// All of an NSString.
+ZIB_API zib_text zib_string_copy(zib_object string);
+// An NSString of the text; null for no text.
+ZIB_API zib_object ZIB_NULLABLE zib_string_create(zib_text text) ZIB_OWNED_BY_CALLER;
+
+// Any object as JSON, its members by name. What JSON has no word for is written as text: bytes in
+// base64, a date in ISO 8601.
 ZIB_API zib_text zib_json_copy(zib_object object);
 // Null, and one error line, for what is no JSON object or array.
 ZIB_API zib_object ZIB_NULLABLE zib_json_create(zib_text json) ZIB_OWNED_BY_CALLER;

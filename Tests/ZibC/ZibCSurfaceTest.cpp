@@ -22,6 +22,7 @@
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
 
 namespace {
 
@@ -235,6 +236,11 @@ TEST(ZibCStateTest, IsTheCallersOwn) {
   zib_object_release(token);
 }
 
+TEST(ZibCStateTest, HasARuntimeObject) {
+  const Device device;
+  EXPECT_STREQ(zib::Class::ofObject(zib_messaging_runtime_object()).name(), "ZibMessaging");
+}
+
 // Text.
 
 TEST(ZibTextTest, ThatIsNoUtf8IsReplacedAndNeverCut) {
@@ -271,6 +277,17 @@ TEST(ZibTextTest, IsCopiedWhole) {
   EXPECT_EQ(taken(zib_text_copy(zib_text_of(""))), "");
   EXPECT_EQ(zib_text_copy(zib_text_of(nullptr)).bytes, nullptr);
   zib_text_free(zib_text{});
+}
+
+TEST(ZibTextTest, IsAllOfAString) {
+  const Device device;
+  const std::string text = "a\0\xc3\xa9"s;
+  const zib_object string = zib_string_create({text.data(), text.size()});
+  EXPECT_EQ(taken(zib_string_copy(string)), text);
+  zib_object_release(string);
+  EXPECT_EQ(zib_string_create(zib_text{}), nullptr);
+  EXPECT_EQ(zib_string_copy(payload().raw()).bytes, nullptr);
+  EXPECT_EQ(device.errorLines(), std::vector{"zib_string_copy: string is no NSString"s});
 }
 
 // What is missing.
@@ -360,6 +377,8 @@ const Missing everyMissing[] = {
     {"zib_payload_builder_create_event_payload",
      [] { EXPECT_EQ(zib_payload_builder_create_event_payload(zib_text{}, nullptr), nullptr); },
      "event_name is null"},
+    {"zib_string_copy", [] { EXPECT_EQ(zib_string_copy(nullptr).bytes, nullptr); },
+     "string is null"},
     {"zib_json_copy", [] { EXPECT_EQ(zib_json_copy(nullptr).bytes, nullptr); }, "object is null"},
     {"zib_json_create", [] { EXPECT_EQ(zib_json_create(zib_text{}), nullptr); }, "json is null"},
 };

@@ -4,9 +4,9 @@ import re
 from dataclasses import dataclass
 from pathlib import Path
 
-from checks.lists import is_named_by, list_entries
+from checks import exports
 from checks.outcome import Failure, Outcome, require
-from checks.sources import HERE, units
+from checks.sources import units
 from checks.targets import CONFIGURATIONS, TARGETS, Configuration
 
 
@@ -23,7 +23,6 @@ class Build:
 
 
 def compile_and_link(compiler):
-    listed = list_entries(HERE / "exports.txt")
     builds = []
     for number, configuration in enumerate(CONFIGURATIONS):
         flags = compiler.flags(configuration.target) + list(configuration.flags)
@@ -35,7 +34,7 @@ def compile_and_link(compiler):
         compiler.run("llvm-libtool-darwin", "-static", "-D", "-o", library, *objects)
         if configuration.is_machine_code:
             require_no_linker_options(compiler, library)
-        image = link(compiler, configuration, library, listed)
+        image = link(compiler, configuration, library)
         builds.append(Build(configuration, library, image))
     return Outcome(f"{len(units())} sources, {len(builds)} configurations", builds)
 
@@ -47,20 +46,17 @@ def require_no_linker_options(compiler, library):
             f"{library} asks the linker for more than it contains")
 
 
-def link(compiler, configuration, library, listed):
+def link(compiler, configuration, library):
     defined = compiler.symbols(library, "--extern-only", "--defined-only")
-    chosen = {symbol: name for symbol, name in defined.items()
-              if any(is_named_by(entry, name) for entry in listed)}
-    require([entry for entry in listed
-             if not any(is_named_by(entry, name) for name in chosen.values())],
-            "exports.txt names what the module does not define")
-    exports = library.parent / "exports"
-    exports.write_text("\n".join(sorted(chosen)) + "\n")
+    require(sorted(exports.listed() - set(defined.values())),
+            f"{exports.LIST} names what the module does not define")
+    names = library.parent / "exports"
+    names.write_text("".join(f"_{name}\n" for name in sorted(exports.listed())))
     image = library.parent / "libZibMessaging.dylib"
     compiler.run(
         "clang++", f"--target={configuration.target.triple}", "-isysroot", compiler.sdk,
         "-fuse-ld=lld", "-dynamiclib", "-nostdlib", "-Wl,-undefined,dynamic_lookup",
-        "-Wl,-dead_strip", f"-Wl,-exported_symbols_list,{exports}", "-Wl,-fatal_warnings",
+        "-Wl,-dead_strip", f"-Wl,-exported_symbols_list,{names}", "-Wl,-fatal_warnings",
         "-install_name", "@rpath/libZibMessaging.dylib", *configuration.flags,
         f"-Wl,-force_load,{library}", "-o", image)
     return image

@@ -14,8 +14,3 @@ def list_entries(path):
             raise Failure(f"{path}:{number}: a line is a symbol, ' # ' and a reason")
         entries[symbol.strip()] = reason.strip()
     return entries
-
-
-def is_named_by(entry, symbol):
-    """Whether the entry is the symbol's whole signature, or its name without the arguments."""
-    return symbol == entry or symbol.startswith(entry + "(")
