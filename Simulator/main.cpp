@@ -13,18 +13,26 @@
 #include <iostream>
 #include <iterator>
 
+#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/InspectCommand.h"
+#include "Simulator/CommandLine/Usage.h"
 #include "Simulator/Scenario/Expectations.h"
 #include "Simulator/Scenario/Process.h"
 #include "Simulator/Scenario/Reader.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "Simulator/Timeline/PeopleFormat.h"
+#include "ZibMessaging/Private/NotificationEvent.h"
 
 namespace {
 
-enum ExitStatus { allAsExpected = 0, expectationNotMet = 1, wrongUsage = 2, processDied = 3 };
+using sim::allAsExpected;
+using sim::expectationNotMet;
+using sim::processDied;
+using sim::standardInput;
+using sim::UsageError;
+using sim::wrongUsage;
 
 constexpr const char* version = "zibsim " ZIBSIM_VERSION;
-constexpr const char* standardInput = "-";
 
 struct RunOptions {
   std::string format = "timeline";
@@ -33,26 +41,9 @@ struct RunOptions {
   std::vector<std::string> files;
 };
 
-// Something about the command line or a file that is to be mended by the caller.
-class UsageError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-std::string readAll(const std::string& file) {
-  const auto fail = [&](int code) {
-    throw UsageError(file + ": (root): cannot be read: " + std::strerror(code) +
-                     "; allowed: a scenario file, or - for standard input");
-  };
-  if (file == standardInput) return {std::istreambuf_iterator<char>(std::cin), {}};
-  if (std::filesystem::is_directory(file)) fail(EISDIR);
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) fail(errno);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 sim::Scenario readFile(const std::string& file) {
-  const std::string text = readAll(file);
+  const std::string text =
+      sim::readInput(file, "a scenario file, a folder of them, or - for standard input");
   try {
     if (file == standardInput) return sim::readScenario(text, "standard input");
     const std::filesystem::path path(file);
@@ -62,19 +53,13 @@ sim::Scenario readFile(const std::string& file) {
   }
 }
 
-bool wantsColour(bool isStandardOutput) {
-  const char* const noColour = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe)
-  const bool isUnwanted = noColour != nullptr && *noColour != '\0';
-  return isStandardOutput && ::isatty(STDOUT_FILENO) != 0 && !isUnwanted;
-}
-
 // The commands by name, since a word that is none of them is easily a command of a later version.
 std::string describeParseError(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<std::string> rest = app.remaining();
   const bool isUnknownCommand =
       app.get_subcommands().empty() && !rest.empty() && !rest.front().starts_with('-');
   if (isUnknownCommand)
-    return "no command \"" + rest.front() + "\"; allowed: run, --help, --version";
+    return "no command \"" + rest.front() + "\"; allowed: run, inspect, --help, --version";
   return error.what() + std::string("; allowed: see zibsim --help");
 }
 
@@ -90,7 +75,7 @@ class Runner {
  public:
   Runner(std::ostream& out, const RunOptions& options)
       : out_(out),
-        people_(out, wantsColour(options.output.empty())),
+        people_(out, options.output.empty() && sim::wantsColour()),
         isJsonLines_(options.format == "jsonl"),
         isStrict_(options.isStrict),
         isSummaryOutOfSight_(isJsonLines_ || !options.output.empty()),
@@ -185,8 +170,18 @@ int main(int argc, char** argv) {
   runCommand->add_flag("--strict", options.isStrict, "a problem fails a scenario");
   runCommand->add_option("SCENARIO.json", options.files, "a scenario, or - for standard input")
       ->required();
+  sim::InspectOptions inspectOptions;
+  inspectOptions.eventType = zib::clickedEvent.text;
+  CLI::App* const inspectCommand =
+      app.add_subcommand("inspect", "Says what a push payload reports and opens");
+  inspectCommand->add_option("--event-type", inspectOptions.eventType, "what happened to it");
+  inspectCommand->add_option("--format", inspectOptions.format, "text, json or html")
+      ->check(CLI::IsMember({"text", "json", "html"}));
+  inspectCommand->add_option("PAYLOAD", inspectOptions.file, "a payload, or - for standard input")
+      ->required();
   try {
     app.parse(argc, argv);
+    if (inspectCommand->parsed()) return sim::inspectPayload(inspectOptions);
     return run(options);
   } catch (const CLI::Success& success) {
     return app.exit(success);
