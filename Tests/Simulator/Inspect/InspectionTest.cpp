@@ -202,7 +202,7 @@ TEST_F(Inspect, ReadsForPeople) {
   EXPECT_TRUE(text.starts_with("Tapped, reported is:\n"));
   EXPECT_NE(text.find("\nTapped, it opens https://a.example/\n"), std::string::npos);
   EXPECT_NE(text.find("\nNo remarks\n"), std::string::npos);
-  EXPECT_NE(text.find("\nSize: 54 bytes of 4,096\n"), std::string::npos);
+  EXPECT_NE(text.find("\nSize: 52 bytes of 4,096\n"), std::string::npos);
 }
 
 }  // namespace
