@@ -7,6 +7,7 @@
 
 #include "Simulator/CommandLine/InspectCommand.h"
 #include "Simulator/CommandLine/RunCommand.h"
+#include "Simulator/CommandLine/ServeCommand.h"
 #include "Simulator/CommandLine/Usage.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
@@ -35,6 +36,7 @@ class CommandLine {
     app_.require_subcommand(1);
     addRun();
     addInspect();
+    addServe();
   }
 
   int execute(int argc, char** argv) {
@@ -88,9 +90,18 @@ class CommandLine {
     command->callback([this] { status_ = sim::inspectPayload(inspect_); });
   }
 
+  void addServe() {
+    CLI::App* const command = app_.add_subcommand(
+        "serve", "Shows a page on this computer alone, to try payloads and scenarios on");
+    command->add_option("--port", serve_.port, "8420 unless given; 0 takes any that is free")
+        ->check(CLI::Range(0, 65535));
+    command->callback([this] { status_ = sim::servePage(serve_); });
+  }
+
   CLI::App app_;
   sim::RunOptions run_;
   sim::InspectOptions inspect_;
+  sim::ServeOptions serve_;
   int status_ = sim::allAsExpected;
 };
 

@@ -27,17 +27,6 @@ std::vector<Json> fieldsOf(const std::vector<Step>& steps) {
   return fields;
 }
 
-// One message for each problem, which a strict run does not allow.
-std::vector<std::string> problemsIn(const std::vector<Json>& timeline) {
-  std::vector<std::string> problems;
-  for (const Json& entry : timeline) {
-    if (entry.at("kind") == "problem") {
-      problems.push_back("a problem, which --strict does not allow:\n    " + lineFrom(entry));
-    }
-  }
-  return problems;
-}
-
 // How far a long run is, on a terminal that shows nothing else meanwhile.
 class Progress {
  public:
@@ -100,7 +89,7 @@ class Run : public PlayListener {
     outcome.seconds = seconds;
     outcome.unmet = unmetExpectations(outcome.expectations, outcome.timeline);
     if (options_.isStrict) {
-      std::ranges::move(problemsIn(outcome.timeline), std::back_inserter(outcome.unmet));
+      std::ranges::move(problems(outcome.timeline), std::back_inserter(outcome.unmet));
     }
     hasEnded_[scenario] = true;
     while (turn_ < outcomes_.size() && hasEnded_[turn_]) {

@@ -13,8 +13,10 @@ std::string shownValue(const Json& value) {
 Markup viewOfAlert(const std::optional<Alert>& alert) {
   Markup markup;
   markup.open("section", {{"class", "phone"}, {"aria-label", "The notification on a phone"}});
-  if (!alert)
-    return std::move(markup.element("p", "The system shows nothing.", {{"class", "nothing"}}));
+  if (!alert) {
+    markup.element("p", "The system shows nothing.", {{"class", "nothing"}});
+    return markup;
+  }
   markup.open("div", {{"class", "notification"}});
   markup.open("div", {{"class", "origin"}})
       .element("span", "", {{"class", "icon"}, {"aria-hidden", "true"}})
@@ -90,11 +92,22 @@ Markup viewOfSize(std::size_t size) {
   return markup;
 }
 
+// What a screen reader says while somebody types.
+std::string summaryOf(const Inspection& inspection) {
+  const std::size_t count = inspection.remarks.size();
+  const std::string remarks = count == 0   ? "No remarks."
+                              : count == 1 ? "1 remark."
+                                           : std::to_string(count) + " remarks.";
+  return (inspection.isTest ? "A test: nothing is reported. " : "") +
+         (inspection.link.url ? "Opens " + *inspection.link.url : std::string("Opens nothing")) +
+         ". " + remarks;
+}
+
 }  // namespace
 
 Markup viewOf(const Inspection& inspection) {
   Markup markup;
-  markup.open("div", {{"class", "inspection"}});
+  markup.open("div", {{"class", "inspection"}, {"data-summary", summaryOf(inspection)}});
   markup.open("div", {{"class", "beside"}})
       .add(viewOfAlert(inspection.alert))
       .add(viewOfRemarks(inspection.remarks))

@@ -146,7 +146,8 @@ std::string verdictOn(const Outcome& outcome) {
 
 Markup viewOf(const Outcome& outcome, std::size_t scenario) {
   Markup markup;
-  markup.open("article", {{"id", "scenario-" + std::to_string(scenario)}});
+  markup.open("article", {{"id", "scenario-" + std::to_string(scenario)},
+                          {"data-summary", outcome.name + ": " + verdictOn(outcome)}});
   markup.open("header").element("h2", outcome.name);
   markup.element("p", verdictOn(outcome) + " · " + outcome.file,
                  {{"class", outcome.hasPassed() ? "outcome passed" : "outcome failed"}});
