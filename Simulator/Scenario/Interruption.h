@@ -2,15 +2,13 @@
 
 #pragma once
 
-#include <sys/types.h>
-
 #include <array>
 #include <csignal>
 
 namespace sim {
 
-// While it lives, such a signal ends the scenario's process instead of this one, so that what the
-// scenario leaves behind is cleared away as at any end. The destructor then lets the signal have
+// While it lives, such a signal is only noted, so that the processes of the scenarios are ended and
+// what they leave behind is cleared away as at any end. The destructor then lets the signal have
 // its usual effect. One at a time, on the main thread.
 class Interruption {
  public:
@@ -19,8 +17,9 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
-  // Names the process to end; a signal that came before ends it at once.
-  static void endInstead(pid_t process);
+  [[nodiscard]] static bool hasCome();
+  // Readable from when a signal has come.
+  [[nodiscard]] int descriptor() const { return ends_[0]; }
   // Gives the signals their usual effect again: for the scenario's process itself.
   void stop() const;
 
@@ -28,6 +27,7 @@ class Interruption {
   static constexpr std::array signals{SIGINT, SIGTERM, SIGHUP};
 
   std::array<struct sigaction, signals.size()> before_{};
+  std::array<int, 2> ends_{};
 };
 
 }  // namespace sim

@@ -120,7 +120,18 @@ std::string describeConfig(const Json& entry) { return shortened(textOf(entry.at
 
 std::string describeRest(const Json& entry) { return others(entry, {"t", "thread", "kind"}); }
 
-std::string describe(const Json& entry) {
+std::string padded(std::string text, std::size_t width) {
+  if (text.size() < width) text.append(width - text.size(), ' ');
+  return text;
+}
+
+std::string counted(int count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+}  // namespace
+
+std::string describeEntry(const Json& entry) {
   static const std::map<std::string, std::string (*)(const Json&)> describers{
       {"log", &describeLog},
       {"event", &describeEvent},
@@ -140,17 +151,6 @@ std::string describe(const Json& entry) {
   const auto found = describers.find(entry.at("kind").get<std::string>());
   return found == describers.end() ? describeRest(entry) : found->second(entry);
 }
-
-std::string padded(std::string text, std::size_t width) {
-  if (text.size() < width) text.append(width - text.size(), ' ');
-  return text;
-}
-
-std::string counted(int count, const char* one, const char* many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
-}  // namespace
 
 PeopleFormat::Style PeopleFormat::styleOf(const std::string& kind) {
   static const std::map<std::string, Style> styles{
@@ -209,7 +209,7 @@ void PeopleFormat::entry(const Json& entry) {
   } else {
     *out_ << styled(padded(clock.data(), timeWidth), Style::dim)
           << styled("  " + padded(kind, kindWidth), styleOf(kind))
-          << styled(describe(entry), kind == "problem" ? Style::red : Style::plain);
+          << styled(describeEntry(entry), kind == "problem" ? Style::red : Style::plain);
   }
   if (entry.at("thread") != "main") {
     *out_ << styled("  on " + entry.at("thread").get<std::string>(), Style::dim);

@@ -10,6 +10,9 @@
 
 namespace sim {
 
+// An entry in one line, without its time, thread and kind.
+std::string describeEntry(const Json& entry);
+
 class PeopleFormat {
  public:
   PeopleFormat(std::ostream& out, bool hasColour) : out_(&out), hasColour_(hasColour) {}

@@ -1,43 +1,19 @@
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 
-#include <array>
-
 #include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/LinkSearch.h"
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibPlatform/Dispatch/MainQueue.h"
 #include "ZibPlatform/Foundation/Process.h"
 #include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 #include "ZibPlatform/UIKit/Application.h"
 
-using zib::ConstantString;
-using zib::constantString;
 using zib::contained;
 using zib::logLine;
 
 namespace {
 
-// In the order in which they are searched.
-constexpr std::array<ConstantString, 9> linkKeys{
-    constantString<"url">,       constantString<"link">,         constantString<"click_action">,
-    constantString<"deep_link">, constantString<"deeplink">,     constantString<"click_url">,
-    constantString<"web_link">,  constantString<"redirect_url">, constantString<"action_url">,
-};
-
-// What campaign tools write for "no link".
-constexpr std::string_view notApplicable = "NA";
-
 constexpr std::string_view linePrefix = "ZibDeepLinkHandler: ";
-
-// The first usable link decides, even if it turns out to be no URL: falling back to another key
-// would open something that the campaign did not put first.
-zib::StringRef findCandidate(const zib::Dictionary& userInfo) {
-  if (userInfo.empty()) return {};
-  for (const ConstantString& key : linkKeys) {
-    const zib::StringRef text = userInfo.text(key);
-    if (text && !text.equals("") && !text.equals(notApplicable)) return text;
-  }
-  return {};
-}
 
 void openInSystem(const zib::URL& url) {
   const auto application = zib::Application::shared();
@@ -71,7 +47,7 @@ ZibDeepLinkHandler::URLDelegate ZibDeepLinkHandler::urlDelegate() const {
 bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) noexcept {
   bool isHandled = false;
   contained("handleNotificationURL", [&] {
-    const auto candidate = findCandidate(userInfo);
+    const auto candidate = zib::findLink(userInfo);
     if (!candidate) return;
     const auto url = zib::URL::parse(candidate);
     if (!url) return;

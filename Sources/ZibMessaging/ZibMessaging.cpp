@@ -7,6 +7,7 @@
 #include "ZibCoreBoundary/ZibStorage.h"
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/NotificationEvent.h"
 #include "ZibMessaging/Private/PresentationOptions.h"
 #include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
@@ -19,7 +20,9 @@
 #include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
+using zib::clickedEvent;
 using zib::contained;
+using zib::deliveredEvent;
 using zib::FirebaseMessaging;
 using zib::foregroundPresentationOptions;
 using zib::logLine;
@@ -32,8 +35,6 @@ using zib::objc::UInteger;
 
 namespace {
 
-constexpr zib::ConstantString deliveredEvent = zib::constantString<"notification-delivered">;
-constexpr zib::ConstantString clickedEvent = zib::constantString<"notification-clicked">;
 constexpr double firebaseRetryDelay = 0.1;  // seconds
 
 // The entry points of the runtime object. With automatic integration the interceptors have handled
@@ -238,13 +239,8 @@ void ZibMessaging::didReceiveRegistrationToken(std::string_view token) noexcept 
   setFCMToken(token);
 }
 
-bool ZibMessaging::isTestNotification(const zib::Dictionary& userInfo) {
-  const zib::StringRef type = userInfo.text(zib::constantString<"pn_type">);
-  return type && type.equals("PUSH-NOTIFICATION-SEND-TEST");
-}
-
 void ZibMessaging::track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType) {
-  if (isTestNotification(userInfo)) return;
+  if (zib::isTestNotification(userInfo)) return;
   Zib::shared().trackSelfDescribingEvent(
       notificationEventSchemaURI,
       ZibPayloadBuilder::createNotificationPayload(userInfo, eventType));

@@ -113,7 +113,6 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
                                     const zib::Application& application, bool granted,
                                     const std::optional<zib::Error>& error);
   void registerNotificationCategories();
-  static bool isTestNotification(const zib::Dictionary& userInfo);
   static void track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType);
   void setupAsFirebaseMessagingDelegate();
   void setFirebaseMessagingDelegateIfNeeded();

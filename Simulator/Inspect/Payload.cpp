@@ -1,0 +1,62 @@
+#include "Simulator/Inspect/Payload.h"
+
+#include <cstdint>
+#include <span>
+
+#include "Simulator/Scenario/ScenarioError.h"
+#include "ZibPlatform/Foundation/JSON.h"
+#include "ZibPlatform/Foundation/Strings.h"
+
+namespace sim {
+namespace {
+
+// By which an .apns file names the app that a simulator hands it to. It is no part of the payload.
+constexpr const char* targetBundle = "Simulator Target Bundle";
+
+constexpr const char* allowedPayload = "a JSON object, such as an .apns file";
+
+std::span<const std::uint8_t> bytesOf(std::string_view text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+}  // namespace
+
+Payload readPayload(std::string_view text) {
+  const auto object = zib::parseJSON(bytesOf(text));
+  if (!object) throw ScenarioError("", object.error().description, allowedPayload);
+  Payload payload;
+  payload.json = jsonFromObject(object->raw());
+  if (!payload.json.is_object()) {
+    throw ScenarioError("", "got " + kindOf(payload.json), allowedPayload);
+  }
+  payload.json.erase(targetBundle);
+  payload.size = payload.json.dump().size();
+  payload.userInfo = zib::Dictionary::from(*valueFromJson(payload.json).get<zib::ValueMap>());
+  return payload;
+}
+
+std::string kindOf(const Json& value) {
+  switch (value.type()) {
+    case Json::value_t::null:
+      return "null";
+    case Json::value_t::boolean:
+      return "true or false";
+    case Json::value_t::object:
+      return "an object";
+    case Json::value_t::array:
+      return "a list";
+    case Json::value_t::string:
+      return "a text";
+    default:
+      return "a number";
+  }
+}
+
+std::string inQuotes(std::string_view text) {
+  constexpr std::size_t longest = 80;
+  const std::string_view shown = zib::firstCharacters(text, longest);
+  const std::string shortened = std::string(shown) + (shown.size() < text.size() ? "…" : "");
+  return Json(shortened).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace sim

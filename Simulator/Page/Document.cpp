@@ -1,0 +1,21 @@
+#include "Simulator/Page/Document.h"
+
+#include "Simulator/Page/Assets.h"
+
+namespace sim {
+
+std::string standaloneDocument(std::string_view title, const Markup& body) {
+  Markup head;
+  head.element("title", title);
+  Markup heading;
+  heading.open("header").element("h1", title);
+  // Whatever a payload holds: a page that may load and run nothing does no harm.
+  return "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
+         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
+         "style-src 'unsafe-inline'\">"
+         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">" +
+         head.str() + "<style>" + std::string(assets::style) + "</style></head><body>" +
+         heading.str() + "<main>" + body.str() + "</main></body></html>\n";
+}
+
+}  // namespace sim

@@ -1,0 +1,188 @@
+#include "Simulator/Page/TimelineView.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <map>
+
+#include "Simulator/Timeline/PeopleFormat.h"
+
+namespace sim {
+namespace {
+
+constexpr std::array<const char*, 4> lanes{"system", "module", "host", "core"};
+
+// Whose doing an entry is. What is in no list is the module's.
+std::string laneOf(const Json& entry) {
+  static const std::map<std::string, const char*> lanesOfKinds{
+      {"system", "system"},    {"http", "system"},         {"completion", "system"},
+      {"file", "system"},      {"host", "host"},           {"delegate", "host"},
+      {"urlDelegate", "host"}, {"firebaseConfig", "host"}, {"event", "core"},
+      {"storage", "core"},     {"core", "core"},           {"problem", "system"},
+  };
+  const auto found = lanesOfKinds.find(entry.at("kind").get<std::string>());
+  return found == lanesOfKinds.end() ? "module" : found->second;
+}
+
+std::string shownTime(const Json& entry) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.3f s", entry.at("t").get<double>());
+  return text.data();
+}
+
+std::string shownValue(const Json& value) {
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+// Of an element that a link leads to.
+std::string idOf(std::size_t scenario, std::size_t entry) {
+  return "entry-" + std::to_string(scenario) + "-" + std::to_string(entry);
+}
+
+void addFields(Markup& markup, const Json& entry) {
+  markup.open("dl");
+  for (const auto& [key, value] : entry.items()) {
+    if (key == "scenario") continue;
+    markup.element("dt", key).element("dd", shownValue(value));
+  }
+  markup.close();
+}
+
+Markup viewOfEntry(const Json& entry, const std::string& lane) {
+  const std::string kind = entry.at("kind");
+  const std::string thread = entry.at("thread");
+  Markup markup;
+  markup.open("div", {{"class", "entry " + (kind == "problem" ? kind : lane)}});
+  markup.open("details").open("summary");
+  markup.element("span", thread == "main" ? kind : kind + " on " + thread, {{"class", "kind"}});
+  markup.text(" ").element("span", describeEntry(entry)).close();
+  addFields(markup, entry);
+  return markup;
+}
+
+void addStepRow(Markup& markup, const Json& entry, const Outcome& outcome, const std::string& id) {
+  const auto index = entry.at("index").get<std::size_t>();
+  const std::string thread = entry.at("thread");
+  markup.open("tr", {{"class", "step"}, {"id", id}});
+  markup.element("th", shownTime(entry), {{"class", "time"}, {"scope", "row"}});
+  markup.open("th", {{"colspan", "4"}, {"scope", "colgroup"}});
+  markup.text(std::to_string(index + 1) + ". " + entry.at("do").get<std::string>());
+  if (index < outcome.steps.size()) {
+    Json fields = outcome.steps[index];
+    for (const char* const known : {"do", "thread"}) fields.erase(known);
+    if (!fields.empty()) markup.element("span", "  " + fields.dump(), {{"class", "note"}});
+  }
+  if (thread != "main") markup.text("  on " + thread);
+  markup.close().close();
+}
+
+void addEntryRow(Markup& markup, const Json& entry, const std::string& id) {
+  const std::string lane = laneOf(entry);
+  markup.open("tr", {{"id", id}});
+  markup.element("th", shownTime(entry), {{"class", "time"}, {"scope", "row"}});
+  for (const char* const each : lanes) {
+    markup.open("td");
+    if (lane == each) markup.add(viewOfEntry(entry, lane));
+    markup.close();
+  }
+  markup.close();
+}
+
+Markup viewOfLanes(const Outcome& outcome, std::size_t scenario) {
+  Markup markup;
+  markup.open("div", {{"class", "wide"},
+                      {"tabindex", "0"},
+                      {"role", "region"},
+                      {"aria-label", "Timeline of " + outcome.name}});
+  markup.open("table", {{"class", "lanes"}}).open("thead").open("tr");
+  markup.element("th", "Time", {{"scope", "col"}, {"class", "time"}});
+  for (const char* const head : {"System", "Module", "Host", "Core"}) {
+    markup.element("th", head, {{"scope", "col"}});
+  }
+  markup.close().close().open("tbody");
+  for (std::size_t index = 0; index < outcome.timeline.size(); ++index) {
+    const Json& entry = outcome.timeline[index];
+    if (entry.at("kind") == "step") {
+      addStepRow(markup, entry, outcome, idOf(scenario, index));
+    } else {
+      addEntryRow(markup, entry, idOf(scenario, index));
+    }
+  }
+  return markup;
+}
+
+const std::string* missOf(std::size_t expectation, const Outcome& outcome) {
+  const std::string start = "expectation " + std::to_string(expectation) + " ";
+  const auto found =
+      std::find_if(outcome.unmet.begin(), outcome.unmet.end(),
+                   [&](const std::string& message) { return message.starts_with(start); });
+  return found == outcome.unmet.end() ? nullptr : &*found;
+}
+
+Markup viewOfExpectations(const Outcome& outcome) {
+  Markup markup;
+  markup.open("section").element("h2", "What was expected");
+  markup.open("ol", {{"class", "expectations"}});
+  for (std::size_t index = 0; index < outcome.expectations.size(); ++index) {
+    const std::string* const miss = missOf(index, outcome);
+    markup.open("li", {{"class", miss == nullptr ? "met" : "unmet"}});
+    markup.element("strong", miss == nullptr ? "met" : "not met").text(" ");
+    if (miss == nullptr) markup.element("code", outcome.expectations[index].dump());
+    if (miss != nullptr) markup.element("pre", *miss);
+    markup.close();
+  }
+  markup.close();
+  for (const std::string& message : outcome.unmet) {
+    if (!message.starts_with("expectation "))
+      markup.element("pre", message, {{"class", "failure"}});
+  }
+  return markup;
+}
+
+std::string verdictOn(const Outcome& outcome) {
+  if (outcome.death) return "died: " + *outcome.death;
+  return outcome.hasPassed() ? "passed" : "failed";
+}
+
+Markup viewOf(const Outcome& outcome, std::size_t scenario) {
+  Markup markup;
+  markup.open("article", {{"id", "scenario-" + std::to_string(scenario)},
+                          {"data-summary", outcome.name + ": " + verdictOn(outcome)}});
+  markup.open("header").element("h2", outcome.name);
+  markup.element("p", verdictOn(outcome) + " · " + outcome.file,
+                 {{"class", outcome.hasPassed() ? "outcome passed" : "outcome failed"}});
+  markup.close();
+  if (!outcome.expectations.empty() || !outcome.unmet.empty()) {
+    markup.add(viewOfExpectations(outcome));
+  }
+  markup.open("section").add(viewOfLanes(outcome, scenario)).close();
+  return markup;
+}
+
+Markup contentsOf(const std::vector<Outcome>& outcomes) {
+  Markup markup;
+  markup.open("nav", {{"aria-label", "Scenarios"}}).open("section");
+  markup.element("p", tallyOf(outcomes)).open("ul");
+  for (std::size_t index = 0; index < outcomes.size(); ++index) {
+    const Outcome& outcome = outcomes[index];
+    markup.open("li").element("a", outcome.name, {{"href", "#scenario-" + std::to_string(index)}});
+    markup.text(" ").element(
+        "span", verdictOn(outcome),
+        {{"class", outcome.hasPassed() ? "outcome passed" : "outcome failed"}});
+    markup.close();
+  }
+  return markup;
+}
+
+}  // namespace
+
+Markup viewOf(const std::vector<Outcome>& outcomes) {
+  Markup markup;
+  if (outcomes.size() > 1) markup.add(contentsOf(outcomes));
+  for (std::size_t index = 0; index < outcomes.size(); ++index) {
+    markup.add(viewOf(outcomes[index], index));
+  }
+  return markup;
+}
+
+}  // namespace sim
