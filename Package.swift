@@ -1,22 +1,49 @@
-// swift-tools-version:5.9
+// swift-tools-version:5.4
 import PackageDescription
 
 let package = Package(
   name: "ZibMessaging",
   platforms: [.iOS(.v13)],
-  products: [.library(name: "ZibMessaging", targets: ["ZibMessaging"])],
+  products: [
+    // For hosts and cores in Swift and Objective-C.
+    .library(name: "ZibMessaging", targets: ["ZibMessaging"]),
+    // For those in C, and in languages that speak it.
+    .library(name: "ZibMessagingC", targets: ["ZibMessagingC"]),
+    // For those in C++.
+    .library(name: "ZibMessagingCxx", targets: ["ZibMessagingCxx"]),
+  ],
   targets: [
     .target(
       name: "ZibMessaging",
-      path: "Sources",
-      exclude: ["CMakeLists.txt"],
+      dependencies: ["ZibMessagingC"],
+      path: "Sources/ZibObjectiveC",
       publicHeadersPath: ".",
-      cxxSettings: [
-        .headerSearchPath("."),
-        // Without it the checks of debug builds would ship.
-        .define("NDEBUG", .when(configuration: .release)),
+      cSettings: [.headerSearchPath(".")]
+    ),
+    .target(
+      name: "ZibMessagingC",
+      dependencies: ["ZibMessagingCxx"],
+      path: "Sources/ZibC",
+      resources: [.copy("PrivacyInfo.xcprivacy")],
+      publicHeadersPath: ".",
+      cxxSettings: [.headerSearchPath("..")] + released
+    ),
+    .target(
+      name: "ZibMessagingCxx",
+      path: "Sources",
+      exclude: ["CMakeLists.txt", "ZibC", "ZibObjectiveC"],
+      sources: ["ZibPlatform", "ZibCoreBoundary", "ZibMessaging"],
+      publicHeadersPath: ".",
+      cxxSettings: [.headerSearchPath(".")] + released,
+      // The module finds both by name, and would find nothing in an app that links neither.
+      linkerSettings: [
+        .linkedFramework("UIKit", .when(platforms: [.iOS])),
+        .linkedFramework("UserNotifications", .when(platforms: [.iOS])),
       ]
-    )
+    ),
   ],
   cxxLanguageStandard: .cxx20
 )
+
+// Without it the checks of debug builds would ship.
+var released: [CXXSetting] { [.define("NDEBUG", .when(configuration: .release))] }

@@ -1,9 +1,8 @@
 #import "NotificationDelegate.h"
 
-#include <cstdio>
+#include <stdio.h>
 
-#include "ZibMessaging/ZibMessaging.h"
-#include "ZibPlatform/ObjectiveC/Bridge.h"
+#import "ZibObjectiveC.h"
 
 @implementation NotificationDelegate
 
@@ -12,17 +11,17 @@
        willPresentNotification:(UNNotification *)notification
          withCompletionHandler:
              (void (^)(UNNotificationPresentationOptions options))completionHandler {
-  const auto proposed =
-      ZibMessaging::shared().willPresent(zib::Notification::retained(zib::native(notification)));
-  std::printf("app    | shows a notification\n");
+  const UNNotificationPresentationOptions proposed =
+      [ZIBMessaging.shared willPresentNotification:notification];
+  printf("app    | shows a notification\n");
   completionHandler(proposed);
 }
 
 - (void)userNotificationCenter:(UNUserNotificationCenter *)center
     didReceiveNotificationResponse:(UNNotificationResponse *)response
              withCompletionHandler:(void (^)(void))completionHandler {
-  ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(zib::native(response)));
-  std::printf("app    | a notification was tapped\n");
+  [ZIBMessaging.shared didReceiveNotificationResponse:response];
+  printf("app    | a notification was tapped\n");
   completionHandler();
 }
 
