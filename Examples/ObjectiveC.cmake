@@ -8,8 +8,13 @@ set(CMAKE_OBJCXX_COMPILER ${ZIB_CLANGXX})
 set(CMAKE_OBJCXX_STANDARD 20)
 set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
 set(CMAKE_OBJCXX_EXTENSIONS OFF)
+# CMake keeps one form of precompiled header for all compilers: that of C++, here.
+set(ZIB_PCH_EXTENSION ${CMAKE_PCH_EXTENSION})
+set(ZIB_PCH_PROLOGUE ${CMAKE_PCH_PROLOGUE})
 enable_language(OBJC)
 enable_language(OBJCXX)
+set(CMAKE_PCH_EXTENSION ${ZIB_PCH_EXTENSION})
+set(CMAKE_PCH_PROLOGUE ${ZIB_PCH_PROLOGUE})
 
 # The headers of the object runtime are GCC's, and come last: its others are not for clang.
 execute_process(COMMAND g++ -print-file-name=include
