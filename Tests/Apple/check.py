@@ -70,8 +70,8 @@ UNVERIFIED = [
     ("Sources/ZibPlatform/UIKit/Scenes.cpp", r'selector<"|classNamed<"', NAMES),
     ("Sources/ZibPlatform/UserNotifications/UserNotifications.cpp", r'selector<"|classNamed<"', NAMES),
     ("Sources/ZibPlatform/FirebaseMessaging/FirebaseMessaging.cpp", r'selector<"|classNamed<"', NAMES),
-    ("Sources/ZibMessaging/ZibMessaging.cpp", r'\.method\("\w+:', NAMES),
-    ("Sources/ZibMessaging/ZibSwizzleManager.cpp", r'^\s*\{"\w+:', NAMES),
+    ("Sources/ZibMessaging/Private/MessagingFace.cpp", r'\.method\("\w+:', NAMES),
+    ("Sources/ZibMessaging/Private/Interception.h", r'^\s*\{"\w+:', NAMES),
     ("Sources/ZibPlatform/UserNotifications/UserNotifications.h", r"^inline constexpr objc::UInteger",
      "numbers out of the same headers"),
 ]
@@ -270,8 +270,10 @@ class Check:
     # What the platform's compiler says about Methods.m.
 
     def method_types(self):
-        text = "".join(path.read_text() for path in self.sources)
-        registrations = re.findall(r"\.(?:method|classMethod)\(", text)
+        text = "".join(path.read_text() for path in source_files())
+        # Each by its name where it is added to a class, or, for interceptors, in their table.
+        registrations = (re.findall(r'\.(?:method|classMethod)\(\s*"', text)
+                         + sorted(set(re.findall(r'"zib_[\w:]+"', text))))
         for target in TARGETS:
             methods = self.emit_platform_abi(target)
             require([selector for _, selector, _ in methods if f'"{selector}"' not in text],
