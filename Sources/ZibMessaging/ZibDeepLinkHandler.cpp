@@ -1,11 +1,10 @@
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 
 #include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/Deferred.h"
 #include "ZibMessaging/Private/LinkSearch.h"
 #include "ZibMessaging/Private/LogLine.h"
-#include "ZibPlatform/Dispatch/MainQueue.h"
 #include "ZibPlatform/Foundation/Process.h"
-#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 #include "ZibPlatform/UIKit/Application.h"
 
 using zib::contained;
@@ -29,10 +28,7 @@ void openInSystem(const zib::URL& url) {
 
 }  // namespace
 
-ZibDeepLinkHandler& ZibDeepLinkHandler::shared() {
-  static zib::NeverDestroyed<ZibDeepLinkHandler> instance([] { return ZibDeepLinkHandler(); });
-  return *instance;
-}
+ZibDeepLinkHandler& ZibDeepLinkHandler::shared() { return instance(); }
 
 void ZibDeepLinkHandler::setURLDelegate(URLDelegate urlDelegate) {
   urlDelegate_.store(urlDelegate ? std::make_shared<const URLDelegate>(std::move(urlDelegate))
@@ -74,7 +70,7 @@ bool ZibDeepLinkHandler::openURL(const zib::URL& url) {
     return true;
   }
   logLine(linePrefix, "Opening URL - ", zib::Utf8(url.text()).view());
-  zib::mainQueue::async([url] { contained("opening a URL", [&] { openInSystem(url); }); });
+  zib::containedOnMain("opening a URL", [url] { openInSystem(url); });
   return true;
 }
 

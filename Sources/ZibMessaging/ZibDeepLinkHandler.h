@@ -7,17 +7,20 @@
 #include <string_view>
 
 #include "ZibMessaging/Private/Guarded.h"
+#include "ZibMessaging/Private/SharedInstance.h"
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/Foundation/URL.h"
 
 // One instance, for the life of the process. Any thread; the system is asked to open a link on the
 // main one.
-class ZibDeepLinkHandler {
+class ZibDeepLinkHandler final : public zib::SharedInstance<ZibDeepLinkHandler> {
  public:
   // True means that the host has handled the link, and it must not be opened.
   using URLDelegate = std::function<bool(const zib::URL&)>;
 
   static ZibDeepLinkHandler& shared();
+
+  explicit ZibDeepLinkHandler(Key) {}
 
   // The host's first chance at each link, called on the thread that handles the notification. An
   // empty function takes it back. Meant to be set before notifications arrive; setting it while one
@@ -35,7 +38,6 @@ class ZibDeepLinkHandler {
   bool handleURL(const zib::URL& url, std::string_view source) noexcept;
 
  private:
-  ZibDeepLinkHandler() = default;
   bool openURL(const zib::URL& url);
   bool isHandledByHost(const zib::URL& url) const;
 

@@ -5,83 +5,42 @@
 #include "ZibCoreBoundary/Zib.h"
 #include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibCoreBoundary/ZibStorage.h"
+#include "ZibMessaging/Private/Authorization.h"
+#include "ZibMessaging/Private/CallbackInProgress.h"
 #include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/Deferred.h"
+#include "ZibMessaging/Private/FirebaseHookup.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/MessagingFace.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
 #include "ZibMessaging/Private/PresentationOptions.h"
 #include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
-#include "ZibPlatform/Dispatch/MainQueue.h"
-#include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
-#include "ZibPlatform/ObjectiveC/Block.h"
-#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
-#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
-#include "ZibPlatform/ObjectiveC/Send.h"
 
+using zib::CallbackInProgress;
 using zib::clickedEvent;
 using zib::contained;
 using zib::deliveredEvent;
-using zib::FirebaseMessaging;
 using zib::foregroundPresentationOptions;
 using zib::logLine;
 using zib::notificationEventSchemaURI;
+using zib::Row;
 using zib::ShownHexText;
 using zib::shownOf;
 using zib::objc::id;
-using zib::objc::SEL;
 using zib::objc::UInteger;
 
 namespace {
 
-constexpr double firebaseRetryDelay = 0.1;  // seconds
+constexpr double firebaseSecondAttemptAfter = 0.1;  // seconds
 
-// The entry points of the runtime object. With automatic integration the interceptors have handled
-// the callback already when it arrives here, so these only complete it: otherwise each notification
-// would be counted twice.
-
-id init(id self, SEL) { return self; }
-
-void willPresentNotification(id, SEL, id /*center*/, id notification,
-                             zib::BlockLayout* completion) {
-  UInteger options = 0;
-  if (ZibSwizzleManager::shared().isSwizzlingEnabled()) {
-    options = foregroundPresentationOptions();
-  } else {
-    options = ZibMessaging::shared().willPresent(*zib::Borrowed<zib::Notification>(notification));
-  }
-  zib::Block<void(UInteger)>::call(completion, options);
-}
-
-void didReceiveNotificationResponse(id, SEL, id /*center*/, id response,
-                                    zib::BlockLayout* completion) {
-  if (!ZibSwizzleManager::shared().isSwizzlingEnabled()) {
-    ZibMessaging::shared().didReceive(*zib::Borrowed<zib::NotificationResponse>(response));
-  }
-  zib::Block<void()>::call(completion);
-}
-
-void didReceiveRegistrationToken(id, SEL, id /*messaging*/, id token) {
-  contained("messaging:didReceiveRegistrationToken:", [&] {
-    if (zib::isString(token)) {
-      ZibMessaging::shared().setFCMToken(zib::Utf8(token).view());
-    }
-  });
-}
-
-zib::Object makeRuntimeObject() {
-  const zib::Class cls =
-      zib::ClassBuilder("ZibMessaging", zib::classNamed<"NSObject">())
-          .adopting("UNUserNotificationCenterDelegate")
-          .method("init", &init)
-          .method("userNotificationCenter:willPresentNotification:withCompletionHandler:",
-                  &willPresentNotification)
-          .method("userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:",
-                  &didReceiveNotificationResponse)
-          .method("messaging:didReceiveRegistrationToken:", &didReceiveRegistrationToken)
-          .registerClass();
-  return zib::Object::adopted(zib::send<id>(cls.object(), zib::selector<"new">()));
+void track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType) {
+  if (zib::isTestNotification(userInfo)) return;
+  Zib::shared().trackSelfDescribingEvent(
+      notificationEventSchemaURI,
+      ZibPayloadBuilder::createNotificationPayload(userInfo, eventType));
 }
 
 // The one line that cannot go to a core.
@@ -93,18 +52,9 @@ void sayIfThereIsNoCore() {
 
 }  // namespace
 
-std::shared_ptr<ZibMessaging>& ZibMessaging::slot() {
-  static zib::NeverDestroyed<std::shared_ptr<ZibMessaging>> instance(
-      [] { return std::make_shared<ZibMessaging>(Key()); });
-  return *instance;
-}
+ZibMessaging& ZibMessaging::shared() { return instance(); }
 
-ZibMessaging& ZibMessaging::shared() { return *slot(); }
-
-id ZibMessaging::runtimeObject() {
-  static zib::NeverDestroyed<zib::Object> object(&makeRuntimeObject);
-  return (*object).raw();
-}
+id ZibMessaging::runtimeObject() { return zib::messagingFace(); }
 
 template <class Call>
 void ZibMessaging::tellDelegate(std::string_view operation, Call call) {
@@ -140,58 +90,14 @@ void ZibMessaging::setUpIntegration() {
 void ZibMessaging::registerForPush(const zib::Application& application) noexcept {
   contained("registerForPush", [&] {
     logLine("Registering for push notifications");
-    requestAuthorization(application);
+    zib::Authorization::request(weak_from_this(), application);
   });
 }
 
-void ZibMessaging::requestAuthorization(const zib::Application& application) {
-  namespace options = zib::notificationOptions;
-  zib::NotificationCenter::current().requestAuthorization(
-      options::badge | options::sound | options::alert,
-      [messaging = weak_from_this(), application](bool granted, std::optional<zib::Error> error) {
-        contained("the answer to the authorization request", [&] {
-          zib::mainQueue::async([messaging, application, granted, error = std::move(error)] {
-            contained("the answer to the authorization request",
-                      [&] { authorizationAnswered(messaging, application, granted, error); });
-          });
-        });
-      });
-}
-
-void ZibMessaging::authorizationAnswered(const std::weak_ptr<ZibMessaging>& weakMessaging,
-                                         const zib::Application& application, bool granted,
-                                         const std::optional<zib::Error>& error) {
-  const auto messaging = weakMessaging.lock();
-  if (error) {
-    ZibLogger::shared().error("Push authorization error", error);
-    if (messaging) {
-      messaging->tellDelegate("didFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
-        delegate.didFailToRegisterWithError(*messaging, *error);
-      });
-    }
-    return;
-  }
-  if (messaging) messaging->isPushEnabled_ = granted;
-  contained("savePushPermission", [&] { ZibStorage::shared().savePushPermission(granted); });
-  logLine(granted ? "Push notification authorization: granted"
-                  : "Push notification authorization: denied");
-  if (!granted) return;
-  if (messaging) {
-    contained("registerNotificationCategories",
-              [&] { messaging->registerNotificationCategories(); });
-  }
-  // One turn of the main queue later, when the categories are in place.
-  zib::mainQueue::async([application] {
-    contained("registerForRemoteNotifications",
-              [&] { application.registerForRemoteNotifications(); });
+void ZibMessaging::authorizationFailed(const zib::Error& error) {
+  tellDelegate("didFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
+    delegate.didFailToRegisterWithError(*this, error);
   });
-}
-
-void ZibMessaging::registerNotificationCategories() {
-  zib::NotificationCenter::current().setCategories(
-      {{"ZibNotification",
-        {{"action_1", "Back"}, {"action_2", "Next"}, {"action_3", "View In App"}}}});
-  logLine("Notification categories registered");
 }
 
 void ZibMessaging::didRegisterForRemoteNotifications(
@@ -239,34 +145,37 @@ void ZibMessaging::didReceiveRegistrationToken(std::string_view token) noexcept 
   setFCMToken(token);
 }
 
-void ZibMessaging::track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType) {
-  if (zib::isTestNotification(userInfo)) return;
-  Zib::shared().trackSelfDescribingEvent(
-      notificationEventSchemaURI,
-      ZibPayloadBuilder::createNotificationPayload(userInfo, eventType));
-}
-
 UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexcept {
-  contained("willPresent", [&] {
-    const zib::Borrowed<zib::Dictionary> userInfo(notification.nativeUserInfo());
-    logLine("Notification received in foreground");
-    track(*userInfo, deliveredEvent);
-    tellDelegate("didReceiveNotification", [&](ZibMessagingDelegate& delegate) {
-      delegate.didReceiveNotification(*this, *userInfo);
-    });
-  });
+  const CallbackInProgress inProgress(Row::willPresent, notification.native());
+  if (inProgress.isNew()) handlePresentation(notification);
   return foregroundPresentationOptions();
 }
 
+void ZibMessaging::handlePresentation(const zib::Notification& notification) noexcept {
+  contained("willPresent", [&] {
+    const zib::Dictionary userInfo = notification.userInfo();
+    logLine("Notification received in foreground");
+    track(userInfo, deliveredEvent);
+    tellDelegate("didReceiveNotification", [&](ZibMessagingDelegate& delegate) {
+      delegate.didReceiveNotification(*this, userInfo);
+    });
+  });
+}
+
 void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcept {
+  const CallbackInProgress inProgress(Row::didReceive, response.native());
+  if (inProgress.isNew()) handleResponse(response);
+}
+
+void ZibMessaging::handleResponse(const zib::NotificationResponse& response) noexcept {
   contained("didReceive", [&] {
-    const zib::Borrowed<zib::Dictionary> userInfo(response.nativeUserInfo());
+    const zib::Dictionary userInfo = zib::Dictionary::retained(response.nativeUserInfo());
     logLine("Notification tapped with action: ", zib::Utf8(response.actionText()).view());
-    track(*userInfo, clickedEvent);
+    track(userInfo, clickedEvent);
     tellDelegate("didReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
       delegate.didReceiveNotificationResponse(*this, response);
     });
-    ZibDeepLinkHandler::shared().handleNotificationURL(*userInfo);
+    ZibDeepLinkHandler::shared().handleNotificationURL(userInfo);
   });
 }
 
@@ -288,26 +197,11 @@ void ZibMessaging::setupAsNotificationDelegate() noexcept {
 }
 
 void ZibMessaging::ensureFirebaseMessagingDelegate() noexcept {
-  contained("ensureFirebaseMessagingDelegate", [&] { setFirebaseMessagingDelegateIfNeeded(); });
+  contained("ensureFirebaseMessagingDelegate", &zib::becomeFirebaseDelegate);
 }
 
 void ZibMessaging::setupAsFirebaseMessagingDelegate() {
-  setFirebaseMessagingDelegateIfNeeded();
-  zib::mainQueue::after(firebaseRetryDelay, [weakMessaging = weak_from_this()] {
-    if (const auto messaging = weakMessaging.lock()) messaging->ensureFirebaseMessagingDelegate();
-  });
-}
-
-void ZibMessaging::setFirebaseMessagingDelegateIfNeeded() {
-  const FirebaseMessaging firebase = FirebaseMessaging::find();
-  if (firebase.found() != FirebaseMessaging::Found::instance) return;
-  const id delegate = firebase.delegate();
-  if (delegate == runtimeObject() || runtimeObject() == nullptr) return;
-  if (delegate != nullptr) {
-    logLine("ℹ️ Customer has set Firebase MessagingDelegate - SDK will swizzle it");
-    return;
-  }
-  if (firebase.setDelegate(runtimeObject())) {
-    logLine("✅ ZibMessaging set as Firebase MessagingDelegate automatically");
-  }
+  zib::becomeFirebaseDelegate();
+  zib::afterWeakly(firebaseSecondAttemptAfter, weak_from_this(), "ensureFirebaseMessagingDelegate",
+                   [](ZibMessaging&) { zib::becomeFirebaseDelegate(); });
 }

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "ZibMessaging/Private/Guarded.h"
+#include "ZibMessaging/Private/SharedInstance.h"
 #include "ZibMessaging/ZibMessagingDelegate.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Dictionary.h"
@@ -29,16 +30,15 @@ namespace zib {
 inline constexpr std::string_view notificationEventSchemaURI =
     "iglu:" ZIB_EVENT_VENDOR "/notification_event/jsonschema/3-0-0";
 
+class Authorization;
+struct Interceptors;
+
 }  // namespace zib
 
 // Holds the module's push state, and is what the platform's notification centre and Firebase
 // Messaging call back when the host has no delegates of its own. One instance, for the life of the
 // process. No operation throws. All but configure() may be called on any thread, and run on it.
-class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
-  struct Key {
-    explicit Key() = default;
-  };
-
+class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
  public:
   static ZibMessaging& shared();
 
@@ -85,9 +85,12 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
   void ensureFirebaseMessagingDelegate() noexcept;
 
   // A notification is about to be presented in the foreground: reports it, and gives the
-  // UNNotificationPresentationOptions to present it with.
+  // UNNotificationPresentationOptions to present it with. While the module handles that
+  // notification already, or passes it on to the host, it counts once: then this only gives the
+  // options.
   zib::objc::UInteger willPresent(const zib::Notification& notification) noexcept;
-  // The user acted on a notification: reports it and opens its link.
+  // The user acted on a notification: reports it and opens its link. Nothing while the module has
+  // that response in hand already.
   void didReceive(const zib::NotificationResponse& response) noexcept;
 
   // Report a notification without a log line, a call of the delegate or a link. Test notifications
@@ -104,18 +107,17 @@ class ZibMessaging final : public std::enable_shared_from_this<ZibMessaging> {
 
  private:
   friend struct ZibTestSeam;
-
-  static std::shared_ptr<ZibMessaging>& slot();
+  friend class zib::Authorization;
+  friend struct zib::Interceptors;
 
   void setUpIntegration();
-  void requestAuthorization(const zib::Application& application);
-  static void authorizationAnswered(const std::weak_ptr<ZibMessaging>& messaging,
-                                    const zib::Application& application, bool granted,
-                                    const std::optional<zib::Error>& error);
-  void registerNotificationCategories();
-  static void track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType);
   void setupAsFirebaseMessagingDelegate();
-  void setFirebaseMessagingDelegateIfNeeded();
+  void authorizationFailed(const zib::Error& error);
+  void authorizationAnswered(bool granted) noexcept { isPushEnabled_ = granted; }
+  // What willPresent() and didReceive() do when the module does not have the notification in hand
+  // already.
+  void handlePresentation(const zib::Notification& notification) noexcept;
+  void handleResponse(const zib::NotificationResponse& response) noexcept;
   template <class Call>
   void tellDelegate(std::string_view operation, Call call);
 

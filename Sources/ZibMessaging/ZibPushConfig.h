@@ -3,22 +3,18 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "ZibMessaging/Private/SharedInstance.h"
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/UIKit/Application.h"
 
 // One instance, for the life of the process, without any state: every call of configurePush() is a
 // flow of its own, and a second one repeats everything. Any thread. No operation throws, and what
 // the host's functions throw is reported and goes no further.
-class ZibPushConfig final : public std::enable_shared_from_this<ZibPushConfig> {
-  struct Key {
-    explicit Key() = default;
-  };
-
+class ZibPushConfig final : public zib::SharedInstance<ZibPushConfig> {
  public:
   // Gets the content of the app's Firebase property list, to configure Firebase from.
   using FirebaseConfigHandler = std::function<void(const zib::Dictionary&)>;
@@ -44,10 +40,4 @@ class ZibPushConfig final : public std::enable_shared_from_this<ZibPushConfig> {
 
   // Where the latest downloaded property list is stored; none while there is no such file.
   [[nodiscard]] std::optional<std::string> savedFirebasePlistPath() const noexcept;
-
- private:
-  friend struct ZibTestSeam;
-  class Flow;
-
-  static std::shared_ptr<ZibPushConfig>& slot();
 };

@@ -2,8 +2,9 @@
 // the functions that it keeps to itself.
 
 #include "Abi.h"
-#include "ZibMessaging/ZibMessaging.cpp"  // NOLINT(bugprone-suspicious-include)
+#include "ZibMessaging/Private/MessagingFace.cpp"  // NOLINT(bugprone-suspicious-include)
 
+namespace zib {
 namespace {
 
 consteval std::string_view types(std::string_view selector) {
@@ -21,3 +22,4 @@ static_assert(abi::isEncodedAs(types("messaging:didReceiveRegistrationToken:"),
                                &didReceiveRegistrationToken));
 
 }  // namespace
+}  // namespace zib

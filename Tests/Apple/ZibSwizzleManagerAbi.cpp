@@ -2,28 +2,25 @@
 // classes get. The source is included for the functions that it keeps to itself.
 
 #include "Abi.h"
-#include "ZibMessaging/ZibSwizzleManagerInterceptors.cpp"  // NOLINT(bugprone-suspicious-include)
+#include "ZibMessaging/Private/Interceptors.cpp"  // NOLINT(bugprone-suspicious-include)
 
-struct ZibTestSeam {
-  using Interceptors = ZibSwizzleManager::Interceptors;
+namespace zib {
+namespace {
 
-  static consteval std::string_view types(std::string_view selector) {
-    return abi::platformTypes("ZibSwizzleManager", selector);
-  }
+template <Row row, auto Handle>
+consteval bool isEncoded() {
+  const std::string_view types =
+      abi::platformTypes("ZibSwizzleManager", interceptionOf(row).interceptorSelector);
+  return abi::isEncodedAs(types, Function<Handle>::template all<row>.front());
+}
 
-  static consteval bool areAllEncoded() {
-    return abi::isEncodedAs(types("zib_didRegister:deviceToken:"), &Interceptors::didRegister) &&
-           abi::isEncodedAs(types("zib_didFailRegister:error:"), &Interceptors::didFailRegister) &&
-           abi::isEncodedAs(types("zib_openURL:url:options:"), &Interceptors::openURL) &&
-           abi::isEncodedAs(types("zib_scene:openURLContexts:"),
-                            &Interceptors::sceneOpenURLContexts) &&
-           abi::isEncodedAs(types("zib_willPresent:notification:completionHandler:"),
-                            &Interceptors::willPresent) &&
-           abi::isEncodedAs(types("zib_didReceive:response:completionHandler:"),
-                            &Interceptors::didReceive) &&
-           abi::isEncodedAs(types("zib_messaging:didReceiveRegistrationToken:"),
-                            &Interceptors::fcmToken);
-  }
-};
+static_assert(isEncoded<Row::didRegister, &Interceptors::didRegister>());
+static_assert(isEncoded<Row::didFailRegister, &Interceptors::didFailRegister>());
+static_assert(isEncoded<Row::openURL, &Interceptors::openURL>());
+static_assert(isEncoded<Row::sceneOpenURL, &Interceptors::sceneOpenURLContexts>());
+static_assert(isEncoded<Row::willPresent, &Interceptors::willPresent>());
+static_assert(isEncoded<Row::didReceive, &Interceptors::didReceive>());
+static_assert(isEncoded<Row::fcmToken, &Interceptors::fcmToken>());
 
-static_assert(ZibTestSeam::areAllEncoded());
+}  // namespace
+}  // namespace zib

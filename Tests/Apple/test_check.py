@@ -95,11 +95,11 @@ PLANTS = [
           'extern "C" [[gnu::used, gnu::section("__TEXT,__const")]] '
           "const char planted[200 * 1024] = {1};\n",
           ("size: FAILED", "over the budget")),
-    Plant("a method of another type", Path("Sources/ZibMessaging/ZibMessaging.cpp"),
+    Plant("a method of another type", Path("Sources/ZibMessaging/Private/MessagingFace.cpp"),
           ("id init(id self, SEL) {", "id init(id self, SEL, int) {"),
           ("ABI assertions: FAILED", "&init")),
     Plant("a method that is not declared in Methods.m",
-          Path("Sources/ZibMessaging/ZibMessaging.cpp"),
+          Path("Sources/ZibMessaging/Private/MessagingFace.cpp"),
           ('.method("init", &init)', '.method("init", &init).method("planted", &init)'),
           ("method types: FAILED", "Sources register 12 methods")),
     Plant("a slice for a newer system than is wanted", Path("Tests/Apple/checks/targets.py"),

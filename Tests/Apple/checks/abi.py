@@ -6,7 +6,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 from checks.outcome import Failure, Outcome, require
-from checks.sources import HERE, units
+from checks.sources import HERE, source_files
 from checks.targets import TARGETS
 
 
@@ -21,8 +21,10 @@ class PlatformAbi:
 
 
 def method_types(compiler):
-    text = "".join(path.read_text() for path in units())
-    registrations = re.findall(r"\.(?:method|classMethod)\(", text)
+    text = "".join(path.read_text() for path in source_files())
+    # Each by its name where it is added to a class, or, for interceptors, in their table.
+    registrations = (re.findall(r'\.(?:method|classMethod)\(\s*"', text)
+                     + sorted(set(re.findall(r'"zib_[\w:]+"', text))))
     made = {target: platform_abi(compiler, target) for target in TARGETS}
     for abi in made.values():
         require([selector for _, selector, _ in abi.methods if f'"{selector}"' not in text],

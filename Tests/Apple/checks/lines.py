@@ -15,8 +15,8 @@ UNVERIFIED = [
     ("Sources/ZibPlatform/UIKit/Scenes.cpp", r'selector<"|classNamed<"', NAMES),
     ("Sources/ZibPlatform/UserNotifications/UserNotifications.cpp", r'selector<"|classNamed<"', NAMES),
     ("Sources/ZibPlatform/FirebaseMessaging/FirebaseMessaging.cpp", r'selector<"|classNamed<"', NAMES),
-    ("Sources/ZibMessaging/ZibMessaging.cpp", r'\.method\("\w+:', NAMES),
-    ("Sources/ZibMessaging/ZibSwizzleManager.cpp", r'^\s*\{"\w+:', NAMES),
+    ("Sources/ZibMessaging/Private/MessagingFace.cpp", r'\.method\("\w+:', NAMES),
+    ("Sources/ZibMessaging/Private/Interception.h", r'^\s*\{"\w+:', NAMES),
     ("Sources/ZibPlatform/UserNotifications/UserNotifications.h", r"^inline constexpr objc::UInteger",
      "numbers out of the same headers"),
 ]

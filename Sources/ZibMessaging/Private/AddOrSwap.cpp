@@ -1,0 +1,65 @@
+#include "ZibMessaging/Private/AddOrSwap.h"
+
+#include "ZibMessaging/Private/Interceptors.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+
+namespace zib {
+namespace {
+
+// On a class that is intercepted already there is nothing to save: saving an interceptor as the
+// host's method could make it forward to itself.
+void swap(Row row, Class delegateClass, Method hostMethod) {
+  const Selector selector(interceptionOf(row).hostSelector);
+  const objc::IMP original = hostMethod.implementation();
+  if (!isInterceptor(row, original)) {
+    const Class owner = delegateClass.ownerOf(selector);
+    const FreeInstallation free = nextInstallation(row, owner);
+    if (free.place != nullptr) {
+      // Before the method is replaced, so that a callback on another thread is never left without
+      // its host.
+      free.place->record(Installed::swapped, owner, selector, original);
+      hostMethod.setImplementation(interceptorFunction(row, free.number));
+    }
+  }
+  logLine("  ✓ Swapped: ", interceptionOf(row).logName);
+}
+
+// Where a delegate's method is added. Not to a root class, though the delegate may call that its
+// own: every object would have the method.
+Class classForMethods(objc::id delegate) {
+  const Class visible = Class::visibleClassOf(delegate);
+  return visible.superclass() ? visible : Class::ofObject(delegate);
+}
+
+Installed add(Row row, objc::id delegate) {
+  Class owner = classForMethods(delegate);
+  if (!owner.superclass()) return Installed::nothing;
+  const Selector selector(interceptionOf(row).hostSelector);
+  const FreeInstallation free = nextInstallation(row, owner);
+  if (free.place == nullptr) return Installed::nothing;
+  free.place->record(Installed::added, owner, selector, nullptr);
+  owner.addMethod(selector, interceptorFunction(row, free.number),
+                  interceptorMethod(row).typeEncoding());
+  logLine("  + Added: ", interceptionOf(row).logName);
+  return Installed::added;
+}
+
+}  // namespace
+
+Installed addOrSwap(Row row, objc::id delegate) {
+  const Installed installed = swapIfPresent(row, delegate);
+  return installed == Installed::nothing ? add(row, delegate) : installed;
+}
+
+Installed swapIfPresent(Row row, objc::id delegate) {
+  // What the runtime would call, even where that belongs to a hidden subclass.
+  const Class delegateClass = Class::ofObject(delegate);
+  const Method hostMethod =
+      delegateClass.instanceMethod(Selector(interceptionOf(row).hostSelector));
+  if (!hostMethod) return Installed::nothing;
+  swap(row, delegateClass, hostMethod);
+  return Installed::swapped;
+}
+
+}  // namespace zib

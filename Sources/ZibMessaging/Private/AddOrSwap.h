@@ -1,0 +1,17 @@
+// Puts an interceptor before a method of a host's delegate. Main thread.
+
+#pragma once
+
+#include "ZibMessaging/Private/Installation.h"
+#include "ZibMessaging/Private/Interception.h"
+#include "ZibPlatform/ObjectiveC/Native.h"
+
+namespace zib {
+
+// Replaces the method that the delegate has, its own or an inherited one, which is then replaced
+// for all subclasses; or adds it to the delegate's class. The result says which. Leaves one line.
+Installed addOrSwap(Row row, objc::id delegate);
+// The same, but a delegate without the method is left alone, without a line.
+Installed swapIfPresent(Row row, objc::id delegate);
+
+}  // namespace zib

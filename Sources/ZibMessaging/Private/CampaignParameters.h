@@ -1,0 +1,14 @@
+// The campaign parameters of a link that opened the app. They are logged, and nothing else.
+
+#pragma once
+
+#include <string_view>
+
+#include "ZibPlatform/ObjectiveC/Native.h"
+
+namespace zib {
+
+// `text` is the URL's own, which every caller has read already. No line where there are none.
+void logCampaignParameters(objc::id url, std::string_view text);
+
+}  // namespace zib

@@ -1,0 +1,99 @@
+#include "ZibMessaging/Private/ConfigurePushFlow.h"
+
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibMessaging/Private/FirebasePlistFile.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPushError.h"
+#include "ZibPlatform/Dispatch/MainQueue.h"
+#include "ZibPlatform/Foundation/URLSession.h"
+
+namespace zib {
+namespace {
+
+constexpr double configTimeout = 30;  // seconds
+
+}  // namespace
+
+void ConfigurePushFlow::start(std::optional<std::string_view> configEndpoint) noexcept {
+  step("configurePush", [&] {
+    const std::optional<std::string> endpoint = configEndpoint
+                                                    ? std::optional<std::string>(*configEndpoint)
+                                                    : Zib::shared().pushConfigEndpoint();
+    if (!endpoint) {
+      ZibLogger::shared().error("Push config endpoint not available - SDK not initialized?",
+                                std::nullopt);
+      finish(false);
+      return;
+    }
+    logLine("Fetching push configuration from: ", *endpoint);
+    fetchPushConfig(*endpoint);
+  });
+}
+
+void ConfigurePushFlow::finish(bool isRegistering) noexcept {
+  if (isFinished_.exchange(true)) return;
+  const Completion completion = std::move(completion_);
+  if (completion) {
+    contained("the completion of configurePush", [&] { completion(isRegistering); });
+  }
+}
+
+void ConfigurePushFlow::fetchPushConfig(const std::string& endpoint) {
+  const auto url = URL::parse(endpoint);
+  if (!url) {
+    pushConfigFetched(errorFrom(ZibPushError::invalidURL));
+    return;
+  }
+  URLSession::fetch({*url, "GET", {{"Content-Type", "application/json"}}, configTimeout},
+                    [flow = shared_from_this()](const URLReply& reply) {
+                      flow->step("the answer to the push configuration request",
+                                 [&] { flow->pushConfigFetched(readPushConfig(reply)); });
+                    });
+}
+
+// If the ZibPushConfig is gone by now, the flow ends here without a word, even to the host.
+void ConfigurePushFlow::pushConfigFetched(const Result<RemotePushConfig>& config) {
+  if (!config) {
+    ZibLogger::shared().error("Failed to fetch push config", config.error());
+    finish(false);
+  } else if (!config->firebasePlistURL) {
+    logLine("Push notifications disabled by remote config");
+    finish(false);
+  } else if (!config_.expired()) {
+    downloadFirebasePlist(*config->firebasePlistURL);
+  }
+}
+
+void ConfigurePushFlow::downloadFirebasePlist(const URL& url) {
+  logLine("Downloading Firebase plist from: ", url.absoluteString());
+  URLSession::fetch(url, [flow = shared_from_this()](const URLReply& reply) {
+    flow->step("the answer to the Firebase plist request",
+               [&] { flow->firebasePlistDownloaded(readFirebasePlist(reply)); });
+  });
+}
+
+void ConfigurePushFlow::firebasePlistDownloaded(const Result<Dictionary>& plist) {
+  if (!plist) {
+    ZibLogger::shared().error("Failed to download Firebase plist", plist.error());
+    finish(false);
+    return;
+  }
+  contained("savePlistToDocuments", [&] { saveFirebasePlist(*plist); });
+  logLine("Firebase plist downloaded and parsed successfully");
+  ZibMessaging::shared().ensureFirebaseMessagingDelegate();
+  contained("firebaseConfigHandler", [&] { firebaseConfigHandler_(*plist); });
+  mainQueue::async([flow = shared_from_this()] {
+    flow->step("registering for push", [&] { flow->registerForPush(); });
+  });
+}
+
+void ConfigurePushFlow::registerForPush() {
+  ZibMessaging::shared().registerForPush(application_);
+  // Once more, for a Firebase that the host has configured meanwhile.
+  ZibMessaging::shared().ensureFirebaseMessagingDelegate();
+  finish(true);
+}
+
+}  // namespace zib

@@ -1,0 +1,107 @@
+#include "ZibMessaging/Private/DelegateLook.h"
+
+#include <optional>
+
+#include "ZibMessaging/Private/AddOrSwap.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
+#include "ZibPlatform/Foundation/Process.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/UIKit/Application.h"
+#include "ZibPlatform/UIKit/Scenes.h"
+#include "ZibPlatform/UserNotifications/UserNotifications.h"
+
+namespace zib {
+namespace {
+
+std::optional<Application> sharedApplication() {
+  if (isAppExtension()) return std::nullopt;
+  auto application = Application::shared();
+  if (!application || !application->isApplicationObject()) return std::nullopt;
+  return application;
+}
+
+Sighting only(objc::id delegate) { return {.delegates = {Object::retained(delegate)}}; }
+
+Sighting findAppDelegate() {
+  const auto application = sharedApplication();
+  const objc::id delegate = application ? application->delegate() : nullptr;
+  if (delegate == nullptr) return {{}, "⚠️ No AppDelegate found"};
+  return only(delegate);
+}
+
+Sighting findSceneDelegates() {
+  const auto application = sharedApplication();
+  if (!application) return {};
+  const auto scenes = ConnectedScenes::of(*application);
+  if (scenes.empty())
+    return {{}, "ℹ️ No connected scenes yet - will check again shortly", true};
+  return {.delegates = scenes.windowSceneDelegates()};
+}
+
+Sighting findNotificationDelegate() {
+  const objc::id delegate = NotificationCenter::current().delegate();
+  if (delegate != nullptr) return only(delegate);
+  return {{}, "ℹ️ No UNUserNotificationCenterDelegate set yet - will check again", true};
+}
+
+Sighting findFirebaseDelegate() {
+  const FirebaseMessaging firebase = FirebaseMessaging::find();
+  switch (firebase.found()) {
+    case FirebaseMessaging::Found::nothing:
+      return {{}, "ℹ️ Firebase Messaging not found - FCM token handling will be manual"};
+    case FirebaseMessaging::Found::classOnly:
+      return {{}, "⚠️ Firebase Messaging class method not found"};
+    case FirebaseMessaging::Found::classMethod:
+      return {{}, "⚠️ Firebase Messaging instance not available"};
+    case FirebaseMessaging::Found::instance:
+      break;
+  }
+  const objc::id delegate = firebase.delegate();
+  if (delegate != nullptr) return only(delegate);
+  return {{}, "ℹ️ No Firebase MessagingDelegate set yet - will retry", true};
+}
+
+constexpr std::array appRows{Row::didRegister, Row::didFailRegister, Row::openURL};
+constexpr std::array sceneRows{Row::sceneOpenURL};
+constexpr std::array notificationRows{Row::willPresent, Row::didReceive};
+constexpr std::array firebaseRows{Row::fcmToken};
+
+void install(const DelegateLook& look, std::string_view found, const Sighting& sighting,
+             Installed (*install)(Row row, objc::id delegate)) {
+  for (const Object& delegate : sighting.delegates) {
+    logLine(found, Class::visibleClassOf(delegate.raw()).name());
+    bool isAdded = false;
+    for (const Row row : look.rows) isAdded |= install(row, delegate.raw()) == Installed::added;
+    if (isAdded && look.methodsAdded != nullptr) look.methodsAdded();
+  }
+}
+
+}  // namespace
+
+const std::array<DelegateLook, 4> delegateLooks{{
+    {"swizzleAppDelegate", &findAppDelegate, appRows,
+     "📱 Swizzling AppDelegate: ", "📱 Swizzling AppDelegate: ", 0, &addOrSwap, nullptr},
+    {"swizzleSceneDelegate", &findSceneDelegates, sceneRows,
+     "🎬 Swizzling SceneDelegate: ", "🎬 Found SceneDelegate (delayed): ", 1.0, &addOrSwap, nullptr},
+    {"swizzleNotificationCenterDelegate", &findNotificationDelegate, notificationRows,
+     "🔔 Swizzling UNUserNotificationCenterDelegate: ",
+     "🔔 Found UNUserNotificationCenterDelegate (delayed): ", 0.5, &addOrSwap, nullptr},
+    // A delegate that came late and takes no tokens gets no method.
+    {"swizzleFirebaseMessagingDelegate", &findFirebaseDelegate, firebaseRows,
+     "🔥 Swizzling Firebase MessagingDelegate: ", "🔥 Found Firebase MessagingDelegate (delayed): ",
+     1.0, &swapIfPresent, nullptr},
+}};
+
+Sighting lookForDelegates(const DelegateLook& look) {
+  Sighting sighting = look.find();
+  install(look, look.found, sighting, &addOrSwap);
+  if (!sighting.absence.empty()) logLine(sighting.absence);
+  return sighting;
+}
+
+void lookAgainForDelegates(const DelegateLook& look) {
+  install(look, look.foundLater, look.find(), look.installLater);
+}
+
+}  // namespace zib

@@ -1,0 +1,49 @@
+// Where the host's delegates are found: a table, one look for each kind, with what is said and done
+// when one is there, or not yet. Main thread.
+
+#pragma once
+
+#include <array>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "ZibMessaging/Private/Installation.h"
+#include "ZibMessaging/Private/Interception.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+
+namespace zib {
+
+// What one look has found.
+struct Sighting {
+  std::vector<Object> delegates = {};
+  // What to say about a delegate that is not there, if anything.
+  std::string_view absence = {};
+  // Whether it may come soon.
+  bool mayComeLater = false;
+};
+
+// One kind of delegate.
+struct DelegateLook {
+  const char* operation;
+  Sighting (*find)();
+  std::span<const Row> rows;
+  // What stands before the name of the delegate's class, at the first look and at a later one.
+  std::string_view found;
+  std::string_view foundLater;
+  // How long after a first look that found nothing the second comes, in seconds.
+  double secondLookAfter;
+  // What the second look does with each method.
+  Installed (*installLater)(Row row, objc::id delegate);
+  // What is done when methods were added to a delegate, or nothing.
+  void (*methodsAdded)();
+};
+
+// In the order of the pass.
+extern const std::array<DelegateLook, 4> delegateLooks;
+
+// The first look, and a later one, which never says what it does not find.
+Sighting lookForDelegates(const DelegateLook& look);
+void lookAgainForDelegates(const DelegateLook& look);
+
+}  // namespace zib

@@ -1,0 +1,324 @@
+// Each function runs with the host's delegate as its receiver, does the module's own handling
+// first, and then calls the host's implementation with the host's own receiver, selector and
+// arguments, if there was one to replace. What the host's implementation throws passes through.
+
+#include "ZibMessaging/Private/Interceptors.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibMessaging/Private/CallbackInProgress.h"
+#include "ZibMessaging/Private/CampaignParameters.h"
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/Installation.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/PresentationOptions.h"
+#include "ZibMessaging/Private/TokenText.h"
+#include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibMessaging.h"
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
+#include "ZibPlatform/UIKit/Scenes.h"
+
+namespace zib {
+
+using objc::BOOL;
+using objc::id;
+using objc::IMP;
+using objc::SEL;
+using objc::UInteger;
+
+namespace {
+
+// How often one callback may come back to the module, one time within the other. Libraries that
+// each call what they found before them can make a circle, which would never end.
+constexpr int maximumDepth = 16;
+
+// A logger that breaks its promise and throws must not cost the callback its handling.
+template <class... Parts>
+void logIntercepted(Parts... parts) noexcept {
+  contained("the log line of an interceptor", [&] { logLine(parts...); });
+}
+
+void reportCircle(Row row) noexcept {
+  static_assert(maximumDepth == 16, "the line says so");
+  contained("the report of a circle", [&] {
+    ZibLogger::shared().error(std::string("ZibMessaging: ") + interceptionOf(row).hostSelector +
+                                  " came back 16 times for one callback: other libraries call in a "
+                                  "circle, which ends here",
+                              std::nullopt);
+  });
+}
+
+// What is called after the module's own handling, or nothing.
+struct HostMethod {
+  IMP implementation = nullptr;
+  id receiver = nullptr;
+  Selector selector;
+
+  explicit operator bool() const noexcept { return implementation != nullptr; }
+  template <class Result, class... Arguments>
+  Result call(Arguments... arguments) const {
+    return callImplementation<Result>(implementation, receiver, selector, arguments...);
+  }
+};
+
+// One callback on its way through an interceptor.
+class Intercepted {
+ public:
+  Intercepted(Row row, const Installation& installation, id receiver, id subject)
+      : installation_(installation),
+        row_(row),
+        receiver_(Object::retained(receiver)),
+        inProgress_(row, subject, receiver, installation) {}
+
+  [[nodiscard]] bool isNew() const noexcept { return inProgress_.isNew(); }
+
+  // After the module's own handling.
+  [[nodiscard]] HostMethod hostMethod() const {
+    if (installation_.kind() != Installed::swapped) return {nullptr, nullptr, selector()};
+    if (inProgress_.depth() > maximumDepth) {
+      reportCircle(row_);
+      return {nullptr, nullptr, selector()};
+    }
+    return {installation_.original(), receiver_.raw(), selector()};
+  }
+
+  // Whether a circle that ends here has called the completion already.
+  [[nodiscard]] bool isCompleted() const noexcept {
+    return inProgress_.depth() > maximumDepth && inProgress_.isCompleted();
+  }
+
+ private:
+  [[nodiscard]] Selector selector() const noexcept { return installation_.selector(); }
+
+  const Installation& installation_;
+  Row row_;
+  // The delegate may be let go while it is called.
+  Object receiver_;
+  CallbackInProgress inProgress_;
+};
+
+}  // namespace
+
+struct Interceptors {
+  static void didRegister(const Installation& installation, id self, id application, id token) {
+    const Intercepted callback(Row::didRegister, installation, self, token);
+    if (callback.isNew()) {
+      logIntercepted("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
+      contained("zib_didRegister:deviceToken:",
+                [&] { ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(token)); });
+    }
+    if (const HostMethod host = callback.hostMethod()) host.call<void>(application, token);
+  }
+
+  static void didFailRegister(const Installation& installation, id self, id application, id error) {
+    const Intercepted callback(Row::didFailRegister, installation, self, error);
+    if (callback.isNew()) {
+      logIntercepted("❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications");
+      contained("zib_didFailRegister:error:", [&] {
+        ZibMessaging::shared().didFailToRegisterForRemoteNotifications(Error::fromNative(error));
+      });
+    }
+    if (const HostMethod host = callback.hostMethod()) host.call<void>(application, error);
+  }
+
+  static BOOL openURL(const Installation& installation, id self, id application, id url,
+                      id options) {
+    const Intercepted callback(Row::openURL, installation, self, url);
+    if (callback.isNew()) {
+      contained("zib_openURL:url:options:", [&] {
+        const Utf8 text(textOfURL(url));
+        logIntercepted("🔗 [INTERCEPTED] application:open:options: ", text.view());
+        logCampaignParameters(url, text.view());
+      });
+    }
+    const HostMethod host = callback.hostMethod();
+    return host ? host.call<BOOL>(application, url, options) : BOOL{1};
+  }
+
+  // An empty set is never forwarded: there is nothing in it to open.
+  static void sceneOpenURLContexts(const Installation& installation, id self, id scene,
+                                   id contexts) {
+    const Intercepted callback(Row::sceneOpenURL, installation, self, contexts);
+    bool isEmpty = false;
+    contained("zib_scene:openURLContexts:", [&] {
+      const std::vector<Object> elements = elementsOf(contexts);
+      isEmpty = elements.empty();
+      if (!callback.isNew() || isEmpty) return;
+      const auto url = urlOfContext(elements.front().raw());
+      if (!url) return;
+      const Utf8 text(url->text());
+      logIntercepted("🔗 [INTERCEPTED] scene:openURLContexts: ", text.view());
+      logCampaignParameters(url->native(), text.view());
+      ZibDeepLinkHandler::shared().handleURL(*url, "scene_delegate");
+    });
+    if (isEmpty) return;
+    if (const HostMethod host = callback.hostMethod()) host.call<void>(scene, contexts);
+  }
+
+  // The completion belongs to the system and has to be called once: by the host through the wrapper
+  // if its method was replaced, and by the module only if it added the method.
+  static void willPresent(const Installation& installation, id self, id center, id notification,
+                          BlockLayout* completion) {
+    const Intercepted callback(Row::willPresent, installation, self, notification);
+    if (callback.isNew()) {
+      logIntercepted("🔔 [INTERCEPTED] willPresent notification");
+      ZibMessaging::shared().handlePresentation(*Borrowed<Notification>(notification));
+    }
+    using Completion = Block<void(UInteger)>;
+    const HostMethod host = callback.hostMethod();
+    if (!host) {
+      if (!callback.isCompleted()) Completion::call(completion, foregroundPresentationOptions());
+      return;
+    }
+    const auto wrapper = Completion::from(
+        [completion = Completion::copied(completion), notification](UInteger chosen) {
+          CallbackInProgress::noteCompletion(Row::willPresent, notification);
+          completion(chosen);
+        });
+    host.call<void>(center, notification, wrapper.raw());
+  }
+
+  // As willPresent().
+  static void didReceive(const Installation& installation, id self, id center, id response,
+                         BlockLayout* completion) {
+    const Intercepted callback(Row::didReceive, installation, self, response);
+    if (callback.isNew()) {
+      logIntercepted("👆 [INTERCEPTED] didReceive notification response");
+      ZibMessaging::shared().handleResponse(*Borrowed<NotificationResponse>(response));
+    }
+    using Completion = Block<void()>;
+    const HostMethod host = callback.hostMethod();
+    if (!host) {
+      if (!callback.isCompleted()) Completion::call(completion);
+      return;
+    }
+    const auto wrapper = Completion::from([completion = Completion::copied(completion), response] {
+      CallbackInProgress::noteCompletion(Row::didReceive, response);
+      completion();
+    });
+    host.call<void>(center, response, wrapper.raw());
+  }
+
+  static void fcmToken(const Installation& installation, id self, id messaging, id token) {
+    const Intercepted callback(Row::fcmToken, installation, self, token);
+    if (callback.isNew()) {
+      contained("zib_messaging:didReceiveRegistrationToken:", [&] {
+        const bool isPresent = isString(token);
+        const Utf8 text(StringRef::of(token));
+        logIntercepted("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
+                       isPresent ? shownOf(text.view()) : "nil", "...");
+        if (isPresent) ZibMessaging::shared().setFCMToken(text.view());
+      });
+    }
+    if (const HostMethod host = callback.hostMethod()) host.call<void>(messaging, token);
+  }
+};
+
+namespace {
+
+// What the last function was called for, which several classes share. A `super` call comes from a
+// class below the one that it is meant for.
+const Installation& searched(Row row, id receiver) noexcept {
+  const Installation* found = nullptr;
+  if (const Installation* const running = CallbackInProgress::latestFor(row, receiver)) {
+    found = sharedInstallation(row, running->owner().superclass());
+  }
+  if (found == nullptr) found = sharedInstallation(row, Class::ofObject(receiver));
+  return found == nullptr ? installationAt(row, functionsOfARow - 1) : *found;
+}
+
+// A method that leads to `Handle` with what is installed on its class, which its number tells.
+template <auto Handle>
+struct Function;
+template <class Result, class... Arguments, Result (*Handle)(const Installation&, id, Arguments...)>
+struct Function<Handle> {
+  template <Row row, std::size_t Number>
+  static Result numbered(id self, SEL, Arguments... arguments) {
+    if constexpr (Number + 1 < functionsOfARow) {
+      return Handle(installationAt(row, Number), self, arguments...);
+    } else {
+      return Handle(searched(row, self), self, arguments...);
+    }
+  }
+
+  template <Row row>
+  static constexpr auto all = []<std::size_t... Number>(std::index_sequence<Number...>) {
+    return std::array{&numbered<row, Number>...};
+  }
+  (std::make_index_sequence<functionsOfARow>());
+};
+
+template <Row row, auto Handle>
+struct RowFunctions {
+  static IMP at(std::size_t number) {
+    return objc::functionCast<IMP>(Function<Handle>::template all<row>[number]);
+  }
+  static void addTo(ClassBuilder& builder) {
+    builder.method(interceptionOf(row).interceptorSelector,
+                   Function<Handle>::template all<row>.front());
+  }
+};
+
+struct FunctionsOfARow {
+  IMP (*at)(std::size_t number);
+  void (*addTo)(ClassBuilder& builder);
+};
+template <Row row, auto Handle>
+constexpr FunctionsOfARow functionsOf{&RowFunctions<row, Handle>::at,
+                                      &RowFunctions<row, Handle>::addTo};
+
+constexpr std::array<FunctionsOfARow, rowCount> functions{
+    functionsOf<Row::didRegister, &Interceptors::didRegister>,
+    functionsOf<Row::didFailRegister, &Interceptors::didFailRegister>,
+    functionsOf<Row::openURL, &Interceptors::openURL>,
+    functionsOf<Row::sceneOpenURL, &Interceptors::sceneOpenURLContexts>,
+    functionsOf<Row::willPresent, &Interceptors::willPresent>,
+    functionsOf<Row::didReceive, &Interceptors::didReceive>,
+    functionsOf<Row::fcmToken, &Interceptors::fcmToken>,
+};
+
+Class registerInterceptorClass() {
+  ClassBuilder builder("ZibSwizzleManager", classNamed<"NSObject">());
+  for (const FunctionsOfARow& row : functions) row.addTo(builder);
+  return builder.registerClass();
+}
+
+}  // namespace
+
+Class interceptorClass() {
+  static const Class cls = registerInterceptorClass();
+  return cls;
+}
+
+Method interceptorMethod(Row row) {
+  const char* const selector = interceptionOf(row).interceptorSelector;
+  const Method method = interceptorClass().instanceMethod(Selector(selector));
+  if (!method) {
+    std::fprintf(stderr, "ZibMessaging: the interceptor %s is missing\n", selector);
+    std::abort();
+  }
+  return method;
+}
+
+IMP interceptorFunction(Row row, std::size_t number) {
+  return functions[static_cast<std::size_t>(row)].at(number);
+}
+
+bool isInterceptor(Row row, IMP function) {
+  for (std::size_t number = 0; number < functionsOfARow; ++number) {
+    if (interceptorFunction(row, number) == function) return true;
+  }
+  return false;
+}
+
+}  // namespace zib

@@ -1,0 +1,42 @@
+// Delegates of hosts, in Objective-C. Each method tells hostDid() "Class method", where Class is
+// the one whose code it is. Callable from C++ and Objective-C.
+
+#pragma once
+
+#ifdef __OBJC__
+#import <Foundation/Foundation.h>
+typedef id HostObject;
+#else
+typedef struct objc_object* HostObject;
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// A new delegate of one of these classes:
+//   Whole       has all methods: refuses URLs, presents with options 5, completes at once
+//   BaseScene, and its subclasses, whose methods call super:
+//     SameScene       with the same links
+//     FilteringScene  with a set of the first link only
+//     LaterScene      with a set of the first link only, in a later turn of the main queue
+//     AgainScene      not at all; the first time it calls its own method with a set of the first
+//     link
+//   Composite   passes notifications on to two children that inherit its methods
+//   ByHand      hands notifications to handInByHand(), and completes
+HostObject makeHost(const char* className);
+
+// Another library that puts a function of its own before a method of a class, and calls what it
+// found there. It tells hostDid() "Library method". Installing it again makes it call itself, or
+// whoever stands before it, for it keeps one function only.
+void installLibrary(const char* className, const char* selector);
+// Exchanges the methods of two classes.
+void exchangeMethods(const char* oneClass, const char* otherClass, const char* selector);
+
+// The test's.
+void hostDid(const char* what);
+void handInByHand(HostObject notificationOrResponse, int isResponse);
+
+#ifdef __cplusplus
+}
+#endif

@@ -1,0 +1,205 @@
+#include "Hosts.h"
+
+#include <dispatch/dispatch.h>
+#include <objc/runtime.h>
+
+typedef void (^OptionsCompletion)(NSUInteger options);
+typedef void (^Completion)(void);
+
+static void did(const char *className, const char *method) {
+  hostDid([[NSString stringWithFormat:@"%s %s", className, method] UTF8String]);
+}
+
+@interface Whole : NSObject
+@end
+
+@implementation Whole
+
+- (void)application:(id)application
+    didRegisterForRemoteNotificationsWithDeviceToken:(NSData *)token {
+  did("Whole", "didRegister");
+}
+
+- (void)application:(id)application
+    didFailToRegisterForRemoteNotificationsWithError:(NSError *)error {
+  did("Whole", "didFail");
+}
+
+- (BOOL)application:(id)application openURL:(NSURL *)url options:(NSDictionary *)options {
+  did("Whole", "openURL");
+  return NO;
+}
+
+- (void)scene:(id)scene openURLContexts:(NSSet *)contexts {
+  did("Whole", "openURLContexts");
+}
+
+- (void)userNotificationCenter:(id)center
+       willPresentNotification:(id)notification
+         withCompletionHandler:(OptionsCompletion)completionHandler {
+  did("Whole", "willPresent");
+  completionHandler(5);
+}
+
+- (void)userNotificationCenter:(id)center
+    didReceiveNotificationResponse:(id)response
+             withCompletionHandler:(Completion)completionHandler {
+  did("Whole", "didReceive");
+  completionHandler();
+}
+
+- (void)messaging:(id)messaging didReceiveRegistrationToken:(NSString *)token {
+  did("Whole", "token");
+}
+
+@end
+
+@interface BaseScene : NSObject
+@end
+
+@implementation BaseScene
+- (void)scene:(id)scene openURLContexts:(NSSet *)contexts {
+  did("BaseScene", [[NSString stringWithFormat:@"%d", (int)contexts.count] UTF8String]);
+}
+@end
+
+@interface SameScene : BaseScene
+@end
+
+@implementation SameScene
+- (void)scene:(id)scene openURLContexts:(NSSet *)contexts {
+  did("SameScene", "openURLContexts");
+  [super scene:scene openURLContexts:contexts];
+}
+@end
+
+@interface FilteringScene : BaseScene
+@end
+
+@implementation FilteringScene
+- (void)scene:(id)scene openURLContexts:(NSSet *)contexts {
+  did("FilteringScene", "openURLContexts");
+  [super scene:scene openURLContexts:[NSSet setWithObject:[contexts anyObject]]];
+}
+@end
+
+@interface LaterScene : BaseScene
+@end
+
+@implementation LaterScene
+- (void)callSuper:(id)scene with:(NSSet *)contexts {
+  [super scene:scene openURLContexts:contexts];
+}
+- (void)scene:(id)scene openURLContexts:(NSSet *)contexts {
+  did("LaterScene", "openURLContexts");
+  NSSet *first = [[NSSet setWithObject:[contexts anyObject]] retain];
+  dispatch_async(dispatch_get_main_queue(), ^{
+    [self callSuper:scene with:first];
+    [first release];
+  });
+}
+@end
+
+@interface AgainScene : BaseScene
+@end
+
+@implementation AgainScene
+- (void)scene:(id)scene openURLContexts:(NSSet *)contexts {
+  did("AgainScene", [[NSString stringWithFormat:@"%d", (int)contexts.count] UTF8String]);
+  if (contexts.count > 1) {
+    [self scene:scene openURLContexts:[NSSet setWithObject:[contexts anyObject]]];
+  }
+}
+@end
+
+@interface Composite : NSObject {
+  NSArray *_children;
+}
+@end
+
+@interface Child : Composite
+@end
+
+@implementation Composite
+
+- (id)init {
+  self = [super init];
+  if ([self isMemberOfClass:[Composite class]]) {
+    _children =
+        [[NSArray alloc] initWithObjects:[[Child new] autorelease], [[Child new] autorelease], nil];
+  }
+  return self;
+}
+
+- (void)dealloc {
+  [_children release];
+  [super dealloc];
+}
+
+- (void)userNotificationCenter:(id)center
+    didReceiveNotificationResponse:(id)response
+             withCompletionHandler:(Completion)completionHandler {
+  did(class_getName([self class]), "didReceive");
+  __block int left = (int)_children.count;
+  if (left == 0) completionHandler();
+  for (id child in _children) {
+    [child userNotificationCenter:center
+        didReceiveNotificationResponse:response
+                 withCompletionHandler:^{
+                   if (--left == 0) completionHandler();
+                 }];
+  }
+}
+
+@end
+
+@implementation Child
+@end
+
+@interface ByHand : NSObject
+@end
+
+@implementation ByHand
+
+- (void)userNotificationCenter:(id)center
+       willPresentNotification:(id)notification
+         withCompletionHandler:(OptionsCompletion)completionHandler {
+  did("ByHand", "willPresent");
+  handInByHand(notification, 0);
+  completionHandler(5);
+}
+
+- (void)userNotificationCenter:(id)center
+    didReceiveNotificationResponse:(id)response
+             withCompletionHandler:(Completion)completionHandler {
+  did("ByHand", "didReceive");
+  handInByHand(response, 1);
+  completionHandler();
+}
+
+@end
+
+id makeHost(const char *className) { return [[objc_lookUpClass(className) alloc] init]; }
+
+// The library: one function for methods of three arguments, whatever the last two are.
+static IMP found = NULL;
+
+static id library(id self, SEL _cmd, id one, id two, id three) {
+  did("Library", sel_getName(_cmd));
+  return ((id(*)(id, SEL, id, id, id))found)(self, _cmd, one, two, three);
+}
+
+void installLibrary(const char *className, const char *selector) {
+  Method method = class_getInstanceMethod(objc_lookUpClass(className), sel_registerName(selector));
+  IMP before = method_setImplementation(method, (IMP)&library);
+  if (before != (IMP)&library) found = before;
+}
+
+void exchangeMethods(const char *oneClass, const char *otherClass, const char *selector) {
+  SEL name = sel_registerName(selector);
+  Method one = class_getInstanceMethod(objc_lookUpClass(oneClass), name);
+  Method other = class_getInstanceMethod(objc_lookUpClass(otherClass), name);
+  IMP before = method_getImplementation(one);
+  method_setImplementation(one, method_getImplementation(other));
+  method_setImplementation(other, before);
+}
