@@ -14,7 +14,7 @@
 #include <iterator>
 
 #include "Simulator/Scenario/Expectations.h"
-#include "Simulator/Scenario/Process.h"
+#include "Simulator/Scenario/PlayInProcess.h"
 #include "Simulator/Scenario/Reader.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "Simulator/Timeline/PeopleFormat.h"
@@ -80,7 +80,7 @@ std::string describeParseError(const CLI::App& app, const CLI::ParseError& error
 std::vector<sim::Json> fieldsOf(const std::vector<sim::Step>& steps) {
   std::vector<sim::Json> fields;
   fields.reserve(steps.size());
-  for (const sim::Step& step : steps) fields.push_back(step.fields);
+  for (const sim::Step& step : steps) fields.push_back(step.written);
   return fields;
 }
 

@@ -1,4 +1,4 @@
-#include "Simulator/Scenario/Process.h"
+#include "Simulator/Scenario/PlayInProcess.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "Simulator/Scenario/Documents.h"
+#include "Simulator/Device/Documents.h"
 #include "Simulator/Scenario/Interruption.h"
 #include "Simulator/Scenario/Player.h"
 

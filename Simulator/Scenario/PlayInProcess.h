@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Simulator/Scenario/Scenario.h"
+#include "Simulator/Timeline/Timeline.h"
 
 namespace sim {
 
