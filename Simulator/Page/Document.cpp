@@ -18,4 +18,19 @@ std::string standaloneDocument(std::string_view title, const Markup& body) {
          heading.str() + "<main>" + body.str() + "</main></body></html>\n";
 }
 
+std::string partialDocument(std::string_view title, const Markup& body) {
+  Markup head;
+  head.element("title", title);
+  return "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">" + head.str() +
+         "</head><body><main>" + body.str() + "</main></body></html>\n";
+}
+
+std::string partialFrom(std::string standaloneDocument) {
+  const std::string_view end = "</style>";
+  const std::size_t from = standaloneDocument.find("<style>");
+  const std::size_t to = standaloneDocument.find(end);
+  if (from == std::string::npos || to == std::string::npos) return standaloneDocument;
+  return standaloneDocument.erase(from, to + end.size() - from);
+}
+
 }  // namespace sim

@@ -40,7 +40,8 @@ Markup viewOfRemarks(const std::vector<Remark>& remarks) {
   markup.open("ul");
   for (const Remark& remark : remarks) {
     markup.open("li");
-    if (!remark.key.empty()) markup.element("code", remark.key).text(" ");
+    const bool isNested = remark.key.find('.') != std::string::npos;
+    if (isNested) markup.element("code", remark.key).text(": ");
     markup.text(remark.message).close();
   }
   return markup;
@@ -77,10 +78,10 @@ Markup viewOfLink(const InspectedLink& link) {
   markup.element("p", "Because " + link.reason + ".");
   markup.open("ol", {{"class", "ladder"}});
   for (const ConsideredKey& considered : link.considered) {
-    markup.open("li", {{"class", considered.verdict}});
+    markup.open("li", {{"class", considered.verdict}}).open("div", {{"class", "rung"}});
     markup.element("code", considered.key).text(" ");
     markup.element("strong", describeVerdict(considered.verdict), {{"class", "verdict"}}).text(" ");
-    markup.element("span", considered.note, {{"class", "note"}}).close();
+    markup.element("span", considered.note, {{"class", "note"}}).close().close();
   }
   return markup;
 }

@@ -55,7 +55,7 @@ void refuse(Response& response, int status, const std::string& why) {
   response.status = status;
   Markup message;
   message.element("p", why, {{"class", "failure"}, {"data-summary", why}});
-  response.set_content(standaloneDocument("Refused", message), html);
+  response.set_content(partialDocument("Refused", message), html);
 }
 
 // A name that some site has pointed at this computer is another name.
@@ -108,7 +108,7 @@ void inspectBody(const Request& request, Response& response) {
                                     : std::string(zib::clickedEvent.text);
   try {
     const Inspection inspection = inspect(request.body, eventType);
-    response.set_content(standaloneDocument("A payload", viewOf(inspection)), html);
+    response.set_content(partialDocument("A payload", viewOf(inspection)), html);
   } catch (const ScenarioError& error) {
     refuse(response, unprocessable, error.what());
   }
@@ -124,9 +124,9 @@ class Plays {
     if (++running_ > most) {
       refuse(response, busy, "other scenarios are being played; try again when they have ended");
     } else {
-      const Played played = playForPage(program_, request.body);
+      Played played = playForPage(program_, request.body);
       if (played.document) {
-        response.set_content(*played.document, html);
+        response.set_content(partialFrom(std::move(*played.document)), html);
       } else {
         refuse(response, unprocessable, played.problem);
       }

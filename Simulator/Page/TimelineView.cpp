@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <map>
+#include <utility>
 
 #include "Simulator/Timeline/PeopleFormat.h"
 
@@ -76,10 +77,11 @@ void addStepRow(Markup& markup, const Json& entry, const Outcome& outcome, const
   markup.close().close();
 }
 
-void addEntryRow(Markup& markup, const Json& entry, const std::string& id) {
+void addEntryRow(Markup& markup, const Json& entry, const std::string& time,
+                 const std::string& id) {
   const std::string lane = laneOf(entry);
   markup.open("tr", {{"id", id}});
-  markup.element("th", shownTime(entry), {{"class", "time"}, {"scope", "row"}});
+  markup.element("td", time, {{"class", "time"}});
   for (const char* const each : lanes) {
     markup.open("td");
     if (lane == each) markup.add(viewOfEntry(entry, lane));
@@ -96,16 +98,19 @@ Markup viewOfLanes(const Outcome& outcome, std::size_t scenario) {
                       {"aria-label", "Timeline of " + outcome.name}});
   markup.open("table", {{"class", "lanes"}}).open("thead").open("tr");
   markup.element("th", "Time", {{"scope", "col"}, {"class", "time"}});
-  for (const char* const head : {"System", "Module", "Host", "Core"}) {
-    markup.element("th", head, {{"scope", "col"}});
+  for (const char* const lane : lanes) {
+    markup.element("th", lane, {{"scope", "col"}, {"class", "lane-" + std::string(lane)}});
   }
   markup.close().close().open("tbody");
+  std::string timeBefore;
   for (std::size_t index = 0; index < outcome.timeline.size(); ++index) {
     const Json& entry = outcome.timeline[index];
+    const std::string time = shownTime(entry);
+    const bool isLater = time != std::exchange(timeBefore, time);
     if (entry.at("kind") == "step") {
       addStepRow(markup, entry, outcome, idOf(scenario, index));
     } else {
-      addEntryRow(markup, entry, idOf(scenario, index));
+      addEntryRow(markup, entry, isLater ? time : "", idOf(scenario, index));
     }
   }
   return markup;
@@ -144,11 +149,12 @@ std::string verdictOn(const Outcome& outcome) {
   return outcome.hasPassed() ? "passed" : "failed";
 }
 
-Markup viewOf(const Outcome& outcome, std::size_t scenario) {
+Markup viewOf(const Outcome& outcome, std::size_t scenario, bool isAlone) {
   Markup markup;
   markup.open("article", {{"id", "scenario-" + std::to_string(scenario)},
                           {"data-summary", outcome.name + ": " + verdictOn(outcome)}});
-  markup.open("header").element("h2", outcome.name);
+  markup.open("header");
+  if (!isAlone) markup.element("h2", outcome.name);
   markup.element("p", verdictOn(outcome) + " · " + outcome.file,
                  {{"class", outcome.hasPassed() ? "outcome passed" : "outcome failed"}});
   markup.close();
@@ -180,7 +186,7 @@ Markup viewOf(const std::vector<Outcome>& outcomes) {
   Markup markup;
   if (outcomes.size() > 1) markup.add(contentsOf(outcomes));
   for (std::size_t index = 0; index < outcomes.size(); ++index) {
-    markup.add(viewOf(outcomes[index], index));
+    markup.add(viewOf(outcomes[index], index, outcomes.size() == 1));
   }
   return markup;
 }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -112,11 +113,12 @@ TEST_F(CommandLine, HelpsAndTellsItsVersion) {
 TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
       {{}, "zibsim: A subcommand is required; allowed: see zibsim --help\n"},
-      {{"play"}, "zibsim: no command \"play\"; allowed: run, --help, --version\n"},
-      {{"a\nb"}, "zibsim: no command \"a\\u000ab\"; allowed: run, --help, --version\n"},
+      {{"play"}, "zibsim: no command \"play\"; allowed: run, inspect, serve, --help, --version\n"},
+      {{"a\nb"},
+       "zibsim: no command \"a\\u000ab\"; allowed: run, inspect, serve, --help, --version\n"},
       {{"run"}, "zibsim: SCENARIO.json is required; allowed: see zibsim --help\n"},
       {{"run", "--format", "xml", "-"},
-       "zibsim: --format: xml not in {timeline,jsonl}; allowed: see zibsim --help\n"},
+       "zibsim: --format: xml not in {timeline,jsonl,html}; allowed: see zibsim --help\n"},
       {{"run", "-", "-"}, "zibsim: -: (root): standard input is named twice; allowed: once\n"},
   };
   for (const auto& [arguments, message] : cases) {
@@ -132,10 +134,10 @@ TEST_F(CommandLine, RefusesFilesThatCannotBeRead) {
   EXPECT_EQ(missing.status, wrongUsage);
   EXPECT_EQ(missing.errors, "zibsim: " + path("none.json") +
                                 ": (root): cannot be read: No such file or directory; allowed: a "
-                                "scenario file, or - for standard input\n");
+                                "scenario file, a folder of them, or - for standard input\n");
   const Outcome folder = zibsim({"run", path("")});
   EXPECT_EQ(folder.status, wrongUsage);
-  EXPECT_NE(folder.errors.find("cannot be read: Is a directory"), std::string::npos);
+  EXPECT_NE(folder.errors.find("there is no .json file in it"), std::string::npos);
 }
 
 TEST_F(CommandLine, RunsNothingIfOneScenarioIsInvalid) {
@@ -151,7 +153,7 @@ TEST_F(CommandLine, RunsNothingIfOneScenarioIsInvalid) {
 TEST_F(CommandLine, PrintsOneEntryALine) {
   const Outcome outcome = zibsim({"run", "--format", "jsonl", write("a.json", twoSteps)});
   EXPECT_EQ(outcome.status, allAsExpected);
-  EXPECT_EQ(outcome.errors, "");
+  EXPECT_EQ(outcome.errors, "1 passed, 0 failed\n");
   const auto entries = entriesIn(outcome.output);
   ASSERT_EQ(entries.size(), 3U);
   EXPECT_EQ(entries[0], Json::parse(R"({"t": 0.0, "thread": "main", "kind": "step", "index": 0,
@@ -242,6 +244,101 @@ TEST_F(CommandLine, FailsOnAProblemWhenItIsStrict) {
       "silent host: a problem, which --strict does not allow:\n    {\"t\":0.0,"))
       << strict.errors;
   EXPECT_NE(strict.errors.find("\"code\":\"completionNeverCalled\""), std::string::npos);
+}
+
+TEST_F(CommandLine, PlaysTheFilesOfAFolderInOrderOfName) {
+  std::filesystem::create_directory(path("folder"));
+  for (const std::string name : {"c", "a", "b"}) {
+    static_cast<void>(write("folder/" + name + ".json", R"({"steps": [{"do": "state"}]})"));
+  }
+  static_cast<void>(write("folder/payload.apns", "{}"));
+  std::vector<Json> names;
+  for (const Json& entry : entriesIn(zibsim({"run", "--format", "jsonl", path("folder")}).output)) {
+    names.push_back(entry.at("scenario"));
+  }
+  EXPECT_EQ(names, (std::vector<Json>{"a", "a", "b", "b", "c", "c"}));
+}
+
+TEST_F(CommandLine, NamesEachInvalidFile) {
+  const Outcome outcome =
+      zibsim({"run", write("a.json", "{}"), write("b.json", "[]"), write("c.json", twoSteps)});
+  EXPECT_EQ(outcome.status, wrongUsage);
+  EXPECT_NE(outcome.errors.find("zibsim: " + path("a.json") + ": (root): "), std::string::npos);
+  EXPECT_NE(outcome.errors.find("\nzibsim: " + path("b.json") + ": (root): "), std::string::npos);
+}
+
+TEST_F(CommandLine, EndsWithATallyThatNamesWhatFailed) {
+  const std::string met = write("met.json", twoSteps);
+  const std::string file = write("file.json", unmet);
+  const std::string tally = "2 passed, 1 failed: " + file + " (\"unmet\")\n";
+  const Outcome people = zibsim({"run", met, file, met});
+  EXPECT_EQ(people.status, expectationNotMet);
+  EXPECT_TRUE(people.output.ends_with(tally)) << people.output;
+  const Outcome lines = zibsim({"run", "--format", "jsonl", met, file, met});
+  EXPECT_TRUE(lines.errors.ends_with(tally)) << lines.errors;
+}
+
+TEST_F(CommandLine, PrintsInTheOrderGivenHoweverManyPlayAtATime) {
+  std::vector<std::string> arguments{"run", "--format", "jsonl", "--jobs", "1"};
+  for (int index = 0; index < 20; ++index) {
+    const Json steps = std::vector<Json>(static_cast<std::size_t>(20 - index), {{"do", "state"}});
+    arguments.push_back(write(std::to_string(index) + ".json", Json{{"steps", steps}}.dump()));
+  }
+  const std::string oneByOne = zibsim(arguments).output;
+  arguments[4] = "8";
+  EXPECT_EQ(zibsim(arguments).output, oneByOne);
+  arguments[4] = "0";
+  EXPECT_EQ(zibsim(arguments).status, wrongUsage);
+}
+
+TEST_F(CommandLine, WritesAReportForCISystems) {
+  const std::string report = path("report.xml");
+  const Outcome outcome = zibsim({"run", "--junit", report, write("a.json", twoSteps),
+                                  write("b.json", R"({"name": "<&\"\u0001", "steps": [],
+                                      "expect": [{"kind": "event"}]})")});
+  EXPECT_EQ(outcome.status, expectationNotMet);
+  const std::string xml = contentsOf(report);
+  EXPECT_NE(xml.find("<testsuite name=\"zibsim\" tests=\"2\" failures=\"1\" errors=\"0\">"),
+            std::string::npos)
+      << xml;
+  EXPECT_NE(xml.find("<testcase name=\"two\" classname=\"" + path("a.json")), std::string::npos);
+  EXPECT_NE(xml.find("<testcase name=\"&lt;&amp;&quot;\uFFFD\""), std::string::npos) << xml;
+  EXPECT_NE(xml.find("<failure message=\"expectation 0 is not met: {&quot;kind"),
+            std::string::npos);
+}
+
+TEST_F(CommandLine, ShowsATimelineAsAPage) {
+  const Outcome outcome = zibsim({"run", "--format", "html", write("a.json", unmet)});
+  EXPECT_EQ(outcome.status, expectationNotMet);
+  EXPECT_TRUE(outcome.output.starts_with("<!doctype html>"));
+  EXPECT_NE(outcome.output.find("<li class=\"unmet\">"), std::string::npos);
+  EXPECT_TRUE(outcome.errors.ends_with("0 passed, 1 failed: " + path("a.json") + " (\"unmet\")\n"));
+}
+
+TEST_F(CommandLine, InspectsAPayload) {
+  const std::string file =
+      write("p.apns", R"({"aps": {"alert": "x"}, "club": "gold", "url": "a:b"})");
+  const Json json = Json::parse(zibsim({"inspect", "--format", "json", file}).output);
+  EXPECT_EQ(json.at("event").at("club"), "gold");
+  EXPECT_EQ(json.at("event").at("event_type"), "notification-clicked");
+  EXPECT_EQ(json.at("link").at("url"), "a:b");
+  const Outcome text = zibsim({"inspect", "-"}, contentsOf(file));
+  EXPECT_EQ(text.status, allAsExpected);
+  EXPECT_NE(text.output.find("Tapped, it opens a:b"), std::string::npos);
+  const Outcome shown =
+      zibsim({"inspect", "--event-type", "notification-delivered", "--format", "html", file});
+  EXPECT_NE(shown.output.find("notification-delivered"), std::string::npos);
+}
+
+TEST_F(CommandLine, RefusesWhatIsNoPayload) {
+  const Outcome list = zibsim({"inspect", "-"}, "[]");
+  EXPECT_EQ(list.status, wrongUsage);
+  EXPECT_EQ(list.output, "");
+  EXPECT_EQ(list.errors,
+            "zibsim: -: (root): got a list; allowed: a JSON object, such as an .apns file\n");
+  EXPECT_EQ(zibsim({"inspect", path("none")}).status, wrongUsage);
+  EXPECT_EQ(zibsim({"inspect", path("")}).status, wrongUsage);
+  EXPECT_EQ(zibsim({"inspect"}).status, wrongUsage);
 }
 
 TEST_F(CommandLine, KeepsEachScenarioInAProcessOfItsOwn) {
@@ -367,14 +464,22 @@ class RunInProgress : public CommandLine {
 };
 
 TEST_F(RunInProgress, TellsThatTheProcessOfAScenarioDied) {
+  // The first entry has come.
+  pollfd output{reader_, POLLIN, 0};
+  ASSERT_EQ(::poll(&output, 1, -1), 1);
   ASSERT_EQ(::kill(child_, SIGKILL), 0);
   ASSERT_EQ(::fcntl(reader_, F_SETFL, 0), 0);
   std::string buffer(65536, '\0');
   while (::read(reader_, buffer.data(), buffer.size()) > 0) continue;
   ::close(reader_);
   EXPECT_EQ(statusOf(zibsim_), processDied);
-  EXPECT_EQ(contentsOf(path("err")),
-            "zibsim: the process of \"long\" died: it was killed by the signal SIGKILL\n");
+  const std::string errors = contentsOf(path("err"));
+  EXPECT_TRUE(errors.starts_with(
+      "zibsim: the process of \"long\" died: it was killed by the signal SIGKILL\n"
+      "  its last entries:\n    {\"t\":0.0,"))
+      << errors;
+  EXPECT_TRUE(errors.ends_with("0 passed, 1 failed: " + path("a.json") + " (\"long\")\n"))
+      << errors;
   EXPECT_TRUE(left().empty());
 }
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <map>
 
 #include "Simulator/Scenario/Reader.h"
 
@@ -44,6 +45,37 @@ TEST(PlayInProcess, HandsOverTheEntriesInOrder) {
       scenario, [&](const sim::Json& entry) { kinds.push_back(entry.at("kind")); });
   EXPECT_EQ(death, std::nullopt);
   EXPECT_EQ(kinds, (std::vector<std::string>{"step", "state", "step"}));
+}
+
+// Notes what it hears, scenario by scenario.
+class Notes : public sim::PlayListener {
+ public:
+  void entryCame(std::size_t scenario, sim::Json /*entry*/) override { ++entries[scenario]; }
+  void ended(std::size_t scenario, const std::optional<sim::Death>& death,
+             double /*seconds*/) override {
+    deaths[scenario] = death;
+  }
+
+  std::map<std::size_t, int> entries;
+  std::map<std::size_t, std::optional<sim::Death>> deaths;
+};
+
+int processesStarted = 0;
+
+TEST(PlayInProcesses, PlaysTheOthersWhenOneDies) {
+  pthread_atfork(
+      nullptr, [] { ++processesStarted; },
+      [] {
+        if (processesStarted == 1) std::raise(SIGSEGV);
+      });
+  const auto scenario = sim::readScenario(R"({"steps": [{"do": "state"}]})", "unnamed");
+  Notes notes;
+  sim::playInProcesses({scenario, scenario, scenario}, 2, notes);
+  EXPECT_EQ(notes.entries, (std::map<std::size_t, int>{{0, 2}, {2, 2}}));
+  ASSERT_EQ(notes.deaths.size(), 3U);
+  EXPECT_EQ(notes.deaths[0], std::nullopt);
+  EXPECT_EQ(notes.deaths[1], "it was killed by the signal SIGSEGV");
+  EXPECT_EQ(notes.deaths[2], std::nullopt);
 }
 
 }  // namespace
