@@ -36,7 +36,7 @@ std::vector<Json> entriesIn(const std::string& jsonLines) {
   return entries;
 }
 
-class CommandLine : public testing::Test {
+class CommandLineTest : public testing::Test {
  protected:
   struct Outcome {
     int status = 0;
@@ -44,11 +44,11 @@ class CommandLine : public testing::Test {
     std::string errors;
   };
 
-  CommandLine() {
+  CommandLineTest() {
     std::string name = std::filesystem::temp_directory_path() / "zibsim-XXXXXX";
     folder_ = ::mkdtemp(name.data());
   }
-  ~CommandLine() override { std::filesystem::remove_all(folder_); }
+  ~CommandLineTest() override { std::filesystem::remove_all(folder_); }
 
   [[nodiscard]] std::string path(const std::string& name) const { return folder_ / name; }
 
@@ -102,14 +102,14 @@ constexpr const char* unmet =
     R"({"name": "unmet", "steps": [{"do": "state"}], "expect": [{"kind": "event"},
         {"kind": "state", "fcmToken": "abc"}]})";
 
-TEST_F(CommandLine, HelpsAndTellsItsVersion) {
+TEST_F(CommandLineTest, HelpsAndTellsItsVersion) {
   EXPECT_EQ(zibsim({"--help"}).status, allAsExpected);
   EXPECT_NE(zibsim({"--help"}).output.find("run"), std::string::npos);
   EXPECT_EQ(zibsim({"--version"}).status, allAsExpected);
   EXPECT_TRUE(zibsim({"--version"}).output.starts_with("zibsim "));
 }
 
-TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
+TEST_F(CommandLineTest, RefusesWhatItDoesNotKnow) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
       {{}, "zibsim: A subcommand is required; allowed: see zibsim --help\n"},
       {{"play"}, "zibsim: no command \"play\"; allowed: run, --help, --version\n"},
@@ -127,7 +127,7 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
   }
 }
 
-TEST_F(CommandLine, RefusesFilesThatCannotBeRead) {
+TEST_F(CommandLineTest, RefusesFilesThatCannotBeRead) {
   const Outcome missing = zibsim({"run", path("none.json")});
   EXPECT_EQ(missing.status, wrongUsage);
   EXPECT_EQ(missing.errors, "zibsim: " + path("none.json") +
@@ -138,7 +138,7 @@ TEST_F(CommandLine, RefusesFilesThatCannotBeRead) {
   EXPECT_NE(folder.errors.find("cannot be read: Is a directory"), std::string::npos);
 }
 
-TEST_F(CommandLine, RunsNothingIfOneScenarioIsInvalid) {
+TEST_F(CommandLineTest, RunsNothingIfOneScenarioIsInvalid) {
   const std::string good = write("good.json", twoSteps);
   const std::string bad = write("bad.json", R"({"steps": [{"do": "state"}, {"do": 5}]})");
   const Outcome outcome = zibsim({"run", "--output", path("timeline"), good, bad});
@@ -148,7 +148,7 @@ TEST_F(CommandLine, RunsNothingIfOneScenarioIsInvalid) {
   EXPECT_FALSE(std::filesystem::exists(path("timeline")));
 }
 
-TEST_F(CommandLine, PrintsOneEntryALine) {
+TEST_F(CommandLineTest, PrintsOneEntryALine) {
   const Outcome outcome = zibsim({"run", "--format", "jsonl", write("a.json", twoSteps)});
   EXPECT_EQ(outcome.status, allAsExpected);
   EXPECT_EQ(outcome.errors, "");
@@ -162,7 +162,7 @@ TEST_F(CommandLine, PrintsOneEntryALine) {
   EXPECT_EQ(entries[2].at("do"), "advance");
 }
 
-TEST_F(CommandLine, PrintsForPeopleByDefault) {
+TEST_F(CommandLineTest, PrintsForPeopleByDefault) {
   const std::string file = write("a.json", twoSteps);
   const Outcome outcome = zibsim({"run", file});
   EXPECT_EQ(outcome.status, allAsExpected);
@@ -171,7 +171,7 @@ TEST_F(CommandLine, PrintsForPeopleByDefault) {
   EXPECT_EQ(outcome.output.find('\x1b'), std::string::npos);
 }
 
-TEST_F(CommandLine, ReadsStandardInput) {
+TEST_F(CommandLineTest, ReadsStandardInput) {
   const Outcome outcome = zibsim({"run", "--format", "jsonl", "-"}, twoSteps);
   EXPECT_EQ(outcome.status, allAsExpected);
   EXPECT_EQ(entriesIn(outcome.output).size(), 3U);
@@ -180,7 +180,7 @@ TEST_F(CommandLine, ReadsStandardInput) {
   EXPECT_TRUE(invalid.errors.starts_with("zibsim: -: (root): "));
 }
 
-TEST_F(CommandLine, WritesToAFile) {
+TEST_F(CommandLineTest, WritesToAFile) {
   const std::string file = write("a.json", twoSteps);
   const Outcome outcome = zibsim({"run", "--format", "jsonl", "--output", path("timeline"), file});
   EXPECT_EQ(outcome.status, allAsExpected);
@@ -191,7 +191,7 @@ TEST_F(CommandLine, WritesToAFile) {
   EXPECT_NE(refused.errors.find("cannot be written: No such file or directory"), std::string::npos);
 }
 
-TEST_F(CommandLine, NamesTheScenarioOfEachEntryWithSeveralFiles) {
+TEST_F(CommandLineTest, NamesTheScenarioOfEachEntryWithSeveralFiles) {
   const std::string named = write("a.json", twoSteps);
   const std::string unnamed = write("b.json", R"({"steps": [{"do": "state"}]})");
   const auto entries =
@@ -207,7 +207,7 @@ TEST_F(CommandLine, NamesTheScenarioOfEachEntryWithSeveralFiles) {
   }
 }
 
-TEST_F(CommandLine, FailsWithTheNearestEntriesWhenAnExpectationIsNotMet) {
+TEST_F(CommandLineTest, FailsWithTheNearestEntriesWhenAnExpectationIsNotMet) {
   const std::string file = write("a.json", unmet);
   const std::string met = write("b.json", twoSteps);
   const Outcome lines = zibsim({"run", "--format", "jsonl", file, met});
@@ -227,7 +227,7 @@ TEST_F(CommandLine, FailsWithTheNearestEntriesWhenAnExpectationIsNotMet) {
   EXPECT_NE(toFile.errors.find("expectation 1 is not met"), std::string::npos);
 }
 
-TEST_F(CommandLine, FailsOnAProblemWhenItIsStrict) {
+TEST_F(CommandLineTest, FailsOnAProblemWhenItIsStrict) {
   const std::string file = write("a.json", R"({"name": "silent host",
       "host": {"notificationDelegate": {"class": "Push", "implements": ["didReceive"],
                                         "completes": false}},
@@ -244,13 +244,13 @@ TEST_F(CommandLine, FailsOnAProblemWhenItIsStrict) {
   EXPECT_NE(strict.errors.find("\"code\":\"completionNeverCalled\""), std::string::npos);
 }
 
-TEST_F(CommandLine, KeepsEachScenarioInAProcessOfItsOwn) {
+TEST_F(CommandLineTest, KeepsEachScenarioInAProcessOfItsOwn) {
   const std::string file = write("a.json", R"({"steps": [{"do": "configure"}],
       "expect": [{"absent": {"message": "ZibMessaging already configured"}}]})");
   EXPECT_EQ(zibsim({"run", file, file}).status, allAsExpected);
 }
 
-TEST_F(CommandLine, RunsTheSameWayEachTime) {
+TEST_F(CommandLineTest, RunsTheSameWayEachTime) {
   const std::string file = write("a.json", R"({"host": {"firebase": {}, "scenes": [{}]}, "steps": [
       {"do": "configure"}, {"do": "registerForPush"}, {"do": "advance", "seconds": 3},
       {"do": "call", "operation": "setPushToken", "arguments": {"hex": "ab"}, "thread": "other"},
@@ -262,7 +262,7 @@ TEST_F(CommandLine, RunsTheSameWayEachTime) {
   }
 }
 
-TEST_F(CommandLine, CarriesPayloadsOfEveryKindUnchanged) {
+TEST_F(CommandLineTest, CarriesPayloadsOfEveryKindUnchanged) {
   const Json userInfo = Json::parse(R"({"text": "ä🎁\u0000\n\"", "empty": "", "zero": 0,
       "least": -9223372036854775808, "most": 18446744073709551615, "real": 0.1, "large": 1e300,
       "yes": true, "no": false, "null": null, "list": [1, [], {}, null, "a"],
@@ -279,7 +279,7 @@ TEST_F(CommandLine, CarriesPayloadsOfEveryKindUnchanged) {
   EXPECT_EQ(reported.dump(), userInfo.dump());
 }
 
-TEST_F(CommandLine, WritesNothingThatBreaksALine) {
+TEST_F(CommandLineTest, WritesNothingThatBreaksALine) {
   const Outcome outcome = zibsim({"run", "--format", "jsonl", "-"},
                                  R"({"steps": [{"do": "call", "operation": "setFCMToken",
                      "arguments": {"token": "a\u0085b\u2028c\u2029d\ne"}}]})");
@@ -289,7 +289,7 @@ TEST_F(CommandLine, WritesNothingThatBreaksALine) {
             "a\u0085b\u2028c\u2029d\ne...");
 }
 
-TEST_F(CommandLine, TakesNullForWhatIsNotThere) {
+TEST_F(CommandLineTest, TakesNullForWhatIsNotThere) {
   EXPECT_EQ(zibsim({"run", "-"}, R"({
     "core": {"config": null, "pushConfigEndpoint": null},
     "device": {"authorization": {"error": null}},
@@ -313,7 +313,7 @@ Json heavyPayload() {
           {"pn_campaign_id", "heavy"}};
 }
 
-TEST_F(CommandLine, CarriesHeavyPayloads) {
+TEST_F(CommandLineTest, CarriesHeavyPayloads) {
   const Json userInfo = heavyPayload();
   const Json scenario = {
       {"host", {{"notificationDelegate", {{"class", "Push"}, {"implements", {"willPresent"}}}}}},
@@ -335,9 +335,9 @@ std::optional<pid_t> childOf(pid_t process) {
 
 // A run in its midst: nobody reads what it writes, which is more than the pipes between the
 // processes hold.
-class RunInProgress : public CommandLine {
+class RunInProgressTest : public CommandLineTest {
  protected:
-  RunInProgress() {
+  RunInProgressTest() {
     ::setenv("TMPDIR", path("tmp").c_str(), 1);  // NOLINT(concurrency-mt-unsafe): nobody else runs
     std::filesystem::create_directory(path("tmp"));
     const Json step = {{"do", "call"},
@@ -366,7 +366,7 @@ class RunInProgress : public CommandLine {
   pid_t child_ = -1;
 };
 
-TEST_F(RunInProgress, TellsThatTheProcessOfAScenarioDied) {
+TEST_F(RunInProgressTest, TellsThatTheProcessOfAScenarioDied) {
   ASSERT_EQ(::kill(child_, SIGKILL), 0);
   ASSERT_EQ(::fcntl(reader_, F_SETFL, 0), 0);
   std::string buffer(65536, '\0');
@@ -378,7 +378,7 @@ TEST_F(RunInProgress, TellsThatTheProcessOfAScenarioDied) {
   EXPECT_TRUE(left().empty());
 }
 
-TEST_F(RunInProgress, LeavesNothingWhenItsReaderGoes) {
+TEST_F(RunInProgressTest, LeavesNothingWhenItsReaderGoes) {
   ::close(reader_);
   EXPECT_EQ(statusOf(zibsim_), wrongUsage);
   EXPECT_EQ(contentsOf(path("err")),
@@ -386,11 +386,11 @@ TEST_F(RunInProgress, LeavesNothingWhenItsReaderGoes) {
   EXPECT_TRUE(left().empty());
 }
 
-class InterruptedRun : public RunInProgress, public testing::WithParamInterface<int> {};
+class InterruptedRunTest : public RunInProgressTest, public testing::WithParamInterface<int> {};
 
-INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedRun, testing::Values(SIGINT, SIGTERM, SIGHUP));
+INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedRunTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
-TEST_P(InterruptedRun, LeavesNothingAndEndsByTheSignal) {
+TEST_P(InterruptedRunTest, LeavesNothingAndEndsByTheSignal) {
   ASSERT_EQ(::kill(zibsim_, GetParam()), 0);
   // The write that is under way is let through.
   ::close(reader_);

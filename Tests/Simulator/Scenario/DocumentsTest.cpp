@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Simulator/Foundation/Foundation.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "Tests/Support/PlatformTest.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ void write(const std::filesystem::path& file, const std::string& text) {
   std::ofstream(file, std::ios::binary) << text;
 }
 
-class DocumentsTest : public testing::Test {
+class DocumentsTest : public test::FoundationTest {
  protected:
   DocumentsTest() {
     sim::installFoundation();
@@ -32,7 +32,6 @@ class DocumentsTest : public testing::Test {
   }
   ~DocumentsTest() override { sim::Timeline::shared().setSink({}); }
 
-  zib::AutoreleasePool pool_;
   std::vector<Json> entries_;
 };
 
