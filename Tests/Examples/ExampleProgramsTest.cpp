@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "Tests/Support/RowName.h"
+
 namespace {
 
 std::string outputOf(const std::string& program) {
@@ -49,7 +51,7 @@ TEST_P(ExampleProgramsTest, PrintsWhatItShould) {
 
 INSTANTIATE_TEST_SUITE_P(All, ExampleProgramsTest,
                          testing::Values("ObjectiveCApp", "ManualObjectiveCApp", "CppApp"),
-                         [](const auto& test) { return test.param; });
+                         test::rowName);
 
 TEST(UnintegratedHostTest, BehavesTheSameWithTheModuleLinkedInAndWithout) {
   const std::string alone = outputOf("/HostWithoutModule");

@@ -2,8 +2,6 @@
 
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
@@ -30,8 +28,8 @@ inline constexpr Thrown everyThrown[] = {Thrown::standard, Thrown::ofItsOwnType,
   std::abort();
 }
 
-inline std::string nameOf(const testing::TestParamInfo<Thrown>& info) {
-  switch (info.param) {
+inline std::string nameOf(Thrown kind) {
+  switch (kind) {
     case Thrown::standard:
       return "Standard";
     case Thrown::ofItsOwnType:

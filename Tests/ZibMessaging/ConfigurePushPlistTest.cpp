@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -39,7 +38,9 @@ using zib::Date;
 using zib::Value;
 using zib::ValueMap;
 
+namespace binary = test::binary;
 namespace fs = std::filesystem;
+using binary::Kind;
 
 constexpr const char* invalidPlist = "ZibMessaging.ZibPushError 2";
 constexpr const char* noData = "ZibMessaging.ZibPushError 1";
@@ -50,6 +51,13 @@ std::string inPlist(const std::string& element) {
 }
 
 std::string binaryOf(const std::string& object) { return BinaryPropertyList{{object}}.bytes(); }
+
+// A dictionary of one entry.
+std::string smallBinaryOf(const std::string& key, const std::string& value) {
+  return BinaryPropertyList{{binary::dictionary({1}, {2}), key, value}}.bytes();
+}
+
+constexpr std::uint64_t huge = std::numeric_limits<std::uint64_t>::max();
 
 class ConfigurePushPlistTest : public test::PushFlowTest {
  protected:
@@ -86,12 +94,12 @@ TEST_P(UnreadablePlistTest, EndsTheFlowWithTheReadersError) {
 
 // With some of the trailer's bytes replaced, counted from the end.
 std::string withTrailer(std::size_t fromEnd, const std::string& bytes) {
-  std::string list = binaryOf("\xD0");
+  std::string list = binaryOf(binary::dictionary({}, {}));
   return list.replace(list.size() - fromEnd, bytes.size(), bytes);
 }
 
 const std::string smallXML = inPlist("<dict><key>a</key><string>b</string></dict>");
-const std::string smallBinary = BinaryPropertyList{{"\xD1\x01\x02", "\x51x", "\x51y"}}.bytes();
+const std::string smallBinary = smallBinaryOf(binary::text("x"), binary::text("y"));
 
 INSTANTIATE_TEST_SUITE_P(
     XML, UnreadablePlistTest,
@@ -125,29 +133,32 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Bodies{"Truncations", truncationsOf(smallBinary, 6)},
         Bodies{"Circles",
-               {binaryOf("\xA1\0"s), BinaryPropertyList{{"\xA2\x01\x01", "\xA2\0\0"s}}.bytes(),
-                BinaryPropertyList{{"\xD1\x01\0"s, "\x51z"}}.bytes()}},
+               {binaryOf(binary::array({0})),
+                BinaryPropertyList{{binary::array({1, 1}), binary::array({0, 0})}}.bytes(),
+                BinaryPropertyList{{binary::dictionary({1}, {0}), binary::text("z")}}.bytes()}},
         Bodies{"HugeLengths",
-               {binaryOf("\x4F\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"),
-                binaryOf("\x5F\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"),
-                binaryOf("\x6F\x13\x80\0\0\0\0\0\0\0"s), binaryOf("\xAF\x12\x7F\xFF\xFF\xFF"),
-                binaryOf("\xDF\x13\x80\0\0\0\0\0\0\0"s), binaryOf("\xDF\x12\xFF\xFF\xFF\xFF")}},
+               {binaryOf(binary::longObject(Kind::data, huge >> 1U, 3)),
+                binaryOf(binary::longObject(Kind::text, huge, 3)),
+                binaryOf(binary::longObject(Kind::wideText, huge / 2 + 1, 3)),
+                binaryOf(binary::longObject(Kind::array, 0x7FFFFFFF, 2)),
+                binaryOf(binary::longObject(Kind::dictionary, huge / 2 + 1, 3)),
+                binaryOf(binary::longObject(Kind::dictionary, 0xFFFFFFFF, 2))}},
         Bodies{"HugeCounts",
                {withTrailer(24, std::string(8, '\xFF')), withTrailer(24, bigEndian(1U << 31U, 8)),
                 withTrailer(24, bigEndian(0, 8))}},
         Bodies{"HugeReferences",
-               {withTrailer(16, std::string(8, '\xFF')), binaryOf("\xA1\x7F"),
-                binaryOf("\xD1\x7F\x7F"), withTrailer(16, bigEndian(1, 8))}},
+               {withTrailer(16, std::string(8, '\xFF')), binaryOf(binary::array({0x7F})),
+                binaryOf(binary::dictionary({0x7F}, {0x7F})), withTrailer(16, bigEndian(1, 8))}},
         Bodies{"HugeOffsets",
                {withTrailer(8, std::string(8, '\xFF')), withTrailer(8, bigEndian(1U << 31U, 8)),
                 withTrailer(36, std::string(4, '\xFF')), withTrailer(36, std::string(4, '\0'))}},
         Bodies{"BadSizes",
-               {withTrailer(26, "\0"s), withTrailer(26, "\x09"), withTrailer(25, "\0"s),
+               {withTrailer(26, "\0"s), withTrailer(26, bigEndian(9, 1)), withTrailer(25, "\0"s),
                 withTrailer(25, "\xFF")}},
         Bodies{"KeysThatAreNoText",
-               {BinaryPropertyList{{"\xD1\x01\x02"s, "\x10\x05", "\x09"}}.bytes(),
-                BinaryPropertyList{{"\xD1\x01\x02"s, "\xD0", "\x09"}}.bytes(),
-                BinaryPropertyList{{"\xD1\x01\x02"s, "\x09", "\x09"}}.bytes()}},
+               {smallBinaryOf(binary::integer(5), binary::yes()),
+                smallBinaryOf(binary::dictionary({}, {}), binary::yes()),
+                smallBinaryOf(binary::yes(), binary::yes())}},
         Bodies{"OtherVersions", {"bplist", "bplist01" + smallBinary.substr(8), "bplist15\x01"}}),
     test::rowName);
 
@@ -186,13 +197,13 @@ TEST_F(ConfigurePushPlistTest, NestingHasALimit) {
 
   constexpr unsigned size = 3;
   BinaryPropertyList arrays{{}, 0, size};
-  BinaryPropertyList dictionaries{{"\x51z"}, 1, size};
+  BinaryPropertyList dictionaries{{binary::text("z")}, 1, size};
   for (std::size_t level = 1; level <= hundredThousand; ++level) {
-    arrays.objects.push_back("\xA1" + bigEndian(level, size));
-    dictionaries.objects.push_back("\xD1" + bigEndian(0, size) + bigEndian(level + 1, size));
+    arrays.objects.push_back(binary::array({level}, size));
+    dictionaries.objects.push_back(binary::dictionary({0}, {level + 1}, size));
   }
-  arrays.objects.emplace_back("\x09");
-  dictionaries.objects.emplace_back("\x09");
+  arrays.objects.push_back(binary::yes());
+  dictionaries.objects.push_back(binary::yes());
   expectUnreadable(arrays.bytes());
   expectUnreadable(dictionaries.bytes());
 }
@@ -201,9 +212,10 @@ TEST_F(ConfigurePushPlistTest, FewBytesDoNotStandForMany) {
   expectUnreadable(test::doublingReferences().bytes());
 
   BinaryPropertyList repeating;
-  repeating.objects.push_back("\xAF\x11\x27\x10" + std::string(10'000, '\x01'));
-  repeating.objects.push_back("\x5F\x12" + bigEndian(tenMegabytes, 4) +
-                              std::string(tenMegabytes, 'x'));
+  repeating.objects.push_back(
+      binary::longObject(Kind::array, 10'000, 1, std::string(10'000, '\x01')));
+  repeating.objects.push_back(
+      binary::longObject(Kind::text, tenMegabytes, 2, std::string(tenMegabytes, 'x')));
   expectUnreadable(repeating.bytes());
   EXPECT_LT(test::peakMegabytes(), 1000);
 }
@@ -232,20 +244,19 @@ TEST_P(PlistRootTest, IsADictionaryOrEndsTheFlow) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, PlistRootTest,
-    testing::Values(Bodies{"Array",
-                           {inPlist("<array/>"), inPlist("<array><dict/></array>"),
-                            binaryOf("\xA0"), "(a, b)"}},
-                    Bodies{"Text",
-                           {inPlist("<string>a</string>"), inPlist("<string/>"), binaryOf("\x51z"),
-                            "Forbidden", "\"a b\"", "404", "b", "bplis"}},
-                    Bodies{"Number",
-                           {inPlist("<integer>1</integer>"), inPlist("<real>1.5</real>"),
-                            binaryOf("\x10\x01"), binaryOf("\x22\x3F\x80\0\0"s)}},
-                    Bodies{"Boolean", {inPlist("<true/>"), inPlist("<false/>"), binaryOf("\x09")}},
-                    Bodies{"Date",
-                           {inPlist("<date>2026-11-16T00:10:00Z</date>"),
-                            binaryOf("\x33"s + std::string(8, '\0'))}},
-                    Bodies{"Data", {inPlist("<data>AQID</data>"), binaryOf("\x41z"), "<0fbd77>"}}),
+    testing::Values(
+        Bodies{"Array",
+               {inPlist("<array/>"), inPlist("<array><dict/></array>"), binaryOf(binary::array({})),
+                "(a, b)"}},
+        Bodies{"Text",
+               {inPlist("<string>a</string>"), inPlist("<string/>"), binaryOf(binary::text("z")),
+                "Forbidden", "\"a b\"", "404", "b", "bplis"}},
+        Bodies{"Number",
+               {inPlist("<integer>1</integer>"), inPlist("<real>1.5</real>"),
+                binaryOf(binary::integer(1)), binaryOf(binary::real(1.0F))}},
+        Bodies{"Boolean", {inPlist("<true/>"), inPlist("<false/>"), binaryOf(binary::yes())}},
+        Bodies{"Date", {inPlist("<date>2026-11-16T00:10:00Z</date>"), binaryOf(binary::date(0))}},
+        Bodies{"Data", {inPlist("<data>AQID</data>"), binaryOf(binary::data("z")), "<0fbd77>"}}),
     test::rowName);
 
 TEST_F(ConfigurePushPlistTest, NoBytesAreNoData) {
@@ -265,8 +276,8 @@ TEST_F(ConfigurePushPlistTest, WhiteSpaceIsAnEmptyDictionary) {
 }
 
 TEST_F(ConfigurePushPlistTest, AnEmptyDictionaryIsStored) {
-  for (const std::string& body :
-       {inPlist("<dict/>"), inPlist("<dict></dict>"), binaryOf("\xD0"), "{}"s}) {
+  for (const std::string& body : {inPlist("<dict/>"), inPlist("<dict></dict>"),
+                                  binaryOf(binary::dictionary({}, {})), "{}"s}) {
     EXPECT_EQ(storyOf(body), test::story::registered());
     expectHandedOver({});
     EXPECT_TRUE(flow_.stored()->ends_with("<plist version=\"1.0\">\n<dict/>\n</plist>\n"));
@@ -379,11 +390,11 @@ TEST_F(ConfigurePushPlistTest, WhatXMLCannotHoldIsHandedOverOnly) {
     std::string object;
     Value value;
   };
-  for (const Case& each :
-       {Case{"\x53x\0y"s, "x\0y"s}, Case{"\x51\x1B", "\x1B"}, Case{"\x61\xFF\xFE", "\uFFFE"},
-        Case{"\x33" + bigEndian(std::bit_cast<std::uint64_t>(1e15), 8), Date{1e15 + 978307200}}}) {
+  for (const Case& each : {Case{binary::text("x\0y"s), "x\0y"s}, Case{binary::text("\x1B"), "\x1B"},
+                           Case{binary::wideText(u"\uFFFE"), "\uFFFE"},
+                           Case{binary::date(1e15), Date{1e15 + 978307200}}}) {
     SCOPED_TRACE(testing::PrintToString(each.object));
-    EXPECT_EQ(storyOf(BinaryPropertyList{{"\xD1\x01\x02"s, "\x51z", each.object}}.bytes()),
+    EXPECT_EQ(storyOf(smallBinaryOf(binary::text("z"), each.object)),
               test::story::registered(test::story::notSaved(writersError)));
     EXPECT_EQ(flow_.handled(), std::vector{ValueMap({{"z", each.value}})});
     EXPECT_FALSE(fs::exists(flow_.storedFile()));
@@ -395,13 +406,13 @@ TEST_F(ConfigurePushPlistTest, WhatXMLIndentsTooFarIsHandedOverOnly) {
   constexpr unsigned size = 2;
   constexpr std::size_t levels = 500;
   constexpr std::size_t count = 150'000;
-  BinaryPropertyList list{{"\x51z"}, 1, size};
+  BinaryPropertyList list{{binary::text("z")}, 1, size};
   for (std::size_t level = 1; level < levels; ++level) {
-    list.objects.push_back("\xD1" + bigEndian(0, size) + bigEndian(level + 1, size));
+    list.objects.push_back(binary::dictionary({0}, {level + 1}, size));
   }
-  list.objects.push_back("\xAF\x12" + bigEndian(count, 4) +
-                         repeated(bigEndian(levels + 1, size), count));
-  list.objects.emplace_back("\x09");
+  list.objects.push_back(
+      binary::longObject(Kind::array, count, 2, repeated(bigEndian(levels + 1, size), count)));
+  list.objects.push_back(binary::yes());
   EXPECT_EQ(storyOf(list.bytes()), test::story::registered(test::story::notSaved(writersError)));
   EXPECT_EQ(flow_.handled().size(), 1U);
   EXPECT_FALSE(fs::exists(flow_.storedFile()));

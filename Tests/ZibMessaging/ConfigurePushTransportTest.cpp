@@ -125,7 +125,7 @@ TEST_P(RedirectTest, IsFollowedForEachRequest) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, RedirectTest, testing::Values(301, 302, 303, 307, 308),
-                         [](const auto& row) { return std::to_string(row.param); });
+                         test::rowName);
 
 TEST_F(ConfigurePushTransportTest, AConfigurationOfAnyStatusBut200IsNone) {
   for (const int status :

@@ -9,6 +9,7 @@
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
+#include "Tests/Support/RowName.h"
 #include "Tests/Support/TestSeam.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 #include "ZibPlatform/Foundation/Data.h"
@@ -152,18 +153,21 @@ TEST_F(InterceptedClassesTest, AnInheritedMethodIsReplacedForAllSubclasses) {
   EXPECT_EQ(open(itself), Names{"SceneBase"});
 }
 
+enum class Order { baseFirst, derivedFirst };
+
+const char* nameOf(Order order) { return order == Order::baseFirst ? "BaseFirst" : "DerivedFirst"; }
+
 // Both orders of installation give the same.
-class OrderTest : public InterceptedClassesTest, public testing::WithParamInterface<bool> {
+class OrderTest : public InterceptedClassesTest, public testing::WithParamInterface<Order> {
  protected:
   void installBoth(const Object& base, const Object& derived) {
-    install(GetParam() ? std::vector<Object>{base, derived} : std::vector<Object>{derived, base});
+    install(GetParam() == Order::baseFirst ? std::vector<Object>{base, derived}
+                                           : std::vector<Object>{derived, base});
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Classes, OrderTest, testing::Bool(),
-                         [](const testing::TestParamInfo<bool>& each) {
-                           return each.param ? "BaseFirst" : "DerivedFirst";
-                         });
+INSTANTIATE_TEST_SUITE_P(Classes, OrderTest, testing::Values(Order::baseFirst, Order::derivedFirst),
+                         test::rowName);
 
 TEST_P(OrderTest, ASubclassThatOverridesReachesItsOwn) {
   const Class base = Scene<0>::make("SceneBase", object());

@@ -10,6 +10,7 @@
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
+#include "Tests/Support/RowName.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 #include "ZibPlatform/Foundation/Data.h"
@@ -74,6 +75,10 @@ std::vector<Object> strangers() {
 
 enum class HostKind { withMethods, withoutMethods };
 
+const char* nameOf(HostKind kind) {
+  return kind == HostKind::withMethods ? "WithMethods" : "WithoutMethods";
+}
+
 class InterceptorInputTest : public testing::TestWithParam<HostKind> {
  protected:
   InterceptorInputTest() {
@@ -100,10 +105,7 @@ class InterceptorInputTest : public testing::TestWithParam<HostKind> {
 
 INSTANTIATE_TEST_SUITE_P(Host, InterceptorInputTest,
                          testing::Values(HostKind::withMethods, HostKind::withoutMethods),
-                         [](const testing::TestParamInfo<HostKind>& each) {
-                           return each.param == HostKind::withMethods ? "WithMethods"
-                                                                      : "WithoutMethods";
-                         });
+                         test::rowName);
 
 TEST_P(InterceptorInputTest, ArgumentsOfAnyKindNeverCrash) {
   const auto all = strangers();

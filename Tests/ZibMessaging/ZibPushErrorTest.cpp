@@ -1,3 +1,5 @@
+#include "Tests/Support/PlatformTest.h"
+#include "Tests/Support/RowName.h"
 #include "ZibMessaging/ZibPushError.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +9,6 @@
 #include <string>
 
 #include "ZibPlatform/Foundation/Dictionary.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
@@ -15,22 +16,20 @@ namespace {
 using zib::objc::id;
 
 struct Expected {
+  const char* name;
   ZibPushError error;
   std::int64_t code;
   const char* description;
 };
 
 constexpr Expected all[] = {
-    {ZibPushError::invalidURL, 0, "Invalid push configuration URL"},
-    {ZibPushError::noData, 1, "No data received from server"},
-    {ZibPushError::invalidPlist, 2, "Invalid Firebase plist format"},
-    {ZibPushError::firebaseNotConfigured, 3, "Firebase is not configured"},
+    {"InvalidURL", ZibPushError::invalidURL, 0, "Invalid push configuration URL"},
+    {"NoData", ZibPushError::noData, 1, "No data received from server"},
+    {"InvalidPlist", ZibPushError::invalidPlist, 2, "Invalid Firebase plist format"},
+    {"FirebaseNotConfigured", ZibPushError::firebaseNotConfigured, 3, "Firebase is not configured"},
 };
 
-class ZibPushErrorTest : public testing::TestWithParam<Expected> {
- private:
-  zib::AutoreleasePool pool_;
-};
+class ZibPushErrorTest : public test::PlatformTest, public testing::WithParamInterface<Expected> {};
 
 TEST_P(ZibPushErrorTest, IsOneByteThatHoldsTheIndex) {
   static_assert(sizeof(ZibPushError) == 1);
@@ -77,21 +76,20 @@ TEST_P(ZibPushErrorTest, CarriesNothingButTheDescription) {
   EXPECT_EQ(zib::send<id>(native.raw(), zib::selector<"localizedRecoverySuggestion">()), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, ZibPushErrorTest, testing::ValuesIn(all),
-                         [](const auto& param) { return std::to_string(param.param.code); });
+INSTANTIATE_TEST_SUITE_P(All, ZibPushErrorTest, testing::ValuesIn(all), test::rowName);
 
-TEST(ZibPushErrorHash, DiffersBetweenCases) {
+TEST(ZibPushErrorHashTest, DiffersBetweenCases) {
   std::set<std::size_t> hashes;
   for (const Expected& expected : all) hashes.insert(std::hash<ZibPushError>()(expected.error));
   EXPECT_EQ(hashes.size(), std::size(all));
 }
 
-TEST(ZibPushErrorFromError, IsNoneForAnotherDomain) {
+TEST(ZibPushErrorFromErrorTest, IsNoneForAnotherDomain) {
   EXPECT_EQ(zib::pushErrorFrom({"NSURLErrorDomain", 0, "", {}}), std::nullopt);
   EXPECT_EQ(zib::pushErrorFrom({"ZibMessaging", 1, "", {}}), std::nullopt);
 }
 
-TEST(ZibPushErrorFromError, IsNoneForACodeThatNoCaseHas) {
+TEST(ZibPushErrorFromErrorTest, IsNoneForACodeThatNoCaseHas) {
   EXPECT_EQ(zib::pushErrorFrom({"ZibMessaging.ZibPushError", -1, "", {}}), std::nullopt);
   EXPECT_EQ(zib::pushErrorFrom({"ZibMessaging.ZibPushError", 4, "", {}}), std::nullopt);
   EXPECT_EQ(zib::pushErrorFrom({"ZibMessaging.ZibPushError", 256, "", {}}), std::nullopt);

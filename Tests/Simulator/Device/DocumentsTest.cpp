@@ -9,7 +9,7 @@
 
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Timeline/Timeline.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "Tests/Support/PlatformTest.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ void write(const std::filesystem::path& file, const std::string& text) {
   std::ofstream(file, std::ios::binary) << text;
 }
 
-class DocumentsTest : public testing::Test {
+class DocumentsTest : public test::FoundationTest {
  protected:
   DocumentsTest() {
     sim::installFoundation();
@@ -33,7 +33,6 @@ class DocumentsTest : public testing::Test {
   }
   ~DocumentsTest() override { sim::Timeline::shared().setSink({}); }
 
-  zib::AutoreleasePool pool_;
   std::vector<Json> entries_;
 };
 

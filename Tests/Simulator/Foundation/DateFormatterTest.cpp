@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "Simulator/Foundation/GregorianTime.h"
-#include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
@@ -17,7 +17,7 @@ using zib::selector;
 using zib::send;
 using zib::objc::id;
 
-class DateFormatterTest : public FoundationTest {};
+class DateFormatterTest : public test::FoundationTest {};
 
 id formatted(id date) {
   const zib::Object formatter = zib::Object::adopted(

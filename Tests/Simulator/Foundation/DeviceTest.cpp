@@ -5,7 +5,7 @@
 #include <ctime>
 
 #include "Simulator/Foundation/Foundation.h"
-#include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Process.h"
 #include "ZibPlatform/Foundation/Strings.h"
@@ -23,7 +23,7 @@ using zib::objc::UInteger;
 
 constexpr double referenceDate = 978307200;
 
-class DeviceTest : public FoundationTest {};
+class DeviceTest : public test::FoundationTest {};
 
 double seconds(id date) { return send<double>(date, selector<"timeIntervalSince1970">()); }
 

@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-#include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Strings.h"
@@ -29,7 +29,7 @@ using zib::objc::id;
 using zib::objc::UInteger;
 
 // In a folder of its own that goes with it.
-class FileDataTest : public FoundationTest {
+class FileDataTest : public test::FoundationTest {
  protected:
   FileDataTest() {
     std::string name = testing::TempDir() + "foundation-XXXXXX";

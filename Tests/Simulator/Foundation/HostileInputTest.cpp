@@ -6,8 +6,8 @@
 #include <random>
 #include <vector>
 
-#include "Tests/Simulator/Foundation/FoundationTest.h"
 #include "Tests/Simulator/Foundation/Serialization.h"
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
@@ -18,7 +18,7 @@ using zib::Array;
 using zib::Value;
 using zib::ValueMap;
 
-class HostileInputTest : public FoundationTest {};
+class HostileInputTest : public test::FoundationTest {};
 
 // Pieces that change the meaning of what surrounds them.
 const std::vector<std::string> pieces = {

@@ -5,8 +5,8 @@
 #include <limits>
 #include <vector>
 
-#include "Tests/Simulator/Foundation/FoundationTest.h"
 #include "Tests/Simulator/Foundation/Serialization.h"
+#include "Tests/Support/PlatformTest.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ Value element(std::string_view text) {
   return array->front();
 }
 
-class JSONTest : public FoundationTest {};
+class JSONTest : public test::FoundationTest {};
 
 void expectErrors(const std::vector<std::string>& texts) {
   for (const std::string& text : texts) {

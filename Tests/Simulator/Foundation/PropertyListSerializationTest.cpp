@@ -10,16 +10,19 @@
 #include <memory>
 #include <vector>
 
-#include "Tests/Simulator/Foundation/FoundationTest.h"
 #include "Tests/Simulator/Foundation/Serialization.h"
 #include "Tests/Support/BinaryPropertyList.h"
+#include "Tests/Support/PlatformTest.h"
+#include "Tests/Support/RowName.h"
 #include "ZibPlatform/Foundation/Strings.h"
 
 namespace {
 
 using namespace serialization;
 using namespace std::string_literals;
+namespace binary = test::binary;
 using Binary = test::BinaryPropertyList;
+using binary::Kind;
 using zib::Array;
 using zib::Bytes;
 using zib::Date;
@@ -32,7 +35,7 @@ using zib::objc::UInteger;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-class PropertyListSerializationTest : public FoundationTest {};
+class PropertyListSerializationTest : public test::FoundationTest {};
 
 std::string inPlist(std::string_view element) {
   return "<plist version=\"1.0\">" + std::string(element) + "</plist>";
@@ -514,60 +517,86 @@ TEST_F(PropertyListSerializationTest, BinaryObjectsOfEveryKind) {
   const auto root = [](const std::string& object) {
     return readPropertyList(Binary{{object}}.bytes()).value;
   };
-  EXPECT_EQ(root("\x08"), Value(false));
-  EXPECT_EQ(root("\x10\xFF"), Value(255));
-  EXPECT_EQ(root("\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFE"), Value(-2));
-  EXPECT_EQ(root("\x14"s + std::string(8, '\0') + std::string(8, '\xFF')),
-            Value(std::numeric_limits<std::uint64_t>::max()));
-  EXPECT_EQ(root("\x22\x3F\x80\0\0"s), Value(1.0));
-  EXPECT_EQ(root("\x33"s + std::string(8, '\0')), Value(Date{978307200}));
-  EXPECT_EQ(root("\x51"s + "a"), Value("a"));
-  EXPECT_EQ(root("\x62\xD8\x3D\xDE\0"s), Value("😀"));
-  EXPECT_EQ(root("\x4F\x10\x01z"), Value(Bytes{'z'}));
-  EXPECT_EQ(root("\x80\x07"), Value(ValueMap{{"CF$UID", 7}}));
+  EXPECT_EQ(root(binary::no()), Value(false));
+  EXPECT_EQ(root(binary::integer(255)), Value(255));
+  EXPECT_EQ(root(binary::integer(static_cast<std::uint64_t>(-2), 3)), Value(-2));
+  constexpr auto most = std::numeric_limits<std::uint64_t>::max();
+  EXPECT_EQ(
+      root(binary::object(Kind::integer, 4, test::bigEndian(0, 8) + test::bigEndian(most, 8))),
+      Value(most));
+  EXPECT_EQ(root(binary::real(1.0F)), Value(1.0));
+  EXPECT_EQ(root(binary::date(0)), Value(Date{978307200}));
+  EXPECT_EQ(root(binary::text("a")), Value("a"));
+  EXPECT_EQ(root(binary::wideText(u"😀")), Value("😀"));
+  EXPECT_EQ(root(binary::longObject(Kind::data, 1, 0, "z")), Value(Bytes{'z'}));
+  EXPECT_EQ(root(binary::object(Kind::uid, 0, "\x07")), Value(ValueMap{{"CF$UID", 7}}));
 }
 
-TEST_F(PropertyListSerializationTest, BadBinaryObjectsAreErrors) {
-  for (const std::string& object :
-       std::vector<std::string>{"",
-                                "\0"s,
-                                "\x0F",
-                                "\x15",
-                                "\x13\x01",
-                                "\x14" + std::string(16, '\xFF'),
-                                "\x21zz",
-                                "\x32zzzz",
-                                "\x33\x7F\xF0\0\0\0\0\0\0"s,
-                                "\x33\x7F\xF8\0\0\0\0\0\0"s,
-                                "\x44z",
-                                "\x52z",
-                                "\x51\xFF",
-                                "\x61\xD8\0"s,
-                                "\x61\xDC\0"s,
-                                "\x61z",
-                                "\x71z",
-                                "\x8F",
-                                "\x90",
-                                "\xA1",
-                                "\xA1\x05",
-                                "\xC0",
-                                "\xD1\0"s,
-                                "\xD1\0\0"s,
-                                "\xE0",
-                                "\xF0",
-                                "\x4F\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF",
-                                "\x6F\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF",
-                                "\xAF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF",
-                                "\xDF\x13\x80\0\0\0\0\0\0\0"s,
-                                "\x4F\x50",
-                                "\x4F\x14",
-                                "\xDF"}) {
-    expectUnreadable(Binary{{object}}.bytes());
-  }
-}
+struct BadObject {
+  const char* name;
+  std::string bytes;
+};
+
+class BadBinaryObjectTest : public test::FoundationTest,
+                            public testing::WithParamInterface<BadObject> {};
+
+TEST_P(BadBinaryObjectTest, IsAnError) { expectUnreadable(Binary{{GetParam().bytes}}.bytes()); }
+
+INSTANTIATE_TEST_SUITE_P(
+    Constant, BadBinaryObjectTest,
+    testing::Values(BadObject{"Nothing", ""}, BadObject{"Null", binary::object(Kind::constant, 0)},
+                    BadObject{"Fill", binary::object(Kind::constant, 0xF)},
+                    BadObject{"UnknownKind7", binary::object(Kind{0x7}, 1, "z")},
+                    BadObject{"UnknownKind9", binary::object(Kind{0x9}, 0)},
+                    BadObject{"UnknownKindE", binary::object(Kind{0xE}, 0)},
+                    BadObject{"UnknownKindF", binary::object(Kind{0xF}, 0)},
+                    BadObject{"Set", binary::object(Kind::set, 0)}),
+    test::rowName);
+
+INSTANTIATE_TEST_SUITE_P(
+    Number, BadBinaryObjectTest,
+    testing::Values(
+        BadObject{"IntegerOfUnknownSize", binary::object(Kind::integer, 5)},
+        BadObject{"IntegerCutOff", binary::object(Kind::integer, 3, "\x01")},
+        BadObject{"IntegerOf128Bits", binary::object(Kind::integer, 4, std::string(16, '\xFF'))},
+        BadObject{"RealOfUnknownSize", binary::object(Kind::real, 1, "zz")},
+        BadObject{"DateOfUnknownSize", binary::object(Kind::date, 2, "zzzz")},
+        BadObject{"DateThatIsInfinite", binary::date(infinity)},
+        BadObject{"DateThatIsNoNumber", binary::date(std::numeric_limits<double>::quiet_NaN())}),
+    test::rowName);
+
+INSTANTIATE_TEST_SUITE_P(
+    Text, BadBinaryObjectTest,
+    testing::Values(BadObject{"DataCutOff", binary::object(Kind::data, 4, "z")},
+                    BadObject{"TextCutOff", binary::object(Kind::text, 2, "z")},
+                    BadObject{"TextThatIsNotASCII", binary::text("\xFF")},
+                    BadObject{"FirstSurrogateAlone", binary::wideText({u"\xD800", 1})},
+                    BadObject{"SecondSurrogateAlone", binary::wideText({u"\xDC00", 1})},
+                    BadObject{"WideTextCutOff", binary::object(Kind::wideText, 1, "z")}),
+    test::rowName);
+
+constexpr std::uint64_t huge = std::numeric_limits<std::uint64_t>::max();
+
+INSTANTIATE_TEST_SUITE_P(
+    Length, BadBinaryObjectTest,
+    testing::Values(
+        BadObject{"UIDWithoutBytes", binary::object(Kind::uid, 0xF)},
+        BadObject{"ArrayWithoutReferences", binary::object(Kind::array, 1)},
+        BadObject{"ArrayOfUnknownObjects", binary::array({5})},
+        BadObject{"DictionaryWithoutValue", binary::object(Kind::dictionary, 1, "\0"s)},
+        BadObject{"DictionaryThatHoldsItself", binary::dictionary({0}, {0})},
+        BadObject{"HugeData", binary::longObject(Kind::data, huge >> 1U, 3)},
+        BadObject{"HugeWideText", binary::longObject(Kind::wideText, huge, 3)},
+        BadObject{"HugeArray", binary::longObject(Kind::array, huge >> 1U, 3)},
+        BadObject{"HugeDictionary", binary::longObject(Kind::dictionary, huge / 2 + 1, 3)},
+        BadObject{"LengthThatIsNoInteger", binary::object(Kind::data, 0xF, binary::text(""))},
+        BadObject{"LengthOfUnknownSize",
+                  binary::object(Kind::data, 0xF, binary::object(Kind::integer, 4))},
+        BadObject{"NoLength", binary::object(Kind::dictionary, 0xF)}),
+    test::rowName);
 
 TEST_F(PropertyListSerializationTest, BadBinaryFramesAreErrors) {
-  const std::string good = Binary{{"\x09"}}.bytes();
+  const std::string good = Binary{{binary::yes()}}.bytes();
   ASSERT_TRUE(readPropertyList(good).value);
   for (std::size_t length = 6; length < good.size(); ++length) {
     expectUnreadable(good.substr(0, length));
@@ -593,30 +622,31 @@ TEST_F(PropertyListSerializationTest, BadBinaryFramesAreErrors) {
 }
 
 TEST_F(PropertyListSerializationTest, BinaryReferencesInACircleAreErrors) {
-  expectUnreadable(Binary{{"\xA1\0"s}}.bytes());
-  expectUnreadable(Binary{{"\xA2\x01\x01", "\xA2\0\0"s}}.bytes());
-  expectUnreadable(Binary{{"\xD1\x01\0"s, "\x51z"}}.bytes());
+  expectUnreadable(Binary{{binary::array({0})}}.bytes());
+  expectUnreadable(Binary{{binary::array({1, 1}), binary::array({0, 0})}}.bytes());
+  expectUnreadable(Binary{{binary::dictionary({1}, {0}), binary::text("z")}}.bytes());
 }
 
 TEST_F(PropertyListSerializationTest, BinaryReferencesThatStandForTooMuchAreErrors) {
   expectUnreadable(test::doublingReferences().bytes());
 
   Binary repeating;
-  repeating.objects.push_back("\xAF\x11\x27\x10" + std::string(10'000, '\x01'));
-  repeating.objects.push_back("\x4F\x11\x40\0"s + std::string(0x4000, 'z'));
+  repeating.objects.push_back(
+      binary::longObject(Kind::array, 10'000, 1, std::string(10'000, '\x01')));
+  repeating.objects.push_back(binary::longObject(Kind::data, 0x4000, 1, std::string(0x4000, 'z')));
   expectUnreadable(repeating.bytes());
 }
 
 TEST_F(PropertyListSerializationTest, BinaryReferencesMayBeShared) {
-  EXPECT_EQ(readPropertyList(Binary{{"\xA2\x01\x01", "\x51z"}}.bytes()).value,
+  EXPECT_EQ(readPropertyList(Binary{{binary::array({1, 1}), binary::text("z")}}.bytes()).value,
             Value(Array{"z", "z"}));
 }
 
 TEST_F(PropertyListSerializationTest, BinaryKeysAreStringsAndTheLastOfEqualOnesWins) {
-  expectUnreadable(Binary{{"\xD1\x01\x01", "\x09"}}.bytes());
-  EXPECT_EQ(
-      readPropertyList(Binary{{"\xD2\x01\x01\x02\x03", "\x51z", "\x08", "\x09"}}.bytes()).value,
-      Value(ValueMap{{"z", true}}));
+  expectUnreadable(Binary{{binary::dictionary({1}, {1}), binary::yes()}}.bytes());
+  const Binary twice{
+      {binary::dictionary({1, 1}, {2, 3}), binary::text("z"), binary::no(), binary::yes()}};
+  EXPECT_EQ(readPropertyList(twice.bytes()).value, Value(ValueMap{{"z", true}}));
 }
 
 }  // namespace

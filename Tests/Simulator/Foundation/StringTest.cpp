@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
@@ -15,7 +15,7 @@ using zib::objc::id;
 using zib::objc::UInteger;
 using zib::objc::UniChar;
 
-class StringTest : public FoundationTest {};
+class StringTest : public test::FoundationTest {};
 
 TEST_F(StringTest, AFirstCharacterIsNeverAByteOrderMark) {
   for (const char* text : {"\uFEFFa", "\uFFFEa", "\uFEFFä😀", "\uFFFEä😀", "\uFEFF", "\uFFFE",

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "Tests/Simulator/Foundation/FoundationTest.h"
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -22,7 +22,7 @@ using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::UInteger;
 
-class URLTest : public FoundationTest {};
+class URLTest : public test::FoundationTest {};
 
 id urlClass() { return classNamed<"NSURL">().object(); }
 

@@ -8,9 +8,9 @@
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/URLSession.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
@@ -27,7 +27,7 @@ using zib::objc::id;
 
 constexpr Nanoseconds second = 1'000'000'000;
 
-class URLSessionTest : public testing::Test {
+class URLSessionTest : public test::FoundationTest {
  protected:
   URLSessionTest() {
     sim::installFoundation();
@@ -55,7 +55,6 @@ class URLSessionTest : public testing::Test {
   }
 
   using Notes = std::vector<std::string>;
-  zib::AutoreleasePool pool_;
   Nanoseconds start_ = Scheduler::shared().now();
   Notes notes_;
   std::vector<Json> entries_;

@@ -37,7 +37,7 @@ std::vector<Json> entriesIn(const std::string& jsonLines) {
   return entries;
 }
 
-class CommandLine : public testing::Test {
+class CommandLineTest : public testing::Test {
  protected:
   struct Outcome {
     int status = 0;
@@ -45,11 +45,11 @@ class CommandLine : public testing::Test {
     std::string errors;
   };
 
-  CommandLine() {
+  CommandLineTest() {
     std::string name = std::filesystem::temp_directory_path() / "zibsim-XXXXXX";
     folder_ = ::mkdtemp(name.data());
   }
-  ~CommandLine() override { std::filesystem::remove_all(folder_); }
+  ~CommandLineTest() override { std::filesystem::remove_all(folder_); }
 
   [[nodiscard]] std::string path(const std::string& name) const { return folder_ / name; }
 
@@ -103,14 +103,14 @@ constexpr const char* unmet =
     R"({"name": "unmet", "steps": [{"do": "state"}], "expect": [{"kind": "event"},
         {"kind": "state", "fcmToken": "abc"}]})";
 
-TEST_F(CommandLine, HelpsAndTellsItsVersion) {
+TEST_F(CommandLineTest, HelpsAndTellsItsVersion) {
   EXPECT_EQ(zibsim({"--help"}).status, allAsExpected);
   EXPECT_NE(zibsim({"--help"}).output.find("run"), std::string::npos);
   EXPECT_EQ(zibsim({"--version"}).status, allAsExpected);
   EXPECT_TRUE(zibsim({"--version"}).output.starts_with("zibsim "));
 }
 
-TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
+TEST_F(CommandLineTest, RefusesWhatItDoesNotKnow) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
       {{}, "zibsim: A subcommand is required; allowed: see zibsim --help\n"},
       {{"play"}, "zibsim: no command \"play\"; allowed: run, inspect, serve, --help, --version\n"},
@@ -129,7 +129,7 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
   }
 }
 
-TEST_F(CommandLine, RefusesFilesThatCannotBeRead) {
+TEST_F(CommandLineTest, RefusesFilesThatCannotBeRead) {
   const Outcome missing = zibsim({"run", path("none.json")});
   EXPECT_EQ(missing.status, wrongUsage);
   EXPECT_EQ(missing.errors, "zibsim: " + path("none.json") +
@@ -140,7 +140,7 @@ TEST_F(CommandLine, RefusesFilesThatCannotBeRead) {
   EXPECT_NE(folder.errors.find("there is no .json file in it"), std::string::npos);
 }
 
-TEST_F(CommandLine, RunsNothingIfOneScenarioIsInvalid) {
+TEST_F(CommandLineTest, RunsNothingIfOneScenarioIsInvalid) {
   const std::string good = write("good.json", twoSteps);
   const std::string bad = write("bad.json", R"({"steps": [{"do": "state"}, {"do": 5}]})");
   const Outcome outcome = zibsim({"run", "--output", path("timeline"), good, bad});
@@ -150,7 +150,7 @@ TEST_F(CommandLine, RunsNothingIfOneScenarioIsInvalid) {
   EXPECT_FALSE(std::filesystem::exists(path("timeline")));
 }
 
-TEST_F(CommandLine, PrintsOneEntryALine) {
+TEST_F(CommandLineTest, PrintsOneEntryALine) {
   const Outcome outcome = zibsim({"run", "--format", "jsonl", write("a.json", twoSteps)});
   EXPECT_EQ(outcome.status, allAsExpected);
   EXPECT_EQ(outcome.errors, "1 passed, 0 failed\n");
@@ -164,7 +164,7 @@ TEST_F(CommandLine, PrintsOneEntryALine) {
   EXPECT_EQ(entries[2].at("do"), "advance");
 }
 
-TEST_F(CommandLine, PrintsForPeopleByDefault) {
+TEST_F(CommandLineTest, PrintsForPeopleByDefault) {
   const std::string file = write("a.json", twoSteps);
   const Outcome outcome = zibsim({"run", file});
   EXPECT_EQ(outcome.status, allAsExpected);
@@ -173,7 +173,7 @@ TEST_F(CommandLine, PrintsForPeopleByDefault) {
   EXPECT_EQ(outcome.output.find('\x1b'), std::string::npos);
 }
 
-TEST_F(CommandLine, ReadsStandardInput) {
+TEST_F(CommandLineTest, ReadsStandardInput) {
   const Outcome outcome = zibsim({"run", "--format", "jsonl", "-"}, twoSteps);
   EXPECT_EQ(outcome.status, allAsExpected);
   EXPECT_EQ(entriesIn(outcome.output).size(), 3U);
@@ -182,7 +182,7 @@ TEST_F(CommandLine, ReadsStandardInput) {
   EXPECT_TRUE(invalid.errors.starts_with("zibsim: -: (root): "));
 }
 
-TEST_F(CommandLine, WritesToAFile) {
+TEST_F(CommandLineTest, WritesToAFile) {
   const std::string file = write("a.json", twoSteps);
   const Outcome outcome = zibsim({"run", "--format", "jsonl", "--output", path("timeline"), file});
   EXPECT_EQ(outcome.status, allAsExpected);
@@ -193,7 +193,7 @@ TEST_F(CommandLine, WritesToAFile) {
   EXPECT_NE(refused.errors.find("cannot be written: No such file or directory"), std::string::npos);
 }
 
-TEST_F(CommandLine, NamesTheScenarioOfEachEntryWithSeveralFiles) {
+TEST_F(CommandLineTest, NamesTheScenarioOfEachEntryWithSeveralFiles) {
   const std::string named = write("a.json", twoSteps);
   const std::string unnamed = write("b.json", R"({"steps": [{"do": "state"}]})");
   const auto entries =
@@ -209,7 +209,7 @@ TEST_F(CommandLine, NamesTheScenarioOfEachEntryWithSeveralFiles) {
   }
 }
 
-TEST_F(CommandLine, FailsWithTheNearestEntriesWhenAnExpectationIsNotMet) {
+TEST_F(CommandLineTest, FailsWithTheNearestEntriesWhenAnExpectationIsNotMet) {
   const std::string file = write("a.json", unmet);
   const std::string met = write("b.json", twoSteps);
   const Outcome lines = zibsim({"run", "--format", "jsonl", file, met});
@@ -229,7 +229,7 @@ TEST_F(CommandLine, FailsWithTheNearestEntriesWhenAnExpectationIsNotMet) {
   EXPECT_NE(toFile.errors.find("expectation 1 is not met"), std::string::npos);
 }
 
-TEST_F(CommandLine, FailsOnAProblemWhenItIsStrict) {
+TEST_F(CommandLineTest, FailsOnAProblemWhenItIsStrict) {
   const std::string file = write("a.json", R"({"name": "silent host",
       "host": {"notificationDelegate": {"class": "Push", "implements": ["didReceive"],
                                         "completes": false}},
@@ -246,7 +246,7 @@ TEST_F(CommandLine, FailsOnAProblemWhenItIsStrict) {
   EXPECT_NE(strict.errors.find("\"code\":\"completionNeverCalled\""), std::string::npos);
 }
 
-TEST_F(CommandLine, PlaysTheFilesOfAFolderInOrderOfName) {
+TEST_F(CommandLineTest, PlaysTheFilesOfAFolderInOrderOfName) {
   std::filesystem::create_directory(path("folder"));
   for (const std::string name : {"c", "a", "b"}) {
     static_cast<void>(write("folder/" + name + ".json", R"({"steps": [{"do": "state"}]})"));
@@ -259,7 +259,7 @@ TEST_F(CommandLine, PlaysTheFilesOfAFolderInOrderOfName) {
   EXPECT_EQ(names, (std::vector<Json>{"a", "a", "b", "b", "c", "c"}));
 }
 
-TEST_F(CommandLine, NamesEachInvalidFile) {
+TEST_F(CommandLineTest, NamesEachInvalidFile) {
   const Outcome outcome =
       zibsim({"run", write("a.json", "{}"), write("b.json", "[]"), write("c.json", twoSteps)});
   EXPECT_EQ(outcome.status, wrongUsage);
@@ -267,7 +267,7 @@ TEST_F(CommandLine, NamesEachInvalidFile) {
   EXPECT_NE(outcome.errors.find("\nzibsim: " + path("b.json") + ": (root): "), std::string::npos);
 }
 
-TEST_F(CommandLine, EndsWithATallyThatNamesWhatFailed) {
+TEST_F(CommandLineTest, EndsWithATallyThatNamesWhatFailed) {
   const std::string met = write("met.json", twoSteps);
   const std::string file = write("file.json", unmet);
   const std::string tally = "2 passed, 1 failed: " + file + " (\"unmet\")\n";
@@ -278,7 +278,7 @@ TEST_F(CommandLine, EndsWithATallyThatNamesWhatFailed) {
   EXPECT_TRUE(lines.errors.ends_with(tally)) << lines.errors;
 }
 
-TEST_F(CommandLine, PrintsInTheOrderGivenHoweverManyPlayAtATime) {
+TEST_F(CommandLineTest, PrintsInTheOrderGivenHoweverManyPlayAtATime) {
   std::vector<std::string> arguments{"run", "--format", "jsonl", "--jobs", "1"};
   for (int index = 0; index < 20; ++index) {
     const Json steps = std::vector<Json>(static_cast<std::size_t>(20 - index), {{"do", "state"}});
@@ -291,7 +291,7 @@ TEST_F(CommandLine, PrintsInTheOrderGivenHoweverManyPlayAtATime) {
   EXPECT_EQ(zibsim(arguments).status, wrongUsage);
 }
 
-TEST_F(CommandLine, WritesAReportForCISystems) {
+TEST_F(CommandLineTest, WritesAReportForCISystems) {
   const std::string report = path("report.xml");
   const Outcome outcome = zibsim({"run", "--junit", report, write("a.json", twoSteps),
                                   write("b.json", R"({"name": "<&\"\u0001", "steps": [],
@@ -307,7 +307,7 @@ TEST_F(CommandLine, WritesAReportForCISystems) {
             std::string::npos);
 }
 
-TEST_F(CommandLine, ShowsATimelineAsAPage) {
+TEST_F(CommandLineTest, ShowsATimelineAsAPage) {
   const Outcome outcome = zibsim({"run", "--format", "html", write("a.json", unmet)});
   EXPECT_EQ(outcome.status, expectationNotMet);
   EXPECT_TRUE(outcome.output.starts_with("<!doctype html>"));
@@ -315,7 +315,7 @@ TEST_F(CommandLine, ShowsATimelineAsAPage) {
   EXPECT_TRUE(outcome.errors.ends_with("0 passed, 1 failed: " + path("a.json") + " (\"unmet\")\n"));
 }
 
-TEST_F(CommandLine, InspectsAPayload) {
+TEST_F(CommandLineTest, InspectsAPayload) {
   const std::string file =
       write("p.apns", R"({"aps": {"alert": "x"}, "club": "gold", "url": "a:b"})");
   const Json json = Json::parse(zibsim({"inspect", "--format", "json", file}).output);
@@ -330,7 +330,7 @@ TEST_F(CommandLine, InspectsAPayload) {
   EXPECT_NE(shown.output.find("notification-delivered"), std::string::npos);
 }
 
-TEST_F(CommandLine, RefusesWhatIsNoPayload) {
+TEST_F(CommandLineTest, RefusesWhatIsNoPayload) {
   const Outcome list = zibsim({"inspect", "-"}, "[]");
   EXPECT_EQ(list.status, wrongUsage);
   EXPECT_EQ(list.output, "");
@@ -341,13 +341,13 @@ TEST_F(CommandLine, RefusesWhatIsNoPayload) {
   EXPECT_EQ(zibsim({"inspect"}).status, wrongUsage);
 }
 
-TEST_F(CommandLine, KeepsEachScenarioInAProcessOfItsOwn) {
+TEST_F(CommandLineTest, KeepsEachScenarioInAProcessOfItsOwn) {
   const std::string file = write("a.json", R"({"steps": [{"do": "configure"}],
       "expect": [{"absent": {"message": "ZibMessaging already configured"}}]})");
   EXPECT_EQ(zibsim({"run", file, file}).status, allAsExpected);
 }
 
-TEST_F(CommandLine, RunsTheSameWayEachTime) {
+TEST_F(CommandLineTest, RunsTheSameWayEachTime) {
   const std::string file = write("a.json", R"({"host": {"firebase": {}, "scenes": [{}]}, "steps": [
       {"do": "configure"}, {"do": "registerForPush"}, {"do": "advance", "seconds": 3},
       {"do": "call", "operation": "setPushToken", "arguments": {"hex": "ab"}, "thread": "other"},
@@ -359,7 +359,7 @@ TEST_F(CommandLine, RunsTheSameWayEachTime) {
   }
 }
 
-TEST_F(CommandLine, CarriesPayloadsOfEveryKindUnchanged) {
+TEST_F(CommandLineTest, CarriesPayloadsOfEveryKindUnchanged) {
   const Json userInfo = Json::parse(R"({"text": "ä🎁\u0000\n\"", "empty": "", "zero": 0,
       "least": -9223372036854775808, "most": 18446744073709551615, "real": 0.1, "large": 1e300,
       "yes": true, "no": false, "null": null, "list": [1, [], {}, null, "a"],
@@ -376,7 +376,7 @@ TEST_F(CommandLine, CarriesPayloadsOfEveryKindUnchanged) {
   EXPECT_EQ(reported.dump(), userInfo.dump());
 }
 
-TEST_F(CommandLine, WritesNothingThatBreaksALine) {
+TEST_F(CommandLineTest, WritesNothingThatBreaksALine) {
   const Outcome outcome = zibsim({"run", "--format", "jsonl", "-"},
                                  R"({"steps": [{"do": "call", "operation": "setFCMToken",
                      "arguments": {"token": "a\u0085b\u2028c\u2029d\ne"}}]})");
@@ -386,7 +386,7 @@ TEST_F(CommandLine, WritesNothingThatBreaksALine) {
             "a\u0085b\u2028c\u2029d\ne...");
 }
 
-TEST_F(CommandLine, TakesNullForWhatIsNotThere) {
+TEST_F(CommandLineTest, TakesNullForWhatIsNotThere) {
   EXPECT_EQ(zibsim({"run", "-"}, R"({
     "core": {"config": null, "pushConfigEndpoint": null},
     "device": {"authorization": {"error": null}},
@@ -410,7 +410,7 @@ Json heavyPayload() {
           {"pn_campaign_id", "heavy"}};
 }
 
-TEST_F(CommandLine, CarriesHeavyPayloads) {
+TEST_F(CommandLineTest, CarriesHeavyPayloads) {
   const Json userInfo = heavyPayload();
   const Json scenario = {
       {"host", {{"notificationDelegate", {{"class", "Push"}, {"implements", {"willPresent"}}}}}},
@@ -432,9 +432,9 @@ std::optional<pid_t> childOf(pid_t process) {
 
 // A run in its midst: nobody reads what it writes, which is more than the pipes between the
 // processes hold.
-class RunInProgress : public CommandLine {
+class RunInProgressTest : public CommandLineTest {
  protected:
-  RunInProgress() {
+  RunInProgressTest() {
     ::setenv("TMPDIR", path("tmp").c_str(), 1);  // NOLINT(concurrency-mt-unsafe): nobody else runs
     std::filesystem::create_directory(path("tmp"));
     const Json step = {{"do", "call"},
@@ -463,7 +463,7 @@ class RunInProgress : public CommandLine {
   pid_t child_ = -1;
 };
 
-TEST_F(RunInProgress, TellsThatTheProcessOfAScenarioDied) {
+TEST_F(RunInProgressTest, TellsThatTheProcessOfAScenarioDied) {
   // The first entry has come.
   pollfd output{reader_, POLLIN, 0};
   ASSERT_EQ(::poll(&output, 1, -1), 1);
@@ -483,7 +483,7 @@ TEST_F(RunInProgress, TellsThatTheProcessOfAScenarioDied) {
   EXPECT_TRUE(left().empty());
 }
 
-TEST_F(RunInProgress, LeavesNothingWhenItsReaderGoes) {
+TEST_F(RunInProgressTest, LeavesNothingWhenItsReaderGoes) {
   ::close(reader_);
   EXPECT_EQ(statusOf(zibsim_), wrongUsage);
   EXPECT_EQ(contentsOf(path("err")),
@@ -491,11 +491,11 @@ TEST_F(RunInProgress, LeavesNothingWhenItsReaderGoes) {
   EXPECT_TRUE(left().empty());
 }
 
-class InterruptedRun : public RunInProgress, public testing::WithParamInterface<int> {};
+class InterruptedRunTest : public RunInProgressTest, public testing::WithParamInterface<int> {};
 
-INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedRun, testing::Values(SIGINT, SIGTERM, SIGHUP));
+INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedRunTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
-TEST_P(InterruptedRun, LeavesNothingAndEndsByTheSignal) {
+TEST_P(InterruptedRunTest, LeavesNothingAndEndsByTheSignal) {
   ASSERT_EQ(::kill(zibsim_, GetParam()), 0);
   // The write that is under way is let through.
   ::close(reader_);

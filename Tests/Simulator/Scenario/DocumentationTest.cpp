@@ -70,7 +70,7 @@ void expectRows(std::string_view table, const std::vector<Row>& rows) {
   }
 }
 
-TEST(Documentation, ExamplesRunAndMeetTheirExpectations) {
+TEST(DocumentationTest, ExamplesRunAndMeetTheirExpectations) {
   const auto all = examples();
   EXPECT_EQ(all.size(), 2U);
   for (const std::string& example : all) {
@@ -83,13 +83,13 @@ TEST(Documentation, ExamplesRunAndMeetTheirExpectations) {
   }
 }
 
-TEST(Documentation, ListsEveryStepWithItsFields) { expectRows("do", sim::verbs()); }
+TEST(DocumentationTest, ListsEveryStepWithItsFields) { expectRows("do", sim::verbs()); }
 
-TEST(Documentation, ListsEveryOperationWithItsArguments) {
+TEST(DocumentationTest, ListsEveryOperationWithItsArguments) {
   expectRows("operation", sim::operationRows());
 }
 
-TEST(Documentation, ListsEveryFault) {
+TEST(DocumentationTest, ListsEveryFault) {
   for (const std::string_view fault : sim::allNames<sim::Fault>())
     EXPECT_NE(rowOf("fault", fault), "") << fault;
 }

@@ -23,22 +23,22 @@ bool areMet(const Json& expectations) {
   return sim::unmetExpectations(expectations, timeline({first, event, second})).empty();
 }
 
-TEST(Expectations, AreMatchedInOrder) {
+TEST(ExpectationsTest, AreMatchedInOrder) {
   EXPECT_TRUE(areMet({first, second}));
   EXPECT_TRUE(areMet({first, event, second}));
   EXPECT_FALSE(areMet({second, first}));
 }
 
-TEST(Expectations, MatchEachEntryOnce) { EXPECT_FALSE(areMet({first, first})); }
+TEST(ExpectationsTest, MatchEachEntryOnce) { EXPECT_FALSE(areMet({first, first})); }
 
-TEST(Expectations, MatchObjectsKeyByKey) {
+TEST(ExpectationsTest, MatchObjectsKeyByKey) {
   EXPECT_TRUE(areMet({{{"data", Json::object()}}}));
   EXPECT_TRUE(areMet({{{"data", {{"club", "gold"}}}}}));
   EXPECT_FALSE(areMet({{{"data", {{"club", "silver"}}}}}));
   EXPECT_FALSE(areMet({{{"data", {{"node", nullptr}}}}}));
 }
 
-TEST(Expectations, MatchOtherValuesExactly) {
+TEST(ExpectationsTest, MatchOtherValuesExactly) {
   EXPECT_TRUE(areMet({{{"data", {{"list", {1, {{"a", 1}}}}}}}}));
   EXPECT_FALSE(areMet({{{"data", {{"list", {1}}}}}}));
   EXPECT_FALSE(areMet({{{"data", {{"list", {1, Json::object()}}}}}}));
@@ -47,17 +47,17 @@ TEST(Expectations, MatchOtherValuesExactly) {
   EXPECT_FALSE(areMet({{{"data", "gold"}}}));
 }
 
-TEST(Expectations, OfAbsenceLookAtEveryEntry) {
+TEST(ExpectationsTest, OfAbsenceLookAtEveryEntry) {
   EXPECT_TRUE(areMet({second, {{"absent", {{"kind", "problem"}}}}}));
   EXPECT_FALSE(areMet({second, {{"absent", first}}}));
   EXPECT_FALSE(areMet({{{"absent", Json::object()}}}));
 }
 
-TEST(Expectations, OfAbsenceDoNotMoveOn) {
+TEST(ExpectationsTest, OfAbsenceDoNotMoveOn) {
   EXPECT_TRUE(areMet({{{"absent", {{"kind", "problem"}}}}, first, second}));
 }
 
-TEST(Expectations, ThatAreNotMetComeWithTheNearestEntries) {
+TEST(ExpectationsTest, ThatAreNotMetComeWithTheNearestEntries) {
   const auto unmet = sim::unmetExpectations({{{"kind", "log"}, {"message", "third"}}},
                                             timeline({first, event, second}));
   ASSERT_EQ(unmet.size(), 1U);
@@ -68,7 +68,7 @@ TEST(Expectations, ThatAreNotMetComeWithTheNearestEntries) {
     {"t":0.0,"thread":"main","kind":"log","message":"second"})");
 }
 
-TEST(Expectations, ThatMatchNothingComeWithEntriesOfTheSameKeysLaterOnesFirst) {
+TEST(ExpectationsTest, ThatMatchNothingComeWithEntriesOfTheSameKeysLaterOnesFirst) {
   const Json list = {{"data", {{"list", {1}}}}};
   EXPECT_EQ(sim::unmetExpectations(Json::array({list}), timeline({first, event, second})).front(),
             R"(expectation 0 is not met: {"data":{"list":[1]}}
@@ -82,7 +82,7 @@ TEST(Expectations, ThatMatchNothingComeWithEntriesOfTheSameKeysLaterOnesFirst) {
     {"t":0.0,"thread":"main","kind":"log","message":"first"})");
 }
 
-TEST(Expectations, ThatAreNotMetDoNotHideTheNext) {
+TEST(ExpectationsTest, ThatAreNotMetDoNotHideTheNext) {
   const auto unmet = sim::unmetExpectations({{{"code", "none"}}, first, {{"absent", event}}},
                                             timeline({first, event}));
   ASSERT_EQ(unmet.size(), 2U);
@@ -91,7 +91,7 @@ TEST(Expectations, ThatAreNotMetDoNotHideTheNext) {
   EXPECT_NE(unmet.back().find("this entry is there:"), std::string::npos);
 }
 
-TEST(Expectations, SayWhenAnEntryComesTooEarly) {
+TEST(ExpectationsTest, SayWhenAnEntryComesTooEarly) {
   const auto unmet = sim::unmetExpectations({second, first}, timeline({first, second}));
   ASSERT_EQ(unmet.size(), 1U);
   EXPECT_NE(unmet.front().find("comes before"), std::string::npos);

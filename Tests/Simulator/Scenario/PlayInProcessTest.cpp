@@ -29,15 +29,15 @@ std::optional<sim::Death> deathAfter(Act act) {
   return death;
 }
 
-TEST(PlayInProcess, NamesTheSignalThatKilledTheProcess) {
+TEST(ProcessTest, NamesTheSignalThatKilledTheProcess) {
   EXPECT_EQ(deathAfter([] { std::raise(SIGKILL); }), "it was killed by the signal SIGKILL");
 }
 
-TEST(PlayInProcess, TellsTheStatusOfAProcessThatEndedEarly) {
+TEST(ProcessTest, TellsTheStatusOfAProcessThatEndedEarly) {
   EXPECT_EQ(deathAfter([] { ::_exit(7); }), "it ended early with status 7");
 }
 
-TEST(PlayInProcess, HandsOverTheEntriesInOrder) {
+TEST(ProcessTest, HandsOverTheEntriesInOrder) {
   const auto scenario =
       sim::readScenario(R"({"steps": [{"do": "state"}, {"do": "advance", "seconds": 1}]})", "");
   std::vector<std::string> kinds;

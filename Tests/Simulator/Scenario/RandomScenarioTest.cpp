@@ -176,7 +176,7 @@ class Generator {
   int scenes_ = 0;
 };
 
-class RandomScenario : public testing::TestWithParam<unsigned> {
+class RandomScenarioTest : public testing::TestWithParam<unsigned> {
  protected:
   // The entries of one step, its main-queue work included.
   using Entries = std::vector<Json>;
@@ -229,9 +229,9 @@ class RandomScenario : public testing::TestWithParam<unsigned> {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(BySeed, RandomScenario, testing::Range(0U, 20U));
+INSTANTIATE_TEST_SUITE_P(BySeed, RandomScenarioTest, testing::Range(0U, 20U));
 
-TEST_P(RandomScenario, CompletesEachCallbackOnceAndComesBeforeTheHost) {
+TEST_P(RandomScenarioTest, CompletesEachCallbackOnceAndComesBeforeTheHost) {
   constexpr unsigned scenariosOfOneSeed = 5;
   for (unsigned each = 0; each < scenariosOfOneSeed; ++each) {
     const Json described = Generator(GetParam() * scenariosOfOneSeed + each).scenario();

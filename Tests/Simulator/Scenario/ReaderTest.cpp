@@ -34,14 +34,14 @@ struct Mistake {
   }
 };
 
-class RefusedScenario : public testing::TestWithParam<Mistake> {};
+class RefusedScenarioTest : public testing::TestWithParam<Mistake> {};
 
-TEST_P(RefusedScenario, IsPointedAt) {
+TEST_P(RefusedScenarioTest, IsPointedAt) {
   EXPECT_EQ(complaintAbout(GetParam().scenario), GetParam().complaint);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Document, RefusedScenario,
+    Document, RefusedScenarioTest,
     testing::Values(
         Mistake{"NoObject", "[]", "(root): got a list; allowed: an object"},
         Mistake{"NoSteps", "{}", R"((root): the key "steps" is missing; allowed: a value for it)"},
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
     test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
-    UnknownKey, RefusedScenario,
+    UnknownKey, RefusedScenarioTest,
     testing::Values(
         Mistake{"InTheDevice", R"({"steps": [], "device": {"os": "17.0"}})",
                 R"(/device/os: unknown key; allowed: "osVersion", "bundlePath", "application", )"
@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
     test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
-    WrongValue, RefusedScenario,
+    WrongValue, RefusedScenarioTest,
     testing::Values(
         Mistake{"SectionIsNull", R"({"steps": [], "device": null})",
                 "/device: got null; allowed: an object"},
@@ -166,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
     test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
-    Step, RefusedScenario,
+    Step, RefusedScenarioTest,
     testing::Values(
         Mistake{"IsNoObject", withStep(R"("configure")"),
                 R"(/steps/0: got "configure"; allowed: an object)"},
@@ -220,7 +220,7 @@ INSTANTIATE_TEST_SUITE_P(
     test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
-    HostClass, RefusedScenario,
+    HostClass, RefusedScenarioTest,
     testing::Values(
         Mistake{
             "InTwoWays", withHost(R"({"appDelegate": {"class": "A"},
@@ -248,13 +248,13 @@ INSTANTIATE_TEST_SUITE_P(
                 R"(/host/appDelegate/class: got ""; allowed: the name of a class)"}),
     test::rowName);
 
-TEST(Reader, ListsWhatIsAllowedForAnUnknownVerb) {
+TEST(ReaderTest, ListsWhatIsAllowedForAnUnknownVerb) {
   const std::string complaint = complaintAbout(withStep(R"({"do": "tap"})"));
   EXPECT_TRUE(complaint.starts_with(R"(/steps/0/do: got "tap"; allowed: "configure", )"))
       << complaint;
 }
 
-TEST(Reader, ListsWhatIsAllowedForAnUnknownOperation) {
+TEST(ReaderTest, ListsWhatIsAllowedForAnUnknownOperation) {
   const std::string complaint =
       complaintAbout(withStep(R"({"do": "call", "operation": "tap", "arguments": {}})"));
   EXPECT_TRUE(
@@ -262,7 +262,7 @@ TEST(Reader, ListsWhatIsAllowedForAnUnknownOperation) {
       << complaint;
 }
 
-TEST(Reader, ShortensWhatItQuotes) {
+TEST(ReaderTest, ShortensWhatItQuotes) {
   const std::string endless(100'000, 'a');
   const std::string syntax = complaintAbout(R"({"name": ")" + endless);
   EXPECT_LT(syntax.size(), 300U);
@@ -271,7 +271,7 @@ TEST(Reader, ShortensWhatItQuotes) {
   EXPECT_EQ(value.find(endless), std::string::npos);
 }
 
-TEST(Reader, RefusesNestingWithoutEnd) {
+TEST(ReaderTest, RefusesNestingWithoutEnd) {
   constexpr std::size_t depth = 200'000;
   const std::string lists = std::string(depth, '[') + std::string(depth, ']');
   EXPECT_EQ(complaintAbout(R"({"steps": [], "expect": [{"kind": )" + lists + "}]}"),
@@ -280,7 +280,7 @@ TEST(Reader, RefusesNestingWithoutEnd) {
             "/steps/0/userInfo/a: nested too deep; allowed: 1040 levels in a scenario");
 }
 
-TEST(Reader, TakesAPayloadAsDeepAsThePlatformDoes) {
+TEST(ReaderTest, TakesAPayloadAsDeepAsThePlatformDoes) {
   const auto payload = [](std::size_t depth) {
     return withStep(R"({"do": "present", "userInfo": {"a": )" + std::string(depth - 1, '[') +
                     std::string(depth - 1, ']') + "}}");
@@ -290,7 +290,7 @@ TEST(Reader, TakesAPayloadAsDeepAsThePlatformDoes) {
             "/steps/0/userInfo: nested too deep; allowed: 1024 levels");
 }
 
-TEST(Reader, FillsInWhatIsLeftOut) {
+TEST(ReaderTest, FillsInWhatIsLeftOut) {
   const sim::Scenario scenario = sim::readScenario(R"({"steps": []})", "from the file");
   EXPECT_EQ(scenario.name, "from the file");
   EXPECT_EQ(scenario.device.osVersion, (sim::SystemVersion{17, 0}));
@@ -314,7 +314,7 @@ TEST(Reader, FillsInWhatIsLeftOut) {
   EXPECT_FALSE(scenario.host.urlDelegate);
 }
 
-TEST(Reader, FillsInWhatADelegateLeavesOut) {
+TEST(ReaderTest, FillsInWhatADelegateLeavesOut) {
   const sim::Scenario scenario =
       sim::readScenario(withHost(R"({"appDelegate": {"class": "A"}})"), "unnamed");
   const sim::HostClassDescription& cls = scenario.hostClasses.at("A");
@@ -325,7 +325,7 @@ TEST(Reader, FillsInWhatADelegateLeavesOut) {
   EXPECT_TRUE(cls.completes);
 }
 
-TEST(Reader, TakesOneClassTwiceIfItIsDescribedAlike) {
+TEST(ReaderTest, TakesOneClassTwiceIfItIsDescribedAlike) {
   const sim::Scenario scenario =
       sim::readScenario(withHost(R"({"appDelegate": {"class": "B", "superclass": {"class": "A"}},
                    "notificationDelegate": {"class": "A"},

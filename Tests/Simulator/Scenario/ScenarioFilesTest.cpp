@@ -35,20 +35,20 @@ const std::map<fs::path, Json>& scenarios() {
   return all;
 }
 
-TEST(ScenarioFiles, StandInAFolderBySubject) {
+TEST(ScenarioFilesTest, StandInAFolderBySubject) {
   ASSERT_FALSE(scenarios().empty());
   for (const auto& [path, scenario] : scenarios()) {
     EXPECT_EQ(std::distance(path.begin(), path.end()), 2) << path << ": allowed: SUBJECT/NAME.json";
   }
 }
 
-TEST(ScenarioFiles, DoNotRepeatTheirFolderInTheirName) {
+TEST(ScenarioFilesTest, DoNotRepeatTheirFolderInTheirName) {
   for (const auto& [path, scenario] : scenarios()) {
     EXPECT_FALSE(path.filename().string().starts_with(path.parent_path().string() + "-")) << path;
   }
 }
 
-TEST(ScenarioFiles, HaveASentenceForATitle) {
+TEST(ScenarioFilesTest, HaveASentenceForATitle) {
   for (const auto& [path, scenario] : scenarios()) {
     const std::string title = scenario.value("name", "");
     ASSERT_FALSE(title.empty()) << path;
@@ -58,7 +58,7 @@ TEST(ScenarioFiles, HaveASentenceForATitle) {
   }
 }
 
-TEST(ScenarioFiles, HaveATitleOfTheirOwn) {
+TEST(ScenarioFilesTest, HaveATitleOfTheirOwn) {
   std::map<std::string, fs::path> seen;
   for (const auto& [path, scenario] : scenarios()) {
     const auto [first, isNew] = seen.emplace(scenario.value("name", ""), path);
@@ -66,7 +66,7 @@ TEST(ScenarioFiles, HaveATitleOfTheirOwn) {
   }
 }
 
-TEST(ScenarioFiles, LeaveUnexpectedProblemsToTheRun) {
+TEST(ScenarioFilesTest, LeaveUnexpectedProblemsToTheRun) {
   const Json needless = {{"absent", {{"kind", "problem"}}}};
   for (const auto& [path, scenario] : scenarios()) {
     for (const Json& item : scenario.value("expect", Json::array())) {
@@ -75,7 +75,7 @@ TEST(ScenarioFiles, LeaveUnexpectedProblemsToTheRun) {
   }
 }
 
-TEST(ScenarioFiles, ExpectSomething) {
+TEST(ScenarioFilesTest, ExpectSomething) {
   for (const auto& [path, scenario] : scenarios()) {
     EXPECT_FALSE(scenario.value("expect", Json::array()).empty()) << path;
   }

@@ -1,6 +1,7 @@
 // What a host or a core throws stays where it was thrown: the operation goes on, the system gets
 // its completion, and the core hears of it once.
 
+#include "Tests/Support/RowName.h"
 #include "ZibMessaging/Private/Containment.h"
 
 #include <gtest/gtest.h>
@@ -104,7 +105,7 @@ class ContainmentTest : public testing::TestWithParam<Thrown> {
 };
 
 INSTANTIATE_TEST_SUITE_P(EveryKind, ContainmentTest, testing::ValuesIn(test::everyThrown),
-                         test::nameOf);
+                         test::rowName);
 
 using Lines = std::vector<std::string>;
 

@@ -1,3 +1,4 @@
+#include "Tests/Support/PlatformTest.h"
 #include "ZibMessaging/Private/RemotePushConfig.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +10,6 @@
 #include "Tests/Support/RowName.h"
 #include "ZibMessaging/ZibPushError.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace {
 
@@ -34,10 +34,7 @@ zib::RemotePushConfig configFrom(const ValueMap& document) {
   return zib::RemotePushConfig::from(zib::Dictionary::from(document));
 }
 
-class RemotePushConfigTest : public testing::Test {
- private:
-  zib::AutoreleasePool pool_;
-};
+class RemotePushConfigTest : public test::PlatformTest {};
 
 TEST_F(RemotePushConfigTest, TakesATrueTogglesURL) {
   const auto config =
@@ -71,10 +68,8 @@ struct Toggle {
   bool enabled;
 };
 
-class RemotePushConfigToggleTest : public testing::TestWithParam<Toggle> {
- private:
-  zib::AutoreleasePool pool_;
-};
+class RemotePushConfigToggleTest : public test::PlatformTest,
+                                   public testing::WithParamInterface<Toggle> {};
 
 TEST_P(RemotePushConfigToggleTest, ReadsAsABoolean) {
   EXPECT_EQ(configFrom({{"ios_config_toggle", GetParam().value}}).enabled, GetParam().enabled);
@@ -151,10 +146,7 @@ constexpr std::string_view xmlPlist = R"(<?xml version="1.0" encoding="UTF-8"?>
 <key>IS_ADS_ENABLED</key><false/>
 </dict></plist>)";
 
-class FirebasePlistTest : public testing::Test {
- private:
-  zib::AutoreleasePool pool_;
-};
+class FirebasePlistTest : public test::PlatformTest {};
 
 TEST_F(FirebasePlistTest, IsRead) {
   const auto plist = zib::readFirebasePlist(reply(xmlPlist));

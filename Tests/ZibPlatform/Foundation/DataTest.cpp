@@ -1,9 +1,9 @@
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Data.h"
 
 #include <gtest/gtest.h>
 
 #include "ZibPlatform/Foundation/Strings.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -12,12 +12,9 @@ namespace {
 using zib::Bytes;
 using zib::objc::id;
 
-class DataTest : public testing::Test {
+class DataTest : public test::PlatformTest {
  protected:
   static Bytes copyOf(std::span<const std::uint8_t> bytes) { return {bytes.begin(), bytes.end()}; }
-
- private:
-  zib::AutoreleasePool pool_;
 };
 
 TEST_F(DataTest, BytesComeBackAsTheyWent) {

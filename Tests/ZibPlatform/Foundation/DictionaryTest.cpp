@@ -1,9 +1,9 @@
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Dictionary.h"
 
 #include <gtest/gtest.h>
 
 #include "ZibPlatform/Foundation/ValueConversion.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -20,10 +20,7 @@ using zib::ValueMap;
 using zib::objc::id;
 using zib::objc::UInteger;
 
-class DictionaryTest : public testing::Test {
- private:
-  zib::AutoreleasePool pool_;
-};
+class DictionaryTest : public test::PlatformTest {};
 
 TEST_F(DictionaryTest, TheDefaultIsEmptyAndStillHasAnObject) {
   const Dictionary dictionary;

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
@@ -11,10 +11,7 @@ namespace {
 using zib::ValueMap;
 using zib::objc::id;
 
-class DictionaryTextKeysTest : public testing::Test {
- private:
-  zib::AutoreleasePool pool_;
-};
+class DictionaryTextKeysTest : public test::PlatformTest {};
 
 TEST_F(DictionaryTextKeysTest, AcceptsTextKeysAndNone) {
   EXPECT_TRUE(zib::Dictionary::withTextKeys(zib::objectFrom(ValueMap{{"a", 1}})));

@@ -1,12 +1,11 @@
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Error.h"
 
 #include <gtest/gtest.h>
 
-#include "Simulator/Foundation/Foundation.h"
 #include "Tests/Support/Exceptions.h"
 #include "ZibPlatform/Foundation/ErrorPointer.h"
 #include "ZibPlatform/Foundation/Strings.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -18,13 +17,7 @@ using zib::selector;
 using zib::send;
 using zib::objc::id;
 
-class ErrorTest : public testing::Test {
- protected:
-  ErrorTest() { sim::installFoundation(); }
-
- private:
-  zib::AutoreleasePool pool_;
-};
+class ErrorTest : public test::FoundationTest {};
 
 void expectNoneGiven(const Error& error) {
   EXPECT_EQ(error.domain, "ZibMessaging");

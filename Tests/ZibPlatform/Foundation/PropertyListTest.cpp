@@ -1,3 +1,4 @@
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/PropertyList.h"
 
 #include <gtest/gtest.h>
@@ -6,17 +7,13 @@
 
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace {
 
 using zib::Value;
 using zib::ValueMap;
 
-class PlatformPropertyListTest : public testing::Test {
- private:
-  zib::AutoreleasePool pool_;
-};
+class PlatformPropertyListTest : public test::PlatformTest {};
 
 TEST_F(PlatformPropertyListTest, WritesXMLThatReadsBack) {
   const ValueMap values{{"text", "a < b & c"},

@@ -1,3 +1,4 @@
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Strings.h"
 
 #include <gtest/gtest.h>
@@ -5,7 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -20,7 +20,7 @@ using zib::utf8From;
 using zib::objc::id;
 using zib::objc::UInteger;
 
-class StringsTest : public testing::Test {
+class StringsTest : public test::PlatformTest {
  protected:
   static std::string roundTrip(std::string_view text) { return utf8From(makeString(text).raw()); }
   // A part of a text, which can begin or end inside of a character.
@@ -31,9 +31,6 @@ class StringsTest : public testing::Test {
   static UInteger length(const zib::Object& string) {
     return send<UInteger>(string.raw(), selector<"length">());
   }
-
- private:
-  zib::AutoreleasePool pool_;
 };
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";

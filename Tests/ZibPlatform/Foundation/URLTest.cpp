@@ -1,12 +1,11 @@
 // What a string must be to be a URL, and what a URL gives.
 
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/URL.h"
 
 #include <gtest/gtest.h>
 
-#include "Simulator/Foundation/Foundation.h"
 #include "ZibPlatform/Foundation/Strings.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 
 namespace {
@@ -14,13 +13,7 @@ namespace {
 using namespace std::string_view_literals;
 using zib::URL;
 
-class PlatformURLTest : public testing::Test {
- protected:
-  PlatformURLTest() { sim::installFoundation(); }
-
- private:
-  zib::AutoreleasePool pool_;
-};
+class PlatformURLTest : public test::FoundationTest {};
 
 TEST_F(PlatformURLTest, WhatIsNoURLIsRefusedAndNotRepaired) {
   for (const std::string_view text :

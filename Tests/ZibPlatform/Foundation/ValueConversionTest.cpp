@@ -1,3 +1,4 @@
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 
 #include <gtest/gtest.h>
@@ -6,10 +7,8 @@
 #include <limits>
 #include <set>
 
-#include "Simulator/Foundation/Foundation.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/URL.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -28,13 +27,9 @@ using zib::ValueMap;
 using zib::objc::BOOL;
 using zib::objc::id;
 
-class ValueConversionTest : public testing::Test {
+class ValueConversionTest : public test::FoundationTest {
  protected:
-  ValueConversionTest() { sim::installFoundation(); }
   static Value roundTrip(const Value& value) { return valueFrom(objectFrom(value).raw()); }
-
- private:
-  zib::AutoreleasePool pool_;
 };
 
 template <class T>

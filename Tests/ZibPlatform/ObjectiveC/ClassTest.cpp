@@ -1,12 +1,12 @@
 // Selectors, classes and methods of the runtime, and making classes.
 
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 
 #include <gtest/gtest.h>
 
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "ZibPlatform/Foundation/Strings.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
@@ -25,10 +25,7 @@ using zib::send;
 using zib::objc::id;
 using zib::objc::SEL;
 
-class ClassTest : public testing::Test {
- private:
-  zib::AutoreleasePool pool_;
-};
+class ClassTest : public test::PlatformTest {};
 
 Object make(Class cls) { return Object::adopted(send<id>(cls.object(), selector<"new">())); }
 

@@ -1,5 +1,6 @@
 // Who keeps a platform object alive, and for how long.
 
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +33,7 @@ void dealloc(id self, SEL command) {
   zib::callImplementation<void>(inherited.implementation(), self, zib::Selector(command));
 }
 
-class ObjectTest : public testing::Test {
+class ObjectTest : public test::PlatformTest {
  protected:
   static id makeMortal() {
     static const zib::Class cls = zib::ClassBuilder("ObjectTestMortal", classNamed<"NSObject">())
@@ -43,9 +44,6 @@ class ObjectTest : public testing::Test {
   static UInteger owners(const Object& object) {
     return send<UInteger>(object.raw(), selector<"retainCount">());
   }
-
- private:
-  zib::AutoreleasePool pool_;
 };
 
 TEST_F(ObjectTest, AnAdoptedObjectDiesWithItsOnlyOwner) {

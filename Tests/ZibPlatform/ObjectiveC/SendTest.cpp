@@ -1,3 +1,4 @@
+#include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +7,6 @@
 
 #include "Tests/Support/Exceptions.h"
 #include "ZibPlatform/Foundation/Strings.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
@@ -23,10 +23,7 @@ using zib::objc::id;
 using zib::objc::SEL;
 using zib::objc::UInteger;
 
-class SendTest : public testing::Test {
- private:
-  zib::AutoreleasePool pool_;
-};
+class SendTest : public test::PlatformTest {};
 
 struct Seen {
   id receiver = nullptr;
