@@ -10,7 +10,11 @@
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
 
@@ -91,6 +95,7 @@ void openURL(const char* url) {
 }
 
 void liveThroughADay() {
+  const zib::AutoreleasePool pool;  // a host in C has none
   const Object sale =
       zib::objectFrom(ValueMap{{"aps", ValueMap{{"alert", "Autumn sale: 20% off until Sunday"}}},
                                {"pn_campaign_id", "autumn-2026"},
