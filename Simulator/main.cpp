@@ -34,6 +34,11 @@ class CommandLine {
   CommandLine() : app_("zibsim, the simulated device: what does the messaging module do?") {
     app_.set_version_flag("--version", version);
     app_.require_subcommand(1);
+    app_.footer(
+        "Exit status: 0 all went as expected; 1 an expectation was not met; 2 the command line or "
+        "a\n"
+        "file is wrong, nothing was run; 3 a scenario's process died.\n"
+        "Each command has its own --help.");
     addRun();
     addInspect();
     addServe();

@@ -16,6 +16,8 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <regex>
+#include <set>
 #include <sstream>
 #include <thread>
 
@@ -108,6 +110,32 @@ TEST_F(CommandLineTest, HelpsAndTellsItsVersion) {
   EXPECT_NE(zibsim({"--help"}).output.find("run"), std::string::npos);
   EXPECT_EQ(zibsim({"--version"}).status, allAsExpected);
   EXPECT_TRUE(zibsim({"--version"}).output.starts_with("zibsim "));
+}
+
+// The options, as the page writes them, that a command's help names.
+std::set<std::string> optionsIn(const std::string& help) {
+  std::set<std::string> options;
+  const std::regex option("--[a-z][a-z-]*");
+  for (std::sregex_iterator match(help.begin(), help.end(), option), end; match != end; ++match) {
+    options.insert(std::regex_replace(match->str(), std::regex("-"), "\\-"));
+  }
+  return options;
+}
+
+TEST_F(CommandLineTest, HasAPageInTheManualForEachCommandAndOption) {
+  const std::string page = contentsOf(ZIBSIM_MANUAL);
+  const std::regex command("\n  ([a-z]+) +[A-Z]");
+  const std::string help = zibsim({"--help"}).output;
+  int commands = 0;
+  for (std::sregex_iterator match(help.begin(), help.end(), command), end; match != end; ++match) {
+    ++commands;
+    const std::string name = (*match)[1];
+    EXPECT_NE(page.find("\n.SS " + name + "\n"), std::string::npos) << name;
+    for (const std::string& option : optionsIn(zibsim({name, "--help"}).output)) {
+      EXPECT_NE(page.find(option), std::string::npos) << name << " " << option;
+    }
+  }
+  EXPECT_GE(commands, 3);
 }
 
 TEST_F(CommandLineTest, RefusesWhatItDoesNotKnow) {
