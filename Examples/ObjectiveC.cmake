@@ -16,13 +16,21 @@ enable_language(OBJCXX)
 set(CMAKE_PCH_EXTENSION ${ZIB_PCH_EXTENSION})
 set(CMAKE_PCH_PROLOGUE ${ZIB_PCH_PROLOGUE})
 
-# The headers of the object runtime are GCC's, and come last: its others are not for clang.
-execute_process(COMMAND g++ -print-file-name=include
-  OUTPUT_VARIABLE ZIB_GCC_HEADERS OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+# The headers of the object runtime are GCC's, of the version whose libraries clang takes, and come last:
+# its others are not for clang.
+execute_process(COMMAND ${ZIB_CLANGXX} -print-file-name=libobjc.so
+  OUTPUT_VARIABLE ZIB_OBJC_LIBRARY OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+cmake_path(GET ZIB_OBJC_LIBRARY PARENT_PATH ZIB_GCC_FOLDER)
+if(NOT EXISTS ${ZIB_GCC_FOLDER}/include/objc/objc.h)
+  message(FATAL_ERROR "clang takes GCC's libraries from \"${ZIB_GCC_FOLDER}\", where the object runtime is missing; "
+    "allowed: the libobjc-dev package of that version of GCC")
+endif()
+execute_process(COMMAND gnustep-config --variable=GNUSTEP_SYSTEM_HEADERS
+  OUTPUT_VARIABLE ZIB_GNUSTEP_HEADERS OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 foreach(option
     -fobjc-runtime=gcc -fblocks -fexceptions -fobjc-exceptions
     -fconstant-string-class=NSConstantString -D_NATIVE_OBJC_EXCEPTIONS
-    "SHELL:-isystem /usr/include/GNUstep" "SHELL:-idirafter ${ZIB_GCC_HEADERS}"
+    "SHELL:-isystem ${ZIB_GNUSTEP_HEADERS}" "SHELL:-idirafter ${ZIB_GCC_FOLDER}/include"
     -Wall -Wextra -Wconversion -Wshadow -Werror -Wno-unused-parameter)
   add_compile_options("$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${option}>")
 endforeach()

@@ -93,6 +93,10 @@ class Checks final : public nlohmann::json_sax<Json> {
 
 Json parseDocument(std::string_view text) {
   constexpr std::size_t longestDetail = 200;
+  constexpr std::string_view whitespace = " \t\r\n";
+  if (text.find_first_not_of(whitespace) == std::string_view::npos) {
+    throw ScenarioError("", "there is no text", "a JSON document");
+  }
   Checks checks;
   Json::sax_parse(text, &checks);
   try {

@@ -118,7 +118,9 @@ std::string otherBinary(const Tree& tree) {
 
 Tree otherTree(const std::string& bytes) {
   plist_t tree = nullptr;
-  plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &tree);
+  // One function for both forms takes other arguments in each version of the library.
+  const auto read = bytes.starts_with("bplist") ? &plist_from_bin : &plist_from_xml;
+  read(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &tree);
   return {tree, &plist_free};
 }
 

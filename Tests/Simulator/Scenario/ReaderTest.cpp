@@ -49,10 +49,8 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"Syntax", R"({"steps": [})",
                 "(root): parse error at line 1, column 12: syntax error while parsing value - "
                 "unexpected '}'; expected '[', '{', or a literal; allowed: a JSON document"},
-        Mistake{
-            "Empty", "",
-            "(root): parse error at line 1, column 1: syntax error while parsing value - "
-            "unexpected end of input; expected '[', '{', or a literal; allowed: a JSON document"},
+        Mistake{"Empty", "", "(root): there is no text; allowed: a JSON document"},
+        Mistake{"Blank", " \r\n\t", "(root): there is no text; allowed: a JSON document"},
         Mistake{"NumberOutOfRange", R"({"steps": [], "name": 1e999})",
                 "(root): number overflow parsing '1e999'; allowed: a JSON document"},
         Mistake{"DuplicateKey", R"({"steps": [], "steps": []})",
