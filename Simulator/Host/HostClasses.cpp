@@ -8,7 +8,6 @@
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/DelegateMessages.h"
 #include "Simulator/UserNotifications/DelegateMessages.h"
-#include "ZibMessaging/Private/TokenText.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Strings.h"
@@ -57,7 +56,7 @@ struct Methods {
   static const HostClassDescription& cls() { return slots()[Slot]; }
 
   static void didRegister(id self, SEL selector, id /*application*/, id token) {
-    record(cls(), self, selector, {{"token", zib::hexText(zib::bytesOf(token))}});
+    record(cls(), self, selector, {{"token", hexFrom(zib::bytesOf(token))}});
   }
 
   static void didFail(id self, SEL selector, id /*application*/, id error) {

@@ -1,138 +1,156 @@
 #include "Simulator/Host/Module.h"
 
+#include "Simulator/Host/CText.h"
 #include "Simulator/Host/RecordingMessagingDelegate.h"
 #include "Simulator/Json/Values.h"
+#include "Simulator/Seam/zib_testing.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
-#include "ZibMessaging/Private/TokenText.h"
-#include "ZibMessaging/ZibDeepLinkHandler.h"
-#include "ZibMessaging/ZibMessaging.h"
-#include "ZibMessaging/ZibPayloadBuilder.h"
-#include "ZibMessaging/ZibPushConfig.h"
-#include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibC/zib.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
 
 namespace sim {
 namespace {
 
-zib::Application application() { return zib::Application::retained(uikit::application()); }
+template <class T>
+T& contextOf(void* context) {
+  return *static_cast<T*>(context);
+}
+template <class T>
+void release(void* context) {
+  std::default_delete<T>()(static_cast<T*>(context));
+}
+template <class T>
+void* contextFrom(T value) {
+  return std::make_unique<T>(std::move(value)).release();
+}
+
+struct Flow {
+  std::function<void(const Json&)> configured;
+  std::function<void(bool)> completion;
+};
+
+Json jsonTaken(zib_object created) { return jsonFromObject(zib::Object::adopted(created).raw()); }
 
 }  // namespace
 
-void Module::setDelegate() {
-  delegate_ = std::make_shared<RecordingMessagingDelegate>();
-  ZibMessaging::shared().setDelegate(delegate_);
-}
+void Module::setDelegate() { delegate_ = setRecordingMessagingDelegate(); }
 
 void Module::letDelegateGo() { delegate_.reset(); }
 
 void Module::setURLDelegate(std::optional<bool> answer) {
   if (!answer) {
-    ZibDeepLinkHandler::shared().setURLDelegate({});
+    zib_deep_link_handler_set_url_delegate(nullptr, nullptr, nullptr);
     return;
   }
-  ZibDeepLinkHandler::shared().setURLDelegate([answer = *answer](const zib::URL& url) {
-    Timeline::shared().add("urlDelegate", {{"url", url.absoluteString()}, {"handled", answer}});
-    return answer;
-  });
+  zib_deep_link_handler_set_url_delegate(
+      [](void* context, zib_object /*url*/, zib_text text) {
+        const bool handled = contextOf<bool>(context);
+        Timeline::shared().add("urlDelegate", {{"url", textOf(text)}, {"handled", handled}});
+        return handled;
+      },
+      contextFrom(*answer), &release<bool>);
 }
 
-void Module::setSwizzlingEnabled(bool isEnabled) {
-  ZibSwizzleManager::shared().setSwizzlingEnabled(isEnabled);
-}
+void Module::setSwizzlingEnabled(bool isEnabled) { zib_testing_set_swizzling_enabled(isEnabled); }
 
-void Module::configure() { ZibMessaging::shared().configure(application()); }
+void Module::configure() { zib_messaging_configure(uikit::application()); }
 
-void Module::registerForPush() { ZibMessaging::shared().registerForPush(application()); }
+void Module::registerForPush() { zib_messaging_register_for_push(uikit::application()); }
 
 void Module::registerForPushSimple() {
-  ZibPushConfig::shared().registerForPushSimple(application());
+  zib_push_config_register_for_push_simple(uikit::application());
 }
 
 void Module::configurePush(const std::optional<std::string>& endpoint,
                            const std::function<void(const Json& config)>& configured,
                            const std::function<void(bool isRegistering)>& completion) {
-  ZibPushConfig::shared().configurePush(
-      application(), endpoint,
-      [configured](const zib::Dictionary& config) {
-        configured(jsonFromObject(config.native().raw()));
+  const zib_push_config_completion complete = [](void* context, bool started) {
+    contextOf<Flow>(context).completion(started);
+  };
+  zib_push_config_configure_push(
+      uikit::application(), endpoint ? cText(*endpoint) : zib_text{},
+      [](void* context, zib_object config) {
+        contextOf<Flow>(context).configured(jsonFromObject(config));
       },
-      completion);
+      completion ? complete : nullptr, contextFrom(Flow{configured, completion}), &release<Flow>);
 }
 
-void Module::setupAutoSwizzling() { ZibSwizzleManager::shared().setupAutoSwizzling(); }
+void Module::setupAutoSwizzling() { zib_testing_setup_auto_swizzling(); }
 
-void Module::setupAsNotificationDelegate() { ZibMessaging::shared().setupAsNotificationDelegate(); }
+void Module::setupAsNotificationDelegate() { zib_messaging_setup_as_notification_delegate(); }
 
 void Module::ensureFirebaseMessagingDelegate() {
-  ZibMessaging::shared().ensureFirebaseMessagingDelegate();
+  zib_messaging_ensure_firebase_messaging_delegate();
 }
 
 void Module::didRegisterForRemoteNotifications(std::span<const std::uint8_t> token) {
-  ZibMessaging::shared().didRegisterForRemoteNotifications(token);
+  zib_messaging_did_register_for_remote_notifications(zib::makeData(token).raw());
 }
 
 void Module::didFailToRegisterForRemoteNotifications(const std::optional<zib::Error>& error) {
-  ZibMessaging::shared().didFailToRegisterForRemoteNotifications(
-      error ? *error : zib::Error::fromNative(nullptr));
+  const zib::Object native = error ? error->nativeError() : zib::Object();
+  zib_messaging_did_fail_to_register_for_remote_notifications(native.raw());
 }
 
 void Module::setPushToken(std::span<const std::uint8_t> token) {
-  ZibMessaging::shared().setPushToken(token);
+  zib_messaging_set_push_token(zib::makeData(token).raw());
 }
 
-void Module::setFCMToken(const std::string& token) { ZibMessaging::shared().setFCMToken(token); }
+void Module::setFCMToken(const std::string& token) { zib_messaging_set_fcm_token(cText(token)); }
 
 void Module::didReceiveRegistrationToken(const std::string& token) {
-  ZibMessaging::shared().didReceiveRegistrationToken(token);
+  zib_messaging_did_receive_registration_token(cText(token));
 }
 
 zib::objc::UInteger Module::willPresent(const zib::ValueMap& userInfo) {
-  const zib::Object notification = usernotifications::makeNotification(userInfo);
-  return ZibMessaging::shared().willPresent(zib::Notification::retained(notification.raw()));
+  return zib_messaging_will_present(usernotifications::makeNotification(userInfo).raw());
 }
 
 void Module::didReceive(const zib::ValueMap& userInfo, const std::string& action) {
-  const zib::Object response = usernotifications::makeResponse(userInfo, action);
-  ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response.raw()));
+  zib_messaging_did_receive(usernotifications::makeResponse(userInfo, action).raw());
 }
 
 void Module::trackNotificationReceived(const zib::ValueMap& userInfo) {
-  ZibMessaging::shared().trackNotificationReceived(zib::Dictionary::from(userInfo));
+  zib_messaging_track_notification_received(zib::objectFrom(userInfo).raw());
 }
 
 void Module::trackNotificationOpened(const zib::ValueMap& userInfo) {
-  ZibMessaging::shared().trackNotificationOpened(zib::Dictionary::from(userInfo));
+  zib_messaging_track_notification_opened(zib::objectFrom(userInfo).raw());
 }
 
 bool Module::handleNotificationURL(const zib::ValueMap& userInfo) {
-  return ZibDeepLinkHandler::shared().handleNotificationURL(zib::Dictionary::from(userInfo));
+  return zib_deep_link_handler_handle_notification_url(zib::objectFrom(userInfo).raw());
 }
 
 bool Module::handleURL(const std::string& url, const std::string& source) {
-  return ZibDeepLinkHandler::shared().handleURL(zib::URL::parse(url).value(), source);
+  return zib_deep_link_handler_handle_url(zib::URL::parse(url).value().native(), cText(source));
 }
 
 Json Module::createNotificationPayload(const zib::ValueMap& userInfo,
                                        const std::string& eventType) {
-  return jsonFrom(
-      ZibPayloadBuilder::createNotificationPayload(zib::Dictionary::from(userInfo), eventType));
+  return jsonTaken(zib_payload_builder_create_notification_payload(zib::objectFrom(userInfo).raw(),
+                                                                   cText(eventType)));
 }
 
 Json Module::createEventPayload(const std::string& eventName,
                                 const std::optional<zib::ValueMap>& properties) {
-  return jsonFrom(ZibPayloadBuilder::createEventPayload(eventName, properties));
+  const zib::Object given = properties ? zib::objectFrom(*properties) : zib::Object();
+  return jsonTaken(zib_payload_builder_create_event_payload(cText(eventName), given.raw()));
 }
 
 Json Module::state() {
-  const ZibMessaging& messaging = ZibMessaging::shared();
-  const auto fcmToken = messaging.fcmToken();
-  const auto apnsToken = messaging.apnsToken();
-  const auto plistPath = ZibPushConfig::shared().savedFirebasePlistPath();
-  return {{"isPushEnabled", messaging.isPushEnabled()},
+  const auto fcmToken = taken(zib_messaging_copy_fcm_token());
+  const auto apnsToken = zib::Object::adopted(zib_messaging_copy_apns_token());
+  const auto plistPath = taken(zib_push_config_copy_saved_firebase_plist_path());
+  return {{"isPushEnabled", zib_messaging_is_push_enabled()},
           {"fcmToken", fcmToken ? Json(*fcmToken) : Json()},
-          {"apnsToken", apnsToken ? Json(zib::hexText(*apnsToken)) : Json()},
-          {"isSwizzlingEnabled", ZibSwizzleManager::shared().isSwizzlingEnabled()},
+          {"apnsToken", apnsToken ? Json(hexFrom(zib::bytesOf(apnsToken.raw()))) : Json()},
+          {"isSwizzlingEnabled", zib_testing_is_swizzling_enabled()},
           {"savedFirebasePlistPath", plistPath ? Json(*plistPath) : Json()}};
 }
 

@@ -1,6 +1,7 @@
 // The module as the host app calls it.
 //
-// The one place above the recording core that knows the module's own interface.
+// Through zib.h alone, as hosts of every language: whatever stands behind that is what a scenario
+// tests.
 
 #pragma once
 
@@ -16,12 +17,10 @@
 
 namespace sim {
 
-class RecordingMessagingDelegate;
-
 // Each call is for the application object as it is then, or for none.
 class Module {
  public:
-  // The module holds its delegate weakly; the host keeps it until it lets it go.
+  // It hears of news until it is let go.
   void setDelegate();
   void letDelegateGo();
   // None takes the callback away; it answers what it is given.
@@ -59,7 +58,7 @@ class Module {
   static Json state();
 
  private:
-  std::shared_ptr<RecordingMessagingDelegate> delegate_;
+  std::shared_ptr<const void> delegate_;
 };
 
 }  // namespace sim

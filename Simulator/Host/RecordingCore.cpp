@@ -1,19 +1,15 @@
 #include "Simulator/Host/RecordingCore.h"
 
-#include <memory>
-
 #include "Simulator/Foundation/Setting.h"
+#include "Simulator/Host/CText.h"
 #include "Simulator/Json/Values.h"
 #include "Simulator/Timeline/Timeline.h"
-#include "ZibCoreBoundary/Zib.h"
-#include "ZibCoreBoundary/ZibLogger.h"
-#include "ZibCoreBoundary/ZibStorage.h"
 
 namespace sim {
 namespace {
 
-Setting<std::optional<ZibConfig>>& configSetting() {
-  static Setting<std::optional<ZibConfig>> setting(std::nullopt);
+Setting<std::optional<CoreConfig>>& configSetting() {
+  static Setting<std::optional<CoreConfig>> setting(std::nullopt);
   return setting;
 }
 
@@ -22,54 +18,72 @@ Setting<std::optional<std::string>>& endpointSetting() {
   return setting;
 }
 
-class RecordingLogger final : public ZibLogger {
- public:
-  void log(std::string_view message) override {
-    Timeline::shared().add("log", {{"level", "info"}, {"message", message}});
-  }
-  void error(std::string_view message, const std::optional<zib::Error>& error) override {
-    Json fields = {{"level", "error"}, {"message", message}};
-    if (error) fields["error"] = jsonFrom(*error);
-    Timeline::shared().add("log", fields);
-  }
-};
+bool config(void* /*context*/, zib_config* config) {
+  const auto known = configSetting().get();
+  if (known) config->auto_swizzling_enabled = known->autoSwizzlingEnabled;
+  return known.has_value();
+}
 
-class RecordingZib final : public Zib {
- public:
-  [[nodiscard]] std::optional<ZibConfig> config() const override { return configSetting().get(); }
-  void trackSelfDescribingEvent(std::string_view schema, const zib::ValueMap& data) override {
-    Timeline::shared().add("event", {{"schema", schema}, {"data", jsonFrom(data)}});
-  }
-  [[nodiscard]] std::optional<std::string> pushConfigEndpoint() const override {
-    return endpointSetting().get();
-  }
-  void registerPushToken(std::string_view token) override {
-    Timeline::shared().add("core", {{"operation", "registerPushToken"}, {"token", token}});
-  }
-};
+zib_text copyPushConfigEndpoint(void* /*context*/) {
+  const auto endpoint = endpointSetting().get();
+  return endpoint ? zib_text_copy(cText(*endpoint)) : zib_text{};
+}
 
-class RecordingStorage final : public ZibStorage {
- public:
-  void savePushPermission(bool granted) override { record("savePushPermission", granted); }
-  void saveFCMToken(std::string_view token) override { record("saveFCMToken", token); }
+void log(void* /*context*/, zib_text line) {
+  Timeline::shared().add("log", {{"level", "info"}, {"message", textOf(line)}});
+}
 
- private:
-  static void record(const char* operation, const Json& value) {
-    Timeline::shared().add("storage", {{"operation", operation}, {"value", value}});
-  }
-};
+void logError(void* /*context*/, zib_text line, const zib_error* error) {
+  Json fields = {{"level", "error"}, {"message", textOf(line)}};
+  if (error != nullptr) fields["error"] = jsonFrom(*error);
+  Timeline::shared().add("log", fields);
+}
+
+void track(void* /*context*/, zib_text schema, zib_object data) {
+  Timeline::shared().add("event", {{"schema", textOf(schema)}, {"data", jsonFromObject(data)}});
+}
+
+void registerPushToken(void* /*context*/, zib_text token) {
+  Timeline::shared().add("core", {{"operation", "registerPushToken"}, {"token", textOf(token)}});
+}
+
+void recordStorage(const char* operation, const Json& value) {
+  Timeline::shared().add("storage", {{"operation", operation}, {"value", value}});
+}
+
+void savePushPermission(void* /*context*/, bool granted) {
+  recordStorage("savePushPermission", granted);
+}
+
+void saveFCMToken(void* /*context*/, zib_text token) {
+  recordStorage("saveFCMToken", textOf(token));
+}
 
 }  // namespace
 
 void installRecordingCore() {
-  ZibLogger::install(std::make_unique<RecordingLogger>());
-  Zib::install(std::make_unique<RecordingZib>());
-  ZibStorage::install(std::make_unique<RecordingStorage>());
+  zib_core core{};
+  core.size = sizeof(core);
+  core.config = &config;
+  core.copy_push_config_endpoint = &copyPushConfigEndpoint;
+  core.log = &log;
+  core.error = &logError;
+  core.track_self_describing_event = &track;
+  core.register_push_token = &registerPushToken;
+  core.save_push_permission = &savePushPermission;
+  core.save_fcm_token = &saveFCMToken;
+  zib_core_install(&core);
 }
 
-void setCoreConfig(std::optional<ZibConfig> config) { configSetting().set(config); }
+void setCoreConfig(std::optional<CoreConfig> config) { configSetting().set(config); }
 void setPushConfigEndpoint(std::optional<std::string> endpoint) {
   endpointSetting().set(std::move(endpoint));
+}
+
+Json jsonFrom(const zib_error& error) {
+  return {{"domain", textOf(error.domain)},
+          {"code", error.code},
+          {"description", textOf(error.description)}};
 }
 
 }  // namespace sim

@@ -5,15 +5,23 @@
 #include <optional>
 #include <string>
 
-#include "ZibCoreBoundary/ZibConfig.h"
+#include "Simulator/Json/Json.h"
+#include "ZibC/zib.h"
 
 namespace sim {
 
-// Installs logger, core and storage. Once in a process.
+struct CoreConfig {
+  bool autoSwizzlingEnabled = true;
+};
+
+// Installs the core. Once in a process.
 void installRecordingCore();
 
 // What the core knows; any time, any thread.
-void setCoreConfig(std::optional<ZibConfig> config);
+void setCoreConfig(std::optional<CoreConfig> config);
 void setPushConfigEndpoint(std::optional<std::string> endpoint);
+
+// An error as entries have it.
+Json jsonFrom(const zib_error& error);
 
 }  // namespace sim

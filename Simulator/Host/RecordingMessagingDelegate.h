@@ -2,17 +2,12 @@
 
 #pragma once
 
-#include "ZibMessaging/ZibMessagingDelegate.h"
+#include <memory>
 
 namespace sim {
 
-class RecordingMessagingDelegate final : public ZibMessagingDelegate {
- public:
-  void didReceiveToken(ZibMessaging& messaging, std::string_view token) override;
-  void didReceiveNotification(ZibMessaging& messaging, const zib::Dictionary& userInfo) override;
-  void didReceiveNotificationResponse(ZibMessaging& messaging,
-                                      const zib::NotificationResponse& response) override;
-  void didFailToRegisterWithError(ZibMessaging& messaging, const zib::Error& error) override;
-};
+// The module has it until another takes its place, and it records for as long as the host keeps
+// what this gives.
+std::shared_ptr<const void> setRecordingMessagingDelegate();
 
 }  // namespace sim

@@ -39,6 +39,13 @@ Json jsonFrom(const zib::Error& error) {
 
 Json jsonFromObject(zib::objc::id object) { return jsonFrom(zib::valueFrom(object)); }
 
+std::string hexFrom(std::span<const std::uint8_t> bytes) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string hex;
+  for (const std::uint8_t byte : bytes) hex.append({digits[byte >> 4U], digits[byte & 0xFU]});
+  return hex;
+}
+
 zib::Value valueFromJson(const Json& json) {
   switch (json.type()) {
     case Json::value_t::boolean:

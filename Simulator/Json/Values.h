@@ -2,6 +2,10 @@
 
 #pragma once
 
+#include <cstdint>
+#include <span>
+#include <string>
+
 #include "Simulator/Json/Json.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Value.h"
@@ -15,6 +19,8 @@ Json jsonFrom(const zib::ValueMap& map);
 Json jsonFrom(const zib::Error& error);
 // A platform object of any kind.
 Json jsonFromObject(zib::objc::id object);
+// Bytes as two lowercase hexadecimal digits each.
+std::string hexFrom(std::span<const std::uint8_t> bytes);
 // As the platform's own JSON values: null is the null marker.
 zib::Value valueFromJson(const Json& json);
 

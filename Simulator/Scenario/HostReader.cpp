@@ -169,11 +169,11 @@ const Kind<HostDescription>& host() {
   return kind;
 }
 
-const Kind<std::optional<ZibConfig>>& config() {
+const Kind<std::optional<CoreConfig>>& config() {
   static const auto record =
-      Record<ZibConfig>().optional("autoSwizzlingEnabled", &ZibConfig::autoSwizzlingEnabled,
-                                   boolean(), "whether the module integrates itself");
-  static const Kind<std::optional<ZibConfig>> kind = orNull(objectOf(record));
+      Record<CoreConfig>().optional("autoSwizzlingEnabled", &CoreConfig::autoSwizzlingEnabled,
+                                    boolean(), "whether the module integrates itself");
+  static const Kind<std::optional<CoreConfig>> kind = orNull(objectOf(record));
   return kind;
 }
 

@@ -20,7 +20,7 @@ Record<T> firebaseRecord();
 namespace kinds {
 
 const Kind<HostDescription>& host();
-const Kind<std::optional<ZibConfig>>& config();
+const Kind<std::optional<CoreConfig>>& config();
 // Null stands for none.
 const Kind<DelegateDescription>& delegate();
 // It can be the application delegate, too.

@@ -10,15 +10,15 @@
 #include "Simulator/Device/Device.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/Host/HostClasses.h"
+#include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Json/Json.h"
 #include "Simulator/Network/Sites.h"
 #include "Simulator/Scenario/Steps.h"
-#include "ZibCoreBoundary/ZibConfig.h"
 
 namespace sim {
 
 struct CoreDescription {
-  std::optional<ZibConfig> config;
+  std::optional<CoreConfig> config;
   std::optional<std::string> pushConfigEndpoint;
 };
 

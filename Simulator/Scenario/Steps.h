@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
+#include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Scenario/Operations.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
-#include "ZibCoreBoundary/ZibConfig.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Value.h"
@@ -83,7 +83,7 @@ struct SetURLDelegate {
   std::optional<bool> answer;
 };
 struct SetConfig {
-  std::optional<ZibConfig> config;
+  std::optional<CoreConfig> config;
 };
 struct SetSwizzlingEnabled {
   bool isEnabled = true;

@@ -125,10 +125,10 @@ class Operation {
   auto run(Work&& work) const noexcept {
     using Result = std::invoke_result_t<Work>;
     if constexpr (std::is_void_v<Result>) {
-      zib::contained(name_, std::forward<Work>(work));
+      contain(work);
     } else {
       Result result{};
-      zib::contained(name_, [&] { result = work(); });
+      contain([&] { result = work(); });
       return result;
     }
   }
@@ -161,9 +161,22 @@ class Operation {
     return isMet;
   }
 
+  // By address: each instance of contained() has its own code for exceptions.
+  template <class Work>
+  void contain(Work&& work) const noexcept {
+    using Type = std::remove_reference_t<Work>;
+    containAt([](void* at) { (*static_cast<Type*>(at))(); },
+              const_cast<void*>(static_cast<const void*>(&work)));
+  }
+  void containAt(void (*work)(void*), void* at) const noexcept;
+
   zib::AutoreleasePool pool_;
   const char* name_;
 };
+
+[[gnu::noinline]] void Operation::containAt(void (*work)(void*), void* at) const noexcept {
+  zib::contained(name_, [&] { work(at); });
+}
 
 // A structure that a host filled in, of this version or of an older one that ended at an earlier
 // member. All members are of a pointer's size.

@@ -10,7 +10,8 @@ import sys
 import time
 from pathlib import Path
 
-from checks import abi, builds, declarations, exports, hosts, imports, lines, size
+from checks import (abi, builds, declarations, exports, hosts, imports, lines, size,
+                    xcframework)
 from checks.compiler import Compiler
 from checks.outcome import Failure
 
@@ -54,6 +55,7 @@ def run_parts(run, compiler):
     run.part("slices", EVERYTHING, builds.slices, compiler, built)
     run.part("exports", EVERYTHING, exports.exports, compiler, built, asking)
     run.part("imports", EVERYTHING, imports.imports, compiler, built)
+    run.part("XCFramework", EVERYTHING, xcframework.xcframework, compiler, built)
     run.part("size", EVERYTHING, size.size, compiler, built)
 
 

@@ -358,7 +358,7 @@ TEST_F(ObjectiveCHostTest, WithoutConfigureTheHostIsUntouched) {
 }
 
 TEST_F(ObjectiveCHostTest, IntegrationByHandLeavesTheHostUntouched) {
-  sim::setCoreConfig(ZibConfig{.autoSwizzlingEnabled = false});
+  sim::setCoreConfig(sim::CoreConfig{.autoSwizzlingEnabled = false});
   const id delegate = install("RecordingDelegate");
   const auto before = implementations(delegate, intercepted);
   configure();

@@ -6,16 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "Simulator/Host/RecordingMessagingDelegate.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
+#include "Tests/Support/RecordingMessagingDelegate.h"
 #include "Tests/Support/TestSeam.h"
 #include "ZibPlatform/Foundation/Data.h"
 
 namespace {
 
-using sim::RecordingMessagingDelegate;
 using test::Device;
+using test::RecordingMessagingDelegate;
 using Lines = std::vector<std::string>;
 using Values = std::vector<sim::Json>;
 

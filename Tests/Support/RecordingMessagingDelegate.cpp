@@ -1,0 +1,39 @@
+#include "Tests/Support/RecordingMessagingDelegate.h"
+
+#include "Simulator/Json/Values.h"
+#include "Simulator/Timeline/Timeline.h"
+
+namespace test {
+namespace {
+
+void record(const char* operation, sim::Json fields) {
+  fields["operation"] = operation;
+  sim::Timeline::shared().add("delegate", fields);
+}
+
+}  // namespace
+
+void RecordingMessagingDelegate::didReceiveToken(ZibMessaging& /*messaging*/,
+                                                 std::string_view token) {
+  record("zibMessaging(_:didReceiveToken:)", {{"token", token}});
+}
+
+void RecordingMessagingDelegate::didReceiveNotification(ZibMessaging& /*messaging*/,
+                                                        const zib::Dictionary& userInfo) {
+  record("zibMessaging(_:didReceiveNotification:)",
+         {{"userInfo", sim::jsonFrom(userInfo.values())}});
+}
+
+void RecordingMessagingDelegate::didReceiveNotificationResponse(
+    ZibMessaging& /*messaging*/, const zib::NotificationResponse& response) {
+  record("zibMessaging(_:didReceiveNotificationResponse:)",
+         {{"action", response.actionIdentifier()},
+          {"userInfo", sim::jsonFrom(response.notification().userInfo().values())}});
+}
+
+void RecordingMessagingDelegate::didFailToRegisterWithError(ZibMessaging& /*messaging*/,
+                                                            const zib::Error& error) {
+  record("zibMessaging(_:didFailToRegisterWithError:)", {{"error", sim::jsonFrom(error)}});
+}
+
+}  // namespace test
