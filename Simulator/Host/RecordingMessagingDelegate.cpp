@@ -13,25 +13,25 @@ void record(const char* operation, Json fields) {
 
 }  // namespace
 
-void RecordingMessagingDelegate::didReceiveToken(ZibMessaging& /*messaging*/,
-                                                 std::string_view token) {
+void RecordingMessagingDelegate::zibMessagingDidReceiveToken(ZibMessaging& /*messaging*/,
+                                                             std::string_view token) {
   record("zibMessaging(_:didReceiveToken:)", {{"token", token}});
 }
 
-void RecordingMessagingDelegate::didReceiveNotification(ZibMessaging& /*messaging*/,
-                                                        const zib::Dictionary& userInfo) {
+void RecordingMessagingDelegate::zibMessagingDidReceiveNotification(
+    ZibMessaging& /*messaging*/, const zib::Dictionary& userInfo) {
   record("zibMessaging(_:didReceiveNotification:)", {{"userInfo", jsonFrom(userInfo.values())}});
 }
 
-void RecordingMessagingDelegate::didReceiveNotificationResponse(
+void RecordingMessagingDelegate::zibMessagingDidReceiveNotificationResponse(
     ZibMessaging& /*messaging*/, const zib::NotificationResponse& response) {
   record("zibMessaging(_:didReceiveNotificationResponse:)",
          {{"action", response.actionIdentifier()},
           {"userInfo", jsonFrom(response.notification().userInfo().values())}});
 }
 
-void RecordingMessagingDelegate::didFailToRegisterWithError(ZibMessaging& /*messaging*/,
-                                                            const zib::Error& error) {
+void RecordingMessagingDelegate::zibMessagingDidFailToRegisterWithError(ZibMessaging& /*messaging*/,
+                                                                        const zib::Error& error) {
   record("zibMessaging(_:didFailToRegisterWithError:)", {{"error", jsonFrom(error)}});
 }
 

@@ -95,8 +95,8 @@ void ZibMessaging::registerForPush(const zib::Application& application) noexcept
 }
 
 void ZibMessaging::authorizationFailed(const zib::Error& error) {
-  tellDelegate("didFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
-    delegate.didFailToRegisterWithError(*this, error);
+  tellDelegate("zibMessagingDidFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
+    delegate.zibMessagingDidFailToRegisterWithError(*this, error);
   });
 }
 
@@ -115,8 +115,8 @@ void ZibMessaging::didRegisterForRemoteNotifications(
 void ZibMessaging::didFailToRegisterForRemoteNotifications(const zib::Error& error) noexcept {
   contained("didFailToRegisterForRemoteNotifications", [&] {
     ZibLogger::shared().error("Failed to register for push", error);
-    tellDelegate("didFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
-      delegate.didFailToRegisterWithError(*this, error);
+    tellDelegate("zibMessagingDidFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
+      delegate.zibMessagingDidFailToRegisterWithError(*this, error);
     });
   });
 }
@@ -136,8 +136,9 @@ void ZibMessaging::setFCMToken(std::string_view token) noexcept {
     fcmToken_.store(std::string(token));
     contained("saveFCMToken", [&] { ZibStorage::shared().saveFCMToken(token); });
     contained("registerPushToken", [&] { Zib::shared().registerPushToken(token); });
-    tellDelegate("didReceiveToken",
-                 [&](ZibMessagingDelegate& delegate) { delegate.didReceiveToken(*this, token); });
+    tellDelegate("zibMessagingDidReceiveToken", [&](ZibMessagingDelegate& delegate) {
+      delegate.zibMessagingDidReceiveToken(*this, token);
+    });
   });
 }
 
@@ -156,8 +157,8 @@ void ZibMessaging::handlePresentation(const zib::Notification& notification) noe
     const zib::Dictionary userInfo = notification.userInfo();
     logLine("Notification received in foreground");
     track(userInfo, deliveredEvent);
-    tellDelegate("didReceiveNotification", [&](ZibMessagingDelegate& delegate) {
-      delegate.didReceiveNotification(*this, userInfo);
+    tellDelegate("zibMessagingDidReceiveNotification", [&](ZibMessagingDelegate& delegate) {
+      delegate.zibMessagingDidReceiveNotification(*this, userInfo);
     });
   });
 }
@@ -172,8 +173,8 @@ void ZibMessaging::handleResponse(const zib::NotificationResponse& response) noe
     const zib::Dictionary userInfo = zib::Dictionary::retained(response.nativeUserInfo());
     logLine("Notification tapped with action: ", zib::Utf8(response.actionText()).view());
     track(userInfo, clickedEvent);
-    tellDelegate("didReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
-      delegate.didReceiveNotificationResponse(*this, response);
+    tellDelegate("zibMessagingDidReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
+      delegate.zibMessagingDidReceiveNotificationResponse(*this, response);
     });
     ZibDeepLinkHandler::shared().handleNotificationURL(userInfo);
   });

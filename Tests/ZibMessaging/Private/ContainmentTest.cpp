@@ -40,14 +40,17 @@ constexpr const char* link = "https://example.com/link";
 class ThrowingDelegate final : public ZibMessagingDelegate {
  public:
   explicit ThrowingDelegate(Thrown kind) : kind_(kind) {}
-  void didReceiveToken(ZibMessaging&, std::string_view) override { test::raise(kind_); }
-  void didReceiveNotification(ZibMessaging&, const zib::Dictionary&) override {
+  void zibMessagingDidReceiveToken(ZibMessaging&, std::string_view) override { test::raise(kind_); }
+  void zibMessagingDidReceiveNotification(ZibMessaging&, const zib::Dictionary&) override {
     test::raise(kind_);
   }
-  void didReceiveNotificationResponse(ZibMessaging&, const zib::NotificationResponse&) override {
+  void zibMessagingDidReceiveNotificationResponse(ZibMessaging&,
+                                                  const zib::NotificationResponse&) override {
     test::raise(kind_);
   }
-  void didFailToRegisterWithError(ZibMessaging&, const zib::Error&) override { test::raise(kind_); }
+  void zibMessagingDidFailToRegisterWithError(ZibMessaging&, const zib::Error&) override {
+    test::raise(kind_);
+  }
 
  private:
   Thrown kind_;
@@ -137,7 +140,7 @@ TEST_P(ContainmentTest, ADelegateThatThrowsAtATapDoesNotCostTheLinkOrTheCompleti
   EXPECT_EQ(device.entries("host").size(), 1U);
   EXPECT_EQ(device.countOfLine(std::string("ZibDeepLinkHandler: Opening URL - ") + link), 1U);
   EXPECT_EQ(device.countOfLine("ZibDeepLinkHandler: URL open succeeded"), 1U);
-  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveNotificationResponse")});
+  EXPECT_EQ(device.errorLines(), Lines{stopped("zibMessagingDidReceiveNotificationResponse")});
 }
 
 TEST_P(ContainmentTest, ADelegateThatThrowsAtAPresentationDoesNotCostTheOptions) {
@@ -153,7 +156,7 @@ TEST_P(ContainmentTest, ADelegateThatThrowsAtAPresentationDoesNotCostTheOptions)
       zib::Block<void(UInteger)>::from([&](UInteger chosen) { options.push_back(chosen); }));
   EXPECT_EQ(options, std::vector<UInteger>{19});
   EXPECT_EQ(device.entries("event").size(), 1U);
-  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveNotification")});
+  EXPECT_EQ(device.errorLines(), Lines{stopped("zibMessagingDidReceiveNotification")});
 }
 
 TEST_P(ContainmentTest, ADelegateThatThrowsAtATokenOrAFailureIsReportedOnce) {
@@ -165,10 +168,11 @@ TEST_P(ContainmentTest, ADelegateThatThrowsAtATokenOrAFailureIsReportedOnce) {
   EXPECT_EQ(ZibMessaging::shared().fcmToken(), "token");
   EXPECT_EQ(device.entries("storage").size(), 1U);
   EXPECT_EQ(device.entries("core").size(), 1U);
-  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveToken")});
+  EXPECT_EQ(device.errorLines(), Lines{stopped("zibMessagingDidReceiveToken")});
   ZibMessaging::shared().didFailToRegisterForRemoteNotifications({"d", 1, "t", {}});
-  EXPECT_EQ(device.errorLines(), (Lines{stopped("didReceiveToken"), "Failed to register for push",
-                                        stopped("didFailToRegisterWithError")}));
+  EXPECT_EQ(device.errorLines(),
+            (Lines{stopped("zibMessagingDidReceiveToken"), "Failed to register for push",
+                   stopped("zibMessagingDidFailToRegisterWithError")}));
 }
 
 TEST_P(ContainmentTest, AURLCallbackThatThrowsHasNotHandledTheLink) {
