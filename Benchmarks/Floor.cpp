@@ -14,6 +14,7 @@
 #include "ZibCoreBoundary/ZibStorage.h"
 #include "ZibMessaging/Private/QuotedText.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPayloadBuilder.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -331,7 +332,7 @@ id userInfoOf(id notification) {
 void track(id userInfo, std::string_view eventType) {
   const id type = valueOf(userInfo, constantString<"pn_type">);
   if (isString(type) && equals(type, "PUSH-NOTIFICATION-SEND-TEST")) return;
-  trackFlatEvent(zib::notificationEventSchemaURI, eventOf(userInfo, eventType));
+  trackFlatEvent(ZibPayloadBuilder::notificationEventSchemaURI(), eventOf(userInfo, eventType));
 }
 
 UInteger presentationOptions() {

@@ -413,7 +413,7 @@ zib_object zib_messaging_copy_apns_token(void) {
 }
 
 zib_text zib_messaging_copy_notification_event_schema_uri(void) {
-  return copyOf(zib::notificationEventSchemaURI);
+  return copyOf(ZibPayloadBuilder::notificationEventSchemaURI());
 }
 
 void zib_messaging_configure(zib_object application) {

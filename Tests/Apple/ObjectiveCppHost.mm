@@ -110,7 +110,8 @@ class MessagingDelegate final : public ZibMessagingDelegate {
   void zibMessagingDidFailToRegisterWithError(ZibMessaging & /*messaging*/,
                                               const zib::Error &error) override {
     const bool isOurs = zib::pushErrorFrom(error) == ZibPushError::noData;
-    [library_ write:textOf(isOurs ? zib::errorDescription(ZibPushError::noData) : error.description)
+    [library_ write:textOf(isOurs ? ZibPushError(ZibPushError::noData).errorDescription()
+                                  : error.description)
               error:zib::as<NSError>(error.nativeError())];
   }
 
@@ -184,7 +185,7 @@ class MessagingDelegate final : public ZibMessagingDelegate {
   NSDictionary *const payload = notification.request.content.userInfo;
   const auto userInfo = zib::Dictionary::retained(zib::native(payload));
   Zib::shared().trackSelfDescribingEvent(
-      zib::notificationEventSchemaURI,
+      ZibPayloadBuilder::notificationEventSchemaURI(),
       ZibPayloadBuilder::createNotificationPayload(userInfo, "shown"));
   completionHandler(
       ZibMessaging::shared().willPresent(zib::Notification::retained(zib::native(notification))));

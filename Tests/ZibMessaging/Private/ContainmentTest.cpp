@@ -10,11 +10,13 @@
 #include <string>
 #include <vector>
 
+#include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Exceptions.h"
 #include "Tests/Support/Host.h"
+#include "Tests/Support/TestSeam.h"
 #include "ZibCoreBoundary/Zib.h"
 #include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibCoreBoundary/ZibStorage.h"
@@ -101,6 +103,17 @@ class ContainmentTest : public testing::TestWithParam<Thrown> {
   static std::string stopped(const char* operation) {
     return std::string("ZibMessaging: stopped an exception in ") + operation;
   }
+  static const char* descriptionOf(Thrown kind) {
+    switch (kind) {
+      case Thrown::standard:
+        return "planned";
+      case Thrown::ofItsOwnType:
+        return "an exception of a type of its own";
+      case Thrown::platform:
+        return "Planned: planned for the platform";
+    }
+    return nullptr;
+  }
   static const zib::Bytes& token() {
     static const zib::Bytes token{0x00, 0x01, 0xAB};
     return token;
@@ -118,9 +131,15 @@ TEST_P(ContainmentTest, WorkThatThrowsIsReportedOnce) {
   EXPECT_EQ(device.errorLines(), Lines{stopped("some work")});
   const sim::Json error = device.entries("log").front().at("error");
   EXPECT_EQ(error.at("domain"), "ZibMessaging");
-  EXPECT_EQ(error.at("description"), GetParam() == Thrown::standard
-                                         ? "planned"
-                                         : "an exception of the platform, or of a type of its own");
+  EXPECT_EQ(error.at("description"), descriptionOf(GetParam()));
+}
+
+TEST_P(ContainmentTest, WorkWithAResultThatThrowsGivesTheOther) {
+  const Device device;
+  EXPECT_EQ(zib::containedOr(1, "some work", [] { return 2; }), 2);
+  EXPECT_TRUE(device.errorLines().empty());
+  EXPECT_EQ(zib::containedOr(1, "some work", []() -> int { test::raise(GetParam()); }), 1);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("some work")});
 }
 
 TEST_P(ContainmentTest, ADelegateThatThrowsAtATapDoesNotCostTheLinkOrTheCompletion) {
@@ -173,6 +192,60 @@ TEST_P(ContainmentTest, ADelegateThatThrowsAtATokenOrAFailureIsReportedOnce) {
   EXPECT_EQ(device.errorLines(),
             (Lines{stopped("zibMessagingDidReceiveToken"), "Failed to register for push",
                    stopped("zibMessagingDidFailToRegisterWithError")}));
+}
+
+class OrdinaryDelegate final : public ZibMessagingDelegate {
+ public:
+  void zibMessagingDidReceiveNotificationResponse(ZibMessaging&,
+                                                  const zib::NotificationResponse&) override {
+    ++responses;
+  }
+  int responses = 0;
+};
+
+TEST_P(ContainmentTest, ACoreThatThrowsAtAnEventCostsNeitherTheDelegateNorTheLink) {
+  Zib::install(std::make_unique<ThrowingCore>(GetParam()));
+  const Device device;
+  const auto delegate = std::make_shared<OrdinaryDelegate>();
+  ZibMessaging::shared().setDelegate(delegate);
+  ZibMessaging::shared().didReceive(response());
+  Device::drain();
+  EXPECT_EQ(delegate->responses, 1);
+  EXPECT_EQ(device.countOfLine("ZibDeepLinkHandler: URL open succeeded"), 1U);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("trackSelfDescribingEvent")});
+}
+
+TEST_P(ContainmentTest, ALoggerThatThrowsCostsNeitherTokensNorCategories) {
+  ZibLogger::install(std::make_unique<ThrowingLogger>(GetParam()));
+  const Device device;
+  ZibMessaging::shared().configure(Device::application());
+  EXPECT_TRUE(ZibTestSeam::swizzlingConfigured());
+  ZibMessaging::shared().setPushToken(token());
+  ZibMessaging::shared().setFCMToken("token");
+  EXPECT_EQ(ZibMessaging::shared().apnsToken(), token());
+  EXPECT_EQ(ZibMessaging::shared().fcmToken(), "token");
+  EXPECT_EQ(device.entries("storage").size(), 1U);
+  EXPECT_EQ(device.entries("core").size(), 1U);
+  ZibMessaging::shared().registerForPush(Device::application());
+  ASSERT_TRUE(sim::usernotifications::answerOldestRequest({true, std::nullopt}));
+  Device::drain();
+  EXPECT_EQ(device.entries("categories").size(), 1U);
+}
+
+id throwingMessaging(id, SEL) { test::raise(ContainmentTest::GetParam()); }
+
+TEST_P(ContainmentTest, AFirebaseThatThrowsCostsNeitherTheFlagNorTheRetry) {
+  const Device device;
+  sim::firebase::set({});
+  const zib::Class firebase = sim::metaclassOf(zib::Class::named("FIRMessaging"));
+  const zib::objc::IMP messaging = sim::installMethod(firebase, "messaging", &throwingMessaging);
+  ZibMessaging::shared().configure(Device::application());
+  EXPECT_TRUE(ZibTestSeam::swizzlingConfigured());
+  EXPECT_EQ(device.errorLines(), (Lines{stopped("swizzleFirebaseMessagingDelegate"),
+                                        stopped("ensureFirebaseMessagingDelegate")}));
+  firebase.instanceMethod(zib::selector<"messaging">()).setImplementation(messaging);
+  Device::advance(0.2);
+  EXPECT_EQ(sim::firebase::delegate(), ZibMessaging::runtimeObject());
 }
 
 TEST_P(ContainmentTest, AURLCallbackThatThrowsHasNotHandledTheLink) {
