@@ -139,13 +139,13 @@ void consumeJSON(const nlohmann::json& event) {
 }
 
 Case payloadCase() {
-  constexpr zib::ConstantString clicked = zib::constantString<"notification-clicked">;
+  constexpr std::string_view clicked = "notification-clicked";
   const auto userInfo = zib::Dictionary::retained(payloadOf(12).raw());
   const Object native = userInfo.native();
   return {.name = "payload",
-          .floor = [=] { consume(floor::eventOf(native.raw(), clicked.text)); },
+          .floor = [=] { consume(floor::eventOf(native.raw(), clicked)); },
           .ours = [=] { consume(ZibPayloadBuilder::createNotificationPayload(userInfo, clicked)); },
-          .beside = [=] { consumeJSON(jsonEventOf(userInfo, clicked.text)); },
+          .beside = [=] { consumeJSON(jsonEventOf(userInfo, clicked)); },
           .besideName = "an nlohmann::json object",
           .target = payloadTarget};
 }

@@ -14,6 +14,7 @@
 #include "ZibCoreBoundary/ZibStorage.h"
 #include "ZibMessaging/Private/QuotedText.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibMessaging/ZibPayloadBuilder.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -278,7 +279,7 @@ void didFailRegister(id self, SEL, id application, id error) {
   const zib::Error value = zib::Error::fromNative(error);
   ZibLogger::shared().error("Failed to register for push", value);
   if (const auto delegate = messagingDelegate()) {
-    delegate->didFailToRegisterWithError(ZibMessaging::shared(), value);
+    delegate->zibMessagingDidFailToRegisterWithError(ZibMessaging::shared(), value);
   }
   if (const IMP host = state.didFailRegister) {
     callHost<void>(host, self,
@@ -302,7 +303,7 @@ void setFCMToken(std::string_view token) {
   ZibStorage::shared().saveFCMToken(token);
   Zib::shared().registerPushToken(token);
   if (const auto delegate = messagingDelegate()) {
-    delegate->didReceiveToken(ZibMessaging::shared(), token);
+    delegate->zibMessagingDidReceiveToken(ZibMessaging::shared(), token);
   }
 }
 
@@ -331,7 +332,7 @@ id userInfoOf(id notification) {
 void track(id userInfo, std::string_view eventType) {
   const id type = valueOf(userInfo, constantString<"pn_type">);
   if (isString(type) && equals(type, "PUSH-NOTIFICATION-SEND-TEST")) return;
-  trackFlatEvent(zib::notificationEventSchemaURI, eventOf(userInfo, eventType));
+  trackFlatEvent(ZibPayloadBuilder::notificationEventSchemaURI(), eventOf(userInfo, eventType));
 }
 
 UInteger presentationOptions() {
@@ -349,7 +350,8 @@ void willPresent(id self, SEL, id center, id notification, BlockLayout* completi
   log("Notification received in foreground");
   track(userInfo, "notification-delivered");
   if (const auto delegate = messagingDelegate()) {
-    delegate->didReceiveNotification(ZibMessaging::shared(), zib::Dictionary::retained(userInfo));
+    delegate->zibMessagingDidReceiveNotification(ZibMessaging::shared(),
+                                                 zib::Dictionary::retained(userInfo));
   }
   const IMP host = state.willPresent;
   if (host == nullptr) {
@@ -372,8 +374,8 @@ void didReceive(id self, SEL, id center, id response, BlockLayout* completion) {
       Text(send<id>(response, selector<"actionIdentifier">())).view());
   track(userInfo, "notification-clicked");
   if (const auto delegate = messagingDelegate()) {
-    delegate->didReceiveNotificationResponse(ZibMessaging::shared(),
-                                             zib::NotificationResponse::retained(response));
+    delegate->zibMessagingDidReceiveNotificationResponse(
+        ZibMessaging::shared(), zib::NotificationResponse::retained(response));
   }
   handleNotificationURL(userInfo);
   const IMP host = state.didReceive;

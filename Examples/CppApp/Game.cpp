@@ -11,8 +11,8 @@ namespace {
 // What the game wants to know of all that the module has to tell; the rest does nothing.
 class MessagingNews final : public ZibMessagingDelegate {
  public:
-  void didReceiveNotification(ZibMessaging& /*messaging*/,
-                              const zib::Dictionary& userInfo) override {
+  void zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
+                                          const zib::Dictionary& userInfo) override {
     const auto campaign = userInfo.string("pn_campaign_id");
     std::printf("app    | news of campaign %s\n", campaign.value_or("(none)").c_str());
   }

@@ -25,8 +25,8 @@ std::string whyNoText(std::string_view key, const Json& payload) {
 std::string noteOn(const zib::NotificationField& field, bool isNull, const Json& payload) {
   switch (field.from) {
     case From::userInfo:
-      return isNull ? whyNoText(field.text.text, payload)
-                    : "from the key " + inQuotes(field.text.text);
+      return isNull ? whyNoText(field.source.text, payload)
+                    : "from the key " + inQuotes(field.source.text);
     case From::constant:
       return "always this text";
     case From::eventType:

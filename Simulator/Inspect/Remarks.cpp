@@ -22,7 +22,7 @@ const std::vector<std::string_view>& lookedUpKeys() {
       if (std::find(all.begin(), all.end(), key) == all.end()) all.push_back(key);
     };
     for (const zib::NotificationField& field : zib::notificationFields) {
-      if (field.from == From::userInfo) add(field.text.text);
+      if (field.from == From::userInfo) add(field.source.text);
     }
     for (const zib::ConstantString& key : zib::linkKeys) add(key.text);
     add(zib::notificationTypeKey.text);
@@ -134,16 +134,16 @@ void remarkOnFixedFields(const Payload& payload, Remarks& remarks) {
   for (const zib::NotificationField& field : zib::notificationFields) {
     const std::string key(field.key);
     if (!payload.json.contains(key)) continue;
-    if (field.from == From::userInfo && field.text.text == field.key) continue;
+    if (field.from == From::userInfo && field.source.text == field.key) continue;
     const std::string name = inQuotes(key);
     switch (field.from) {
       case From::userInfo:
         remarks.push_back({key, name + " is not read: the field of that name is filled from " +
-                                    inQuotes(field.text.text)});
+                                    inQuotes(field.source.text)});
         break;
       case From::constant:
-        remarks.push_back(
-            {key, name + " is not read: the event says " + inQuotes(field.text.text) + " always"});
+        remarks.push_back({key, name + " is not read: the event says " +
+                                    inQuotes(field.constant.text) + " always"});
         break;
       case From::eventType:
         remarks.push_back({key, name + " is not read: what happened decides the event's type"});

@@ -314,24 +314,25 @@ class Delegate final : public ZibMessagingDelegate {
  public:
   explicit Delegate(const zib_messaging_delegate& delegate) : delegate_(delegate) {}
 
-  void didReceiveToken(ZibMessaging& /*messaging*/, std::string_view token) override {
+  void zibMessagingDidReceiveToken(ZibMessaging& /*messaging*/, std::string_view token) override {
     if (delegate_->did_receive_token == nullptr) return;
     delegate_->did_receive_token(delegate_->context, TerminatedText(token).text());
   }
-  void didReceiveNotification(ZibMessaging& /*messaging*/,
-                              const zib::Dictionary& userInfo) override {
+  void zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
+                                          const zib::Dictionary& userInfo) override {
     if (delegate_->did_receive_notification == nullptr) return;
     delegate_->did_receive_notification(delegate_->context, userInfo.native().raw());
   }
-  void didReceiveNotificationResponse(ZibMessaging& /*messaging*/,
-                                      const zib::NotificationResponse& response) override {
+  void zibMessagingDidReceiveNotificationResponse(
+      ZibMessaging& /*messaging*/, const zib::NotificationResponse& response) override {
     if (delegate_->did_receive_notification_response == nullptr) return;
     const TerminatedText action(response.actionIdentifier());
     const zib::Object userInfo = response.notification().userInfo().native();
     delegate_->did_receive_notification_response(delegate_->context, response.native(),
                                                  action.text(), userInfo.raw());
   }
-  void didFailToRegisterWithError(ZibMessaging& /*messaging*/, const zib::Error& error) override {
+  void zibMessagingDidFailToRegisterWithError(ZibMessaging& /*messaging*/,
+                                              const zib::Error& error) override {
     if (delegate_->did_fail_to_register == nullptr) return;
     delegate_->did_fail_to_register(delegate_->context, BorrowedError(error).get());
   }
@@ -425,7 +426,7 @@ zib_object zib_messaging_copy_apns_token(void) {
 }
 
 zib_text zib_messaging_copy_notification_event_schema_uri(void) {
-  return copyOf(zib::notificationEventSchemaURI);
+  return copyOf(ZibPayloadBuilder::notificationEventSchemaURI());
 }
 
 void zib_messaging_configure(zib_object application) {

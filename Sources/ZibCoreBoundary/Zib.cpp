@@ -1,6 +1,7 @@
 #include "ZibCoreBoundary/Zib.h"
 
 #include "ZibCoreBoundary/InstalledOnce.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace {
 
@@ -19,8 +20,8 @@ constinit zib::InstalledOnce<Zib> installed;
 }  // namespace
 
 Zib& Zib::shared() noexcept {
-  static SilentCore silent;
-  return installed.orElse(silent);
+  static zib::NeverDestroyed<SilentCore> silent([] { return SilentCore(); });
+  return installed.orElse(*silent);
 }
 
 bool Zib::isInstalled() noexcept { return !installed.isEmpty(); }

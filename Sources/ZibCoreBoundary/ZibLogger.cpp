@@ -1,6 +1,7 @@
 #include "ZibCoreBoundary/ZibLogger.h"
 
 #include "ZibCoreBoundary/InstalledOnce.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace {
 
@@ -15,8 +16,8 @@ constinit zib::InstalledOnce<ZibLogger> installed;
 }  // namespace
 
 ZibLogger& ZibLogger::shared() noexcept {
-  static SilentLogger silent;
-  return installed.orElse(silent);
+  static zib::NeverDestroyed<SilentLogger> silent([] { return SilentLogger(); });
+  return installed.orElse(*silent);
 }
 
 bool ZibLogger::isInstalled() noexcept { return !installed.isEmpty(); }

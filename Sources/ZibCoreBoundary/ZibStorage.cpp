@@ -1,6 +1,7 @@
 #include "ZibCoreBoundary/ZibStorage.h"
 
 #include "ZibCoreBoundary/InstalledOnce.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace {
 
@@ -15,8 +16,8 @@ constinit zib::InstalledOnce<ZibStorage> installed;
 }  // namespace
 
 ZibStorage& ZibStorage::shared() noexcept {
-  static SilentStorage silent;
-  return installed.orElse(silent);
+  static zib::NeverDestroyed<SilentStorage> silent([] { return SilentStorage(); });
+  return installed.orElse(*silent);
 }
 
 bool ZibStorage::install(std::unique_ptr<ZibStorage> storage) noexcept {

@@ -8,11 +8,13 @@
 #include "ZibPlatform/UIKit/Application.h"
 
 using zib::contained;
+using zib::containedOr;
+using zib::LinePart;
 using zib::logLine;
 
 namespace {
 
-constexpr std::string_view linePrefix = "ZibDeepLinkHandler: ";
+constexpr LinePart linePrefix = "ZibDeepLinkHandler: ";
 
 void openInSystem(const zib::URL& url) {
   const auto application = zib::Application::shared();
@@ -28,29 +30,31 @@ void openInSystem(const zib::URL& url) {
 
 }  // namespace
 
-ZibDeepLinkHandler& ZibDeepLinkHandler::shared() { return instance(); }
+ZibDeepLinkHandler& ZibDeepLinkHandler::shared() noexcept { return instance(); }
 
-void ZibDeepLinkHandler::setURLDelegate(URLDelegate urlDelegate) {
-  urlDelegate_.store(urlDelegate ? std::make_shared<const URLDelegate>(std::move(urlDelegate))
-                                 : nullptr);
+void ZibDeepLinkHandler::setURLDelegate(URLDelegate urlDelegate) noexcept {
+  contained("setURLDelegate", [&] {
+    urlDelegate_.store(urlDelegate ? std::make_shared<const URLDelegate>(std::move(urlDelegate))
+                                   : nullptr);
+  });
 }
 
-ZibDeepLinkHandler::URLDelegate ZibDeepLinkHandler::urlDelegate() const {
-  const auto urlDelegate = urlDelegate_.load();
-  return urlDelegate == nullptr ? URLDelegate() : *urlDelegate;
+ZibDeepLinkHandler::URLDelegate ZibDeepLinkHandler::urlDelegate() const noexcept {
+  return containedOr(URLDelegate(), "urlDelegate", [&] {
+    const auto urlDelegate = urlDelegate_.load();
+    return urlDelegate == nullptr ? URLDelegate() : *urlDelegate;
+  });
 }
 
 bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) noexcept {
-  bool isHandled = false;
-  contained("handleNotificationURL", [&] {
+  return containedOr(false, "handleNotificationURL", [&] {
     const auto candidate = zib::findLink(userInfo);
-    if (!candidate) return;
+    if (!candidate) return false;
     const auto url = zib::URL::parse(candidate);
-    if (!url) return;
+    if (!url) return false;
     logLine(linePrefix, "Found URL - ", zib::Utf8(candidate).view());
-    isHandled = openURL(*url);
+    return openURL(*url);
   });
-  return isHandled;
 }
 
 bool ZibDeepLinkHandler::handleURL(const zib::URL& url, std::string_view source) noexcept {
@@ -76,7 +80,6 @@ bool ZibDeepLinkHandler::openURL(const zib::URL& url) {
 
 bool ZibDeepLinkHandler::isHandledByHost(const zib::URL& url) const {
   const auto urlDelegate = urlDelegate_.load();
-  bool isHandled = false;
-  if (urlDelegate != nullptr) contained("urlDelegate", [&] { isHandled = (*urlDelegate)(url); });
-  return isHandled;
+  return urlDelegate != nullptr &&
+         containedOr(false, "urlDelegate", [&] { return (*urlDelegate)(url); });
 }

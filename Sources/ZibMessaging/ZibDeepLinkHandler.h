@@ -18,16 +18,16 @@ class ZibDeepLinkHandler final : public zib::SharedInstance<ZibDeepLinkHandler> 
   // True means that the host has handled the link, and it must not be opened.
   using URLDelegate = std::function<bool(const zib::URL&)>;
 
-  static ZibDeepLinkHandler& shared();
+  static ZibDeepLinkHandler& shared() noexcept;
 
   explicit ZibDeepLinkHandler(Key) {}
 
   // The host's first chance at each link, called on the thread that handles the notification. An
   // empty function takes it back. Meant to be set before notifications arrive; setting it while one
   // is handled is safe and leaves that one with the value that it read.
-  void setURLDelegate(URLDelegate urlDelegate);
+  void setURLDelegate(URLDelegate urlDelegate) noexcept;
   // Empty when there is none.
-  [[nodiscard]] URLDelegate urlDelegate() const;
+  [[nodiscard]] URLDelegate urlDelegate() const noexcept;
 
   // Opens the link of a tapped notification: the first usable one of nine top-level keys. True when
   // a link was handled by the host or handed on for opening; the outcome of opening is only logged.

@@ -9,11 +9,13 @@
 #include "ZibMessaging/Private/CallbackInProgress.h"
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Deferred.h"
+#include "ZibMessaging/Private/EventSchema.h"
 #include "ZibMessaging/Private/FirebaseHookup.h"
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibMessaging/Private/MessagingFace.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
 #include "ZibMessaging/Private/PresentationOptions.h"
+#include "ZibMessaging/Private/QuotedText.h"
 #include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
@@ -22,10 +24,11 @@
 using zib::CallbackInProgress;
 using zib::clickedEvent;
 using zib::contained;
+using zib::containedOr;
 using zib::deliveredEvent;
 using zib::foregroundPresentationOptions;
+using zib::logError;
 using zib::logLine;
-using zib::notificationEventSchemaURI;
 using zib::Row;
 using zib::ShownHexText;
 using zib::shownOf;
@@ -36,11 +39,14 @@ namespace {
 
 constexpr double firebaseSecondAttemptAfter = 0.1;  // seconds
 
-void track(const zib::Dictionary& userInfo, const zib::ConstantString& eventType) {
-  if (zib::isTestNotification(userInfo)) return;
-  Zib::shared().trackSelfDescribingEvent(
-      notificationEventSchemaURI,
-      ZibPayloadBuilder::createNotificationPayload(userInfo, eventType));
+// On its own, so that what the core throws costs nothing else.
+void track(const zib::Dictionary& userInfo, const zib::SharedText& eventType) noexcept {
+  contained("trackSelfDescribingEvent", [&] {
+    if (zib::isTestNotification(userInfo)) return;
+    Zib::shared().trackSelfDescribingEvent(
+        zib::notificationEventSchemaURI(),
+        ZibPayloadBuilder::createNotificationPayload(userInfo, eventType.text));
+  });
 }
 
 // The one line that cannot go to a core.
@@ -52,9 +58,50 @@ void sayIfThereIsNoCore() {
 
 }  // namespace
 
-ZibMessaging& ZibMessaging::shared() { return instance(); }
+ZibMessaging& ZibMessaging::shared() noexcept { return instance(); }
 
-id ZibMessaging::runtimeObject() { return zib::messagingFace(); }
+// With the runtime's class, so that it is there for whoever looks for it by name.
+ZibMessaging::ZibMessaging(Key) { zib::messagingFace(); }
+
+id ZibMessaging::runtimeObject() noexcept { return zib::messagingFace(); }
+
+void ZibMessaging::setDelegate(std::weak_ptr<ZibMessagingDelegate> delegate) noexcept {
+  delegate_.store(std::move(delegate));
+}
+
+std::shared_ptr<ZibMessagingDelegate> ZibMessaging::delegate() const noexcept {
+  return delegate_.read([](const auto& delegate) { return delegate.lock(); });
+}
+
+std::optional<std::string> ZibMessaging::fcmToken() const noexcept {
+  return containedOr(std::optional<std::string>(), "fcmToken", [&] { return fcmToken_.load(); });
+}
+
+std::optional<zib::Bytes> ZibMessaging::apnsToken() const noexcept {
+  return containedOr(std::optional<zib::Bytes>(), "apnsToken", [&] { return apnsToken_.load(); });
+}
+
+bool ZibMessaging::setEventVendor(std::string_view vendor) noexcept {
+  return containedOr(false, "setEventVendor", [&] {
+    std::string line = "ZibMessaging: the event vendor ";
+    zib::appendQuoted(line, vendor);
+    if (swizzlingConfigured_) {
+      logError(line.append(" comes after configure() and is not taken"));
+      return false;
+    }
+    switch (zib::setEventVendor(vendor)) {
+      case zib::VendorOutcome::isNoVendor:
+        logError(line.append(" is refused: letters, digits, \".\", \"-\" and \"_\" are allowed"));
+        return false;
+      case zib::VendorOutcome::isSetAlready:
+        logError(line.append(" is refused: another was set before"));
+        return false;
+      case zib::VendorOutcome::set:
+        break;
+    }
+    return true;
+  });
+}
 
 template <class Call>
 void ZibMessaging::tellDelegate(std::string_view operation, Call call) {
@@ -73,8 +120,13 @@ void ZibMessaging::configure(const zib::Application&) noexcept {
   });
 }
 
-void ZibMessaging::setUpIntegration() {
-  const std::optional<ZibConfig> config = Zib::shared().config();
+// Each step on its own, so that what one finds broken costs the others nothing.
+void ZibMessaging::setUpIntegration() noexcept {
+  if (runtimeObject() == nullptr) {
+    logError("ZibMessaging: the class name \"ZibMessaging\" is taken by something else");
+  }
+  const auto config = containedOr(std::optional<ZibConfig>(), "the core's configuration",
+                                  [] { return Zib::shared().config(); });
   if (config && !config->autoSwizzlingEnabled) {
     logLine("ℹ️ ZibMessaging: Swizzling disabled - manual integration required");
     ZibSwizzleManager::shared().setSwizzlingEnabled(false);
@@ -95,8 +147,8 @@ void ZibMessaging::registerForPush(const zib::Application& application) noexcept
 }
 
 void ZibMessaging::authorizationFailed(const zib::Error& error) {
-  tellDelegate("didFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
-    delegate.didFailToRegisterWithError(*this, error);
+  tellDelegate("zibMessagingDidFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
+    delegate.zibMessagingDidFailToRegisterWithError(*this, error);
   });
 }
 
@@ -114,9 +166,9 @@ void ZibMessaging::didRegisterForRemoteNotifications(
 
 void ZibMessaging::didFailToRegisterForRemoteNotifications(const zib::Error& error) noexcept {
   contained("didFailToRegisterForRemoteNotifications", [&] {
-    ZibLogger::shared().error("Failed to register for push", error);
-    tellDelegate("didFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
-      delegate.didFailToRegisterWithError(*this, error);
+    logError("Failed to register for push", error);
+    tellDelegate("zibMessagingDidFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
+      delegate.zibMessagingDidFailToRegisterWithError(*this, error);
     });
   });
 }
@@ -136,8 +188,9 @@ void ZibMessaging::setFCMToken(std::string_view token) noexcept {
     fcmToken_.store(std::string(token));
     contained("saveFCMToken", [&] { ZibStorage::shared().saveFCMToken(token); });
     contained("registerPushToken", [&] { Zib::shared().registerPushToken(token); });
-    tellDelegate("didReceiveToken",
-                 [&](ZibMessagingDelegate& delegate) { delegate.didReceiveToken(*this, token); });
+    tellDelegate("zibMessagingDidReceiveToken", [&](ZibMessagingDelegate& delegate) {
+      delegate.zibMessagingDidReceiveToken(*this, token);
+    });
   });
 }
 
@@ -156,8 +209,8 @@ void ZibMessaging::handlePresentation(const zib::Notification& notification) noe
     const zib::Dictionary userInfo = notification.userInfo();
     logLine("Notification received in foreground");
     track(userInfo, deliveredEvent);
-    tellDelegate("didReceiveNotification", [&](ZibMessagingDelegate& delegate) {
-      delegate.didReceiveNotification(*this, userInfo);
+    tellDelegate("zibMessagingDidReceiveNotification", [&](ZibMessagingDelegate& delegate) {
+      delegate.zibMessagingDidReceiveNotification(*this, userInfo);
     });
   });
 }
@@ -172,19 +225,19 @@ void ZibMessaging::handleResponse(const zib::NotificationResponse& response) noe
     const zib::Dictionary userInfo = zib::Dictionary::retained(response.nativeUserInfo());
     logLine("Notification tapped with action: ", zib::Utf8(response.actionText()).view());
     track(userInfo, clickedEvent);
-    tellDelegate("didReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
-      delegate.didReceiveNotificationResponse(*this, response);
+    tellDelegate("zibMessagingDidReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
+      delegate.zibMessagingDidReceiveNotificationResponse(*this, response);
     });
     ZibDeepLinkHandler::shared().handleNotificationURL(userInfo);
   });
 }
 
 void ZibMessaging::trackNotificationReceived(const zib::Dictionary& userInfo) noexcept {
-  contained("trackNotificationReceived", [&] { track(userInfo, deliveredEvent); });
+  track(userInfo, deliveredEvent);
 }
 
 void ZibMessaging::trackNotificationOpened(const zib::Dictionary& userInfo) noexcept {
-  contained("trackNotificationOpened", [&] { track(userInfo, clickedEvent); });
+  track(userInfo, clickedEvent);
 }
 
 void ZibMessaging::setupAsNotificationDelegate() noexcept {
@@ -200,8 +253,11 @@ void ZibMessaging::ensureFirebaseMessagingDelegate() noexcept {
   contained("ensureFirebaseMessagingDelegate", &zib::becomeFirebaseDelegate);
 }
 
-void ZibMessaging::setupAsFirebaseMessagingDelegate() {
-  zib::becomeFirebaseDelegate();
-  zib::afterWeakly(firebaseSecondAttemptAfter, weak_from_this(), "ensureFirebaseMessagingDelegate",
-                   [](ZibMessaging&) { zib::becomeFirebaseDelegate(); });
+void ZibMessaging::setupAsFirebaseMessagingDelegate() noexcept {
+  ensureFirebaseMessagingDelegate();
+  contained("the second look for Firebase", [&] {
+    zib::afterWeakly(firebaseSecondAttemptAfter, weak_from_this(),
+                     "ensureFirebaseMessagingDelegate",
+                     [](ZibMessaging&) { zib::becomeFirebaseDelegate(); });
+  });
 }

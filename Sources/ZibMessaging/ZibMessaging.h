@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -19,16 +20,7 @@
 #include "ZibPlatform/UIKit/Application.h"
 #include "ZibPlatform/UserNotifications/UserNotifications.h"
 
-// The vendor of the event schema; a build sets it with -DZIB_EVENT_VENDOR.
-#if !defined(ZIB_EVENT_VENDOR)
-#define ZIB_EVENT_VENDOR "com.zib"
-#endif
-
 namespace zib {
-
-// The schema of every notification event that is handed to the core.
-inline constexpr std::string_view notificationEventSchemaURI =
-    "iglu:" ZIB_EVENT_VENDOR "/notification_event/jsonschema/3-0-0";
 
 class Authorization;
 struct Interceptors;
@@ -40,24 +32,26 @@ struct Interceptors;
 // process. No operation throws. All but configure() may be called on any thread, and run on it.
 class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
  public:
-  static ZibMessaging& shared();
+  static ZibMessaging& shared() noexcept;
 
-  explicit ZibMessaging(Key) {}
+  explicit ZibMessaging(Key);
 
   // Held weakly.
-  void setDelegate(std::weak_ptr<ZibMessagingDelegate> delegate) {
-    delegate_.store(std::move(delegate));
-  }
-  [[nodiscard]] std::shared_ptr<ZibMessagingDelegate> delegate() const {
-    return delegate_.read([](const auto& delegate) { return delegate.lock(); });
-  }
+  void setDelegate(std::weak_ptr<ZibMessagingDelegate> delegate) noexcept;
+  void setDelegate(std::nullptr_t) noexcept { setDelegate(std::weak_ptr<ZibMessagingDelegate>()); }
+  [[nodiscard]] std::shared_ptr<ZibMessagingDelegate> delegate() const noexcept;
 
   // The user's latest answer that came without an error.
   [[nodiscard]] bool isPushEnabled() const noexcept { return isPushEnabled_; }
   // The latest FCM token that was accepted.
-  [[nodiscard]] std::optional<std::string> fcmToken() const { return fcmToken_.load(); }
+  [[nodiscard]] std::optional<std::string> fcmToken() const noexcept;
   // The latest device token.
-  [[nodiscard]] std::optional<zib::Bytes> apnsToken() const { return apnsToken_.load(); }
+  [[nodiscard]] std::optional<zib::Bytes> apnsToken() const noexcept;
+
+  // The vendor in the schema of the events, in place of the one that the module was built with: for
+  // hosts that do not build it themselves. Once, before configure(); otherwise, and for a text with
+  // anything but letters, digits, ".", "-" and "_", it is refused with an error line and false.
+  bool setEventVendor(std::string_view vendor) noexcept;
 
   // Integrates the module into the host, or leaves that to the host, as the core's configuration
   // says; without a configuration it integrates. Once, on the main thread, at start-up: a second
@@ -102,16 +96,17 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
   void setupAsNotificationDelegate() noexcept;
 
   // The module's object in the runtime, of the class "ZibMessaging": what the notification centre
-  // and Firebase hold as their delegate. It lives as long as the process.
-  static zib::objc::id runtimeObject();
+  // and Firebase hold as their delegate. It lives as long as the process, and is nil if the name of
+  // the class is taken.
+  static zib::objc::id runtimeObject() noexcept;
 
  private:
   friend struct ZibTestSeam;
   friend class zib::Authorization;
   friend struct zib::Interceptors;
 
-  void setUpIntegration();
-  void setupAsFirebaseMessagingDelegate();
+  void setUpIntegration() noexcept;
+  void setupAsFirebaseMessagingDelegate() noexcept;
   void authorizationFailed(const zib::Error& error);
   void authorizationAnswered(bool granted) noexcept { isPushEnabled_ = granted; }
   // What willPresent() and didReceive() do when the module does not have the notification in hand

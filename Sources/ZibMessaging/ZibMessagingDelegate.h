@@ -22,14 +22,15 @@ class ZibMessagingDelegate {
   virtual ~ZibMessagingDelegate() = default;
 
   // An FCM token was accepted; `token` is whole. Any thread.
-  virtual void didReceiveToken(ZibMessaging& /*messaging*/, std::string_view /*token*/) {}
+  virtual void zibMessagingDidReceiveToken(ZibMessaging& /*messaging*/,
+                                           std::string_view /*token*/) {}
   // A notification is about to be presented in the foreground, test notifications included.
-  virtual void didReceiveNotification(ZibMessaging& /*messaging*/,
-                                      const zib::Dictionary& /*userInfo*/) {}
+  virtual void zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
+                                                  const zib::Dictionary& /*userInfo*/) {}
   // The user acted on a notification, test notifications included.
-  virtual void didReceiveNotificationResponse(ZibMessaging& /*messaging*/,
-                                              const zib::NotificationResponse& /*response*/) {}
+  virtual void zibMessagingDidReceiveNotificationResponse(
+      ZibMessaging& /*messaging*/, const zib::NotificationResponse& /*response*/) {}
   // Registration failed, or the request for permission ended with an error.
-  virtual void didFailToRegisterWithError(ZibMessaging& /*messaging*/,
-                                          const zib::Error& /*error*/) {}
+  virtual void zibMessagingDidFailToRegisterWithError(ZibMessaging& /*messaging*/,
+                                                      const zib::Error& /*error*/) {}
 };

@@ -10,15 +10,17 @@
 
 using zib::contained;
 
-ZibPushConfig& ZibPushConfig::shared() { return instance(); }
+ZibPushConfig& ZibPushConfig::shared() noexcept { return instance(); }
 
 void ZibPushConfig::configurePush(const zib::Application& application,
                                   std::optional<std::string_view> configEndpoint,
                                   FirebaseConfigHandler firebaseConfigHandler,
                                   Completion completion) noexcept {
-  std::make_shared<zib::ConfigurePushFlow>(weak_from_this(), application,
-                                           std::move(firebaseConfigHandler), std::move(completion))
-      ->start(configEndpoint);
+  contained("configurePush", [&] {
+    std::make_shared<zib::ConfigurePushFlow>(
+        weak_from_this(), application, std::move(firebaseConfigHandler), std::move(completion))
+        ->start(configEndpoint);
+  });
 }
 
 void ZibPushConfig::registerForPushSimple(const zib::Application& application) noexcept {
@@ -26,7 +28,6 @@ void ZibPushConfig::registerForPushSimple(const zib::Application& application) n
 }
 
 std::optional<std::string> ZibPushConfig::savedFirebasePlistPath() const noexcept {
-  std::optional<std::string> stored;
-  contained("savedFirebasePlistPath", [&] { stored = zib::savedFirebasePlist(); });
-  return stored;
+  return zib::containedOr(std::optional<std::string>(), "savedFirebasePlistPath",
+                          &zib::savedFirebasePlist);
 }

@@ -21,7 +21,7 @@ class ZibPushConfig final : public zib::SharedInstance<ZibPushConfig> {
   // Gets whether the registration for push was started; the user's answer comes later.
   using Completion = std::function<void(bool)>;
 
-  static ZibPushConfig& shared();
+  static ZibPushConfig& shared() noexcept;
 
   explicit ZibPushConfig(Key) {}
 

@@ -11,21 +11,33 @@
 
 #include "ZibPlatform/Foundation/Error.h"
 
-// The indices are the codes of the platform's error objects: they stay.
-enum class ZibPushError : std::uint8_t {
-  invalidURL = 0,
-  noData = 1,
-  invalidPlist = 2,
-  firebaseNotConfigured = 3,  // for hosts; the module never fails with it
+class ZibPushError {
+ public:
+  // These are the codes of the platform's error objects: they stay.
+  enum Code : std::uint8_t {
+    invalidURL = 0,
+    noData = 1,
+    invalidPlist = 2,
+    firebaseNotConfigured = 3,  // for hosts; the module never fails with it
+  };
+
+  // NOLINTBEGIN(google-explicit-constructor): an error is its code.
+  constexpr ZibPushError(Code code) noexcept : code_(code) {}
+  constexpr operator Code() const noexcept { return code_; }
+  // NOLINTEND(google-explicit-constructor)
+
+  // For a code that no case has, too.
+  [[nodiscard]] std::string_view errorDescription() const noexcept;
+
+ private:
+  Code code_;
 };
 
 namespace zib {
 
-std::string_view errorDescription(ZibPushError error) noexcept;
-
 // The same failure as a general error, whose native object is an NSError that carries nothing but
 // the description; and back, if the error is one of these.
-Error errorFrom(ZibPushError error);
+Error errorFrom(ZibPushError error) noexcept;
 std::optional<ZibPushError> pushErrorFrom(const Error& error) noexcept;
 
 }  // namespace zib

@@ -1,6 +1,5 @@
 #include "ZibMessaging/ZibSwizzleManager.h"
 
-#include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Deferred.h"
 #include "ZibMessaging/Private/DelegateLook.h"
@@ -13,7 +12,9 @@ using zib::contained;
 using zib::DelegateLook;
 using zib::logLine;
 
-ZibSwizzleManager& ZibSwizzleManager::shared() { return instance(); }
+ZibSwizzleManager& ZibSwizzleManager::shared() noexcept { return instance(); }
+
+ZibSwizzleManager::ZibSwizzleManager(Key) { zib::interceptorClass(); }
 
 void ZibSwizzleManager::setupAutoSwizzling() noexcept {
   contained("setupAutoSwizzling", [&] {
@@ -45,9 +46,7 @@ void ZibSwizzleManager::runPass() {
     return;
   }
   if (!zib::interceptorClass()) {
-    ZibLogger::shared().error("ZibSwizzleManager: another copy of the module is in this process",
-                              std::nullopt);
-    return;
+    zib::logError("ZibMessaging: the class name \"ZibSwizzleManager\" is taken by something else");
   }
   logLine("🔧 Starting Zib SDK auto-swizzling...");
   // Each on its own, so that what one finds broken costs the others nothing.

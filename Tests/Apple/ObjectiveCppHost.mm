@@ -94,22 +94,24 @@ class MessagingDelegate final : public ZibMessagingDelegate {
  public:
   explicit MessagingDelegate(CoreLibrary *library) : library_(library) {}
 
-  void didReceiveToken(ZibMessaging & /*messaging*/, std::string_view token) override {
+  void zibMessagingDidReceiveToken(ZibMessaging & /*messaging*/, std::string_view token) override {
     [library_ keepToken:textOf(token) allowed:YES];
   }
-  void didReceiveNotification(ZibMessaging & /*messaging*/,
-                              const zib::Dictionary &userInfo) override {
+  void zibMessagingDidReceiveNotification(ZibMessaging & /*messaging*/,
+                                          const zib::Dictionary &userInfo) override {
     NSDictionary *const payload = zib::as<NSDictionary>(userInfo.native());
     [library_ write:payload[@"pn_campaign_id"] error:nil];
   }
-  void didReceiveNotificationResponse(ZibMessaging & /*messaging*/,
-                                      const zib::NotificationResponse &response) override {
+  void zibMessagingDidReceiveNotificationResponse(
+      ZibMessaging & /*messaging*/, const zib::NotificationResponse &response) override {
     auto *const native = zib::as<UNNotificationResponse>(response.native());
     [library_ write:native.actionIdentifier error:nil];
   }
-  void didFailToRegisterWithError(ZibMessaging & /*messaging*/, const zib::Error &error) override {
+  void zibMessagingDidFailToRegisterWithError(ZibMessaging & /*messaging*/,
+                                              const zib::Error &error) override {
     const bool isOurs = zib::pushErrorFrom(error) == ZibPushError::noData;
-    [library_ write:textOf(isOurs ? zib::errorDescription(ZibPushError::noData) : error.description)
+    [library_ write:textOf(isOurs ? ZibPushError(ZibPushError::noData).errorDescription()
+                                  : error.description)
               error:zib::as<NSError>(error.nativeError())];
   }
 
@@ -183,7 +185,7 @@ class MessagingDelegate final : public ZibMessagingDelegate {
   NSDictionary *const payload = notification.request.content.userInfo;
   const auto userInfo = zib::Dictionary::retained(zib::native(payload));
   Zib::shared().trackSelfDescribingEvent(
-      zib::notificationEventSchemaURI,
+      ZibPayloadBuilder::notificationEventSchemaURI(),
       ZibPayloadBuilder::createNotificationPayload(userInfo, "shown"));
   completionHandler(
       ZibMessaging::shared().willPresent(zib::Notification::retained(zib::native(notification))));

@@ -71,9 +71,9 @@ PLANTS = [
           ("declarations: FAILED", "outside Native.h", "Planted.cpp")),
     Plant("a declaration that clashes with the platform's in Objective-C++",
           Path("Sources/ZibMessaging/ZibPushError.h"),
-          ("enum class ZibPushError : std::uint8_t {",
+          ("class ZibPushError {",
            'struct objc_class;\nextern "C" const char* class_getName(objc_class* cls);\n'
-           "enum class ZibPushError : std::uint8_t {"),
+           "class ZibPushError {"),
           ("Objective-C++ hosts: FAILED", "class_getName", "conflicting types")),
     Plant("an object that ARC would own", Path("Sources/ZibPlatform/ObjectiveC/Bridge.h"),
           ("native(::id object) noexcept { return (__bridge objc::id)object; }",

@@ -23,7 +23,8 @@ inline constexpr Thrown everyThrown[] = {Thrown::standard, Thrown::ofItsOwnType,
   using zib::objc::id;
   const id exception = zib::send<id>(
       zib::classNamed<"NSException">().object(), selector<"exceptionWithName:reason:userInfo:">(),
-      zib::makeString("Planned").raw(), zib::makeString("planned").raw(), id{nullptr});
+      zib::makeString("Planned").raw(), zib::makeString("planned for the platform").raw(),
+      id{nullptr});
   zib::send<void>(exception, selector<"raise">());
   std::abort();
 }

@@ -118,7 +118,7 @@ TEST_F(InstanceGoneTest, ADelegateMayBeReleasedWhileItIsCalled) {
   class LettingGo final : public ZibMessagingDelegate {
    public:
     explicit LettingGo(std::shared_ptr<LettingGo>& owner) : owner_(owner) {}
-    void didReceiveToken(ZibMessaging&, std::string_view token) override {
+    void zibMessagingDidReceiveToken(ZibMessaging&, std::string_view token) override {
       owner_.reset();
       token_ = token;
     }

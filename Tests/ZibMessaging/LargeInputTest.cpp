@@ -22,8 +22,8 @@ constexpr std::size_t megabyte = 1U << 20U;
 
 class DepthDelegate final : public ZibMessagingDelegate {
  public:
-  void didReceiveNotification(ZibMessaging& /*messaging*/,
-                              const zib::Dictionary& userInfo) override {
+  void zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
+                                          const zib::Dictionary& userInfo) override {
     const ValueMap values = userInfo.values();
     for (const Value* at = values.find("in"); at != nullptr; ++depth) {
       const auto* map = at->get<ValueMap>();

@@ -41,7 +41,7 @@ bool isWhole(const zib::Bytes& token) {
 
 class WatchingDelegate final : public ZibMessagingDelegate {
  public:
-  void didReceiveToken(ZibMessaging& /*messaging*/, std::string_view token) override {
+  void zibMessagingDidReceiveToken(ZibMessaging& /*messaging*/, std::string_view token) override {
     ++tokens;
     broken += isWhole(token) ? 0 : 1;
   }

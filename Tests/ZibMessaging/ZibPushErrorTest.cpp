@@ -37,7 +37,7 @@ TEST_P(ZibPushErrorTest, IsOneByteThatHoldsTheIndex) {
 }
 
 TEST_P(ZibPushErrorTest, DescribesItself) {
-  EXPECT_EQ(zib::errorDescription(GetParam().error), GetParam().description);
+  EXPECT_EQ(GetParam().error.errorDescription(), GetParam().description);
 }
 
 TEST_P(ZibPushErrorTest, HashesItsIndexAsAWord) {
@@ -77,6 +77,13 @@ TEST_P(ZibPushErrorTest, CarriesNothingButTheDescription) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ZibPushErrorTest, testing::ValuesIn(all), test::rowName);
+
+TEST(ZibPushErrorDescriptionTest, IsThereForACodeThatNoCaseHas) {
+  EXPECT_EQ(ZibPushError(static_cast<ZibPushError::Code>(4)).errorDescription(),
+            "Unknown push configuration error");
+  EXPECT_EQ(ZibPushError(static_cast<ZibPushError::Code>(255)).errorDescription(),
+            "Unknown push configuration error");
+}
 
 TEST(ZibPushErrorHashTest, DiffersBetweenCases) {
   std::set<std::size_t> hashes;

@@ -3,7 +3,6 @@
 #include <optional>
 #include <utility>
 
-#include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibCoreBoundary/ZibStorage.h"
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Deferred.h"
@@ -50,7 +49,7 @@ void Authorization::request(const std::weak_ptr<ZibMessaging>& messaging,
 void Authorization::take(const Answer& answer) {
   const auto messaging = answer.messaging.lock();
   if (answer.error) {
-    ZibLogger::shared().error("Push authorization error", answer.error);
+    logError("Push authorization error", answer.error);
     if (messaging) messaging->authorizationFailed(*answer.error);
     return;
   }

@@ -1,7 +1,6 @@
 #include "ZibMessaging/Private/ConfigurePushFlow.h"
 
 #include "ZibCoreBoundary/Zib.h"
-#include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibMessaging/Private/FirebasePlistFile.h"
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibMessaging/ZibMessaging.h"
@@ -22,8 +21,7 @@ void ConfigurePushFlow::start(std::optional<std::string_view> configEndpoint) no
                                                     ? std::optional<std::string>(*configEndpoint)
                                                     : Zib::shared().pushConfigEndpoint();
     if (!endpoint) {
-      ZibLogger::shared().error("Push config endpoint not available - SDK not initialized?",
-                                std::nullopt);
+      logError("Push config endpoint not available - SDK not initialized?");
       finish(false);
       return;
     }
@@ -56,7 +54,7 @@ void ConfigurePushFlow::fetchPushConfig(const std::string& endpoint) {
 // If the ZibPushConfig is gone by now, the flow ends here without a word, even to the host.
 void ConfigurePushFlow::pushConfigFetched(const Result<RemotePushConfig>& config) {
   if (!config) {
-    ZibLogger::shared().error("Failed to fetch push config", config.error());
+    logError("Failed to fetch push config", config.error());
     finish(false);
   } else if (!config->firebasePlistURL) {
     logLine("Push notifications disabled by remote config");
@@ -76,7 +74,7 @@ void ConfigurePushFlow::downloadFirebasePlist(const URL& url) {
 
 void ConfigurePushFlow::firebasePlistDownloaded(const Result<Dictionary>& plist) {
   if (!plist) {
-    ZibLogger::shared().error("Failed to download Firebase plist", plist.error());
+    logError("Failed to download Firebase plist", plist.error());
     finish(false);
     return;
   }

@@ -3,16 +3,18 @@
 #include <exception>
 
 #include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibPlatform/Foundation/Exception.h"
 
 namespace zib {
 
 std::string describeHandledException() noexcept {
+  if (auto description = describeHandledPlatformException()) return *std::move(description);
   try {
     throw;
   } catch (const std::exception& exception) {
     return exception.what();
   } catch (...) {
-    return "an exception of the platform, or of a type of its own";
+    return "an exception of a type of its own";
   }
 }
 

@@ -32,4 +32,11 @@ bool contained(std::string_view operation, Work&& work) noexcept {
   return false;
 }
 
+// The same for work with a result, in whose place `otherwise` comes when it was stopped.
+template <class Result, class Work>
+Result containedOr(Result otherwise, std::string_view operation, Work&& work) noexcept {
+  contained(operation, [&] { otherwise = std::forward<Work>(work)(); });
+  return otherwise;
+}
+
 }  // namespace zib

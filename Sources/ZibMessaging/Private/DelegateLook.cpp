@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "ZibMessaging/Private/AddOrSwap.h"
+#include "ZibMessaging/Private/Interceptors.h"
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
 #include "ZibPlatform/Foundation/Process.h"
@@ -21,11 +22,15 @@ std::optional<Application> sharedApplication() {
   return application;
 }
 
+// The delegate, or nil when there is nothing to intercept it with, since the name of the
+// interceptors' class is taken.
+objc::id interceptable(objc::id delegate) { return interceptorClass() ? delegate : nullptr; }
+
 Sighting only(objc::id delegate) { return {.delegates = {Object::retained(delegate)}}; }
 
 Sighting findAppDelegate() {
   const auto application = sharedApplication();
-  const objc::id delegate = application ? application->delegate() : nullptr;
+  const objc::id delegate = application ? interceptable(application->delegate()) : nullptr;
   if (delegate == nullptr) return {{}, "⚠️ No AppDelegate found"};
   return only(delegate);
 }
@@ -36,11 +41,12 @@ Sighting findSceneDelegates() {
   const auto scenes = ConnectedScenes::of(*application);
   if (scenes.empty())
     return {{}, "ℹ️ No connected scenes yet - will check again shortly", true};
+  if (!interceptorClass()) return {};
   return {.delegates = scenes.windowSceneDelegates()};
 }
 
 Sighting findNotificationDelegate() {
-  const objc::id delegate = NotificationCenter::current().delegate();
+  const objc::id delegate = interceptable(NotificationCenter::current().delegate());
   if (delegate != nullptr) return only(delegate);
   return {{}, "ℹ️ No UNUserNotificationCenterDelegate set yet - will check again", true};
 }
@@ -57,7 +63,7 @@ Sighting findFirebaseDelegate() {
     case FirebaseMessaging::Found::instance:
       break;
   }
-  const objc::id delegate = firebase.delegate();
+  const objc::id delegate = interceptable(firebase.delegate());
   if (delegate != nullptr) return only(delegate);
   return {{}, "ℹ️ No Firebase MessagingDelegate set yet - will retry", true};
 }

@@ -1,6 +1,5 @@
 #include "ZibMessaging/Private/FirebasePlistFile.h"
 
-#include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibPlatform/Foundation/Files.h"
 #include "ZibPlatform/Foundation/PropertyList.h"
@@ -21,7 +20,7 @@ void saveFirebasePlist(const Dictionary& plist) {
   const auto file = fileInDocuments(storedPlistName);
   if (!file) return;
   if (const auto error = writePlist(*file, plist)) {
-    ZibLogger::shared().error("Failed to save Firebase plist", error);
+    logError("Failed to save Firebase plist", error);
     return;
   }
   logLine("Firebase plist saved to: ", pathOf(*file));

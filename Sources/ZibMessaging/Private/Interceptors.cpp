@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibMessaging/Private/CallbackInProgress.h"
 #include "ZibMessaging/Private/CampaignParameters.h"
 #include "ZibMessaging/Private/Containment.h"
@@ -42,19 +41,12 @@ namespace {
 // each call what they found before them can make a circle, which would never end.
 constexpr int maximumDepth = 16;
 
-// A logger that breaks its promise and throws must not cost the callback its handling.
-template <class... Parts>
-void logIntercepted(Parts... parts) noexcept {
-  contained("the log line of an interceptor", [&] { logLine(parts...); });
-}
-
 void reportCircle(Row row) noexcept {
   static_assert(maximumDepth == 16, "the line says so");
   contained("the report of a circle", [&] {
-    ZibLogger::shared().error(std::string("ZibMessaging: ") + interceptionOf(row).hostSelector +
-                                  " came back 16 times for one callback: other libraries call in a "
-                                  "circle, which ends here",
-                              std::nullopt);
+    logError(std::string("ZibMessaging: ") + interceptionOf(row).hostSelector +
+             " came back 16 times for one callback: other libraries call in a "
+             "circle, which ends here");
   });
 }
 
@@ -113,7 +105,7 @@ struct Interceptors {
   static void didRegister(const Installation& installation, id self, id application, id token) {
     const Intercepted callback(Row::didRegister, installation, self, token);
     if (callback.isNew()) {
-      logIntercepted("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
+      logLine("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
       contained("zib_didRegister:deviceToken:",
                 [&] { ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(token)); });
     }
@@ -123,7 +115,7 @@ struct Interceptors {
   static void didFailRegister(const Installation& installation, id self, id application, id error) {
     const Intercepted callback(Row::didFailRegister, installation, self, error);
     if (callback.isNew()) {
-      logIntercepted("❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications");
+      logLine("❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications");
       contained("zib_didFailRegister:error:", [&] {
         ZibMessaging::shared().didFailToRegisterForRemoteNotifications(Error::fromNative(error));
       });
@@ -137,7 +129,7 @@ struct Interceptors {
     if (callback.isNew()) {
       contained("zib_openURL:url:options:", [&] {
         const Utf8 text(textOfURL(url));
-        logIntercepted("🔗 [INTERCEPTED] application:open:options: ", text.view());
+        logLine("🔗 [INTERCEPTED] application:open:options: ", text.view());
         logCampaignParameters(url, text.view());
       });
     }
@@ -157,7 +149,7 @@ struct Interceptors {
       const auto url = urlOfContext(elements.front().raw());
       if (!url) return;
       const Utf8 text(url->text());
-      logIntercepted("🔗 [INTERCEPTED] scene:openURLContexts: ", text.view());
+      logLine("🔗 [INTERCEPTED] scene:openURLContexts: ", text.view());
       logCampaignParameters(url->native(), text.view());
       ZibDeepLinkHandler::shared().handleURL(*url, "scene_delegate");
     });
@@ -171,7 +163,7 @@ struct Interceptors {
                           BlockLayout* completion) {
     const Intercepted callback(Row::willPresent, installation, self, notification);
     if (callback.isNew()) {
-      logIntercepted("🔔 [INTERCEPTED] willPresent notification");
+      logLine("🔔 [INTERCEPTED] willPresent notification");
       ZibMessaging::shared().handlePresentation(*Borrowed<Notification>(notification));
     }
     using Completion = Block<void(UInteger)>;
@@ -193,7 +185,7 @@ struct Interceptors {
                          BlockLayout* completion) {
     const Intercepted callback(Row::didReceive, installation, self, response);
     if (callback.isNew()) {
-      logIntercepted("👆 [INTERCEPTED] didReceive notification response");
+      logLine("👆 [INTERCEPTED] didReceive notification response");
       ZibMessaging::shared().handleResponse(*Borrowed<NotificationResponse>(response));
     }
     using Completion = Block<void()>;
@@ -215,8 +207,8 @@ struct Interceptors {
       contained("zib_messaging:didReceiveRegistrationToken:", [&] {
         const bool isPresent = isString(token);
         const Utf8 text(StringRef::of(token));
-        logIntercepted("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
-                       isPresent ? shownOf(text.view()) : "nil", "...");
+        logLine("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
+                isPresent ? shownOf(text.view()) : "nil", "...");
         if (isPresent) ZibMessaging::shared().setFCMToken(text.view());
       });
     }

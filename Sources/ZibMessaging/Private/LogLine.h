@@ -1,37 +1,49 @@
-// The module's information lines. Failures go to ZibLogger::error() as they are.
+// The module's lines to the core's logger. A logger that breaks its promise and throws costs a line
+// and nothing else.
 
 #pragma once
 
-#include <algorithm>
-#include <array>
-#include <string>
+#include <concepts>
+#include <cstddef>
+#include <optional>
 #include <string_view>
+#include <type_traits>
 
-#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibMessaging/Private/TokenText.h"
+#include "ZibPlatform/Foundation/Error.h"
 
 namespace zib {
 
-inline void logLine(std::string_view line) { ZibLogger::shared().log(line); }
+// A piece of a line. What is no literal of the module's own may come from a host or a sender: its
+// control characters are escaped, so that one line stays one line.
+class LinePart {
+ public:
+  // NOLINTBEGIN(google-explicit-constructor): lines are written as lists of their parts.
+  template <std::size_t Size>
+  constexpr LinePart(const char (&literal)[Size]) : text_(literal, Size - 1), isForeign_(false) {}
+  LinePart(const ShownHexText& token) noexcept : text_(token.view()), isForeign_(false) {}
+  template <class Text>
+  requires(std::convertible_to<Text, std::string_view> && !std::is_array_v<Text>)
+      LinePart(const Text& text)
+  noexcept : text_(text) {}
+  // NOLINTEND(google-explicit-constructor)
 
+  [[nodiscard]] std::string_view text() const noexcept { return text_; }
+  [[nodiscard]] bool isForeign() const noexcept { return isForeign_; }
+
+ private:
+  std::string_view text_;
+  bool isForeign_ = true;
+};
+
+// A line that is complete.
+void logLine(std::string_view line) noexcept;
 // Puts one line together from its parts, without an allocation where the line is short: most
 // callbacks write one, on the app's main thread.
-inline void logLine(std::string_view one, std::string_view two, std::string_view three = {},
-                    std::string_view four = {}) {
-  constexpr std::size_t shortLine = 768;
-  const std::size_t size = one.size() + two.size() + three.size() + four.size();
-  const auto write = [&](char* line) {
-    char* end = std::copy(one.begin(), one.end(), line);
-    end = std::copy(two.begin(), two.end(), end);
-    end = std::copy(three.begin(), three.end(), end);
-    std::copy(four.begin(), four.end(), end);
-    ZibLogger::shared().log({line, size});
-  };
-  if (size <= shortLine) {
-    std::array<char, shortLine> line;  // NOLINT(cppcoreguidelines-pro-type-member-init)
-    write(line.data());
-  } else {
-    write(std::string(size, ' ').data());
-  }
-}
+void logLine(const LinePart& one, const LinePart& two, const LinePart& three = "",
+             const LinePart& four = "") noexcept;
+
+// A failure, with the error where there is one.
+void logError(std::string_view line, const std::optional<Error>& error = std::nullopt) noexcept;
 
 }  // namespace zib

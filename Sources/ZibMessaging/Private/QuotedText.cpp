@@ -1,6 +1,9 @@
 #include "ZibMessaging/Private/QuotedText.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "ZibPlatform/Foundation/Strings.h"
@@ -8,10 +11,13 @@
 namespace zib {
 namespace {
 
-// The ones with a form of their own. Line and paragraph separator break a line for many readers.
-constexpr std::array<std::pair<std::string_view, std::string_view>, 8> escapes{{
-    {"\"", "\\\""},
-    {"\\", "\\\\"},
+using Escape = std::pair<std::string_view, std::string_view>;
+
+constexpr std::array<Escape, 2> quotation{{{"\"", "\\\""}, {"\\", "\\\\"}}};
+
+// The controls with a form of their own. Line and paragraph separator break a line for many
+// readers.
+constexpr std::array<Escape, 6> controls{{
     {"\n", "\\n"},
     {"\r", "\\r"},
     {"\t", "\\t"},
@@ -28,14 +34,18 @@ unsigned controlCode(std::string_view character) {
   return isC0 || isC1 ? last : 0;
 }
 
+template <class Escapes>
+bool appendIfAmong(const Escapes& escapes, std::string& line, std::string_view character) {
+  const auto found = std::find_if(escapes.begin(), escapes.end(),
+                                  [&](const Escape& escape) { return escape.first == character; });
+  if (found == escapes.end()) return false;
+  line.append(found->second);
+  return true;
+}
+
 void appendEscaped(std::string& line, std::string_view character) {
   constexpr std::string_view digits = "0123456789ABCDEF";
-  for (const auto& [escaped, form] : escapes) {
-    if (character == escaped) {
-      line.append(form);
-      return;
-    }
-  }
+  if (appendIfAmong(controls, line, character)) return;
   if (const unsigned code = controlCode(character); code != 0) {
     line.append("\\u{").append({digits[code >> 4U], digits[code & 0xFU], '}'});
   } else {
@@ -43,15 +53,49 @@ void appendEscaped(std::string& line, std::string_view character) {
   }
 }
 
+template <class Use>
+void forEachCharacter(std::string_view text, Use use) {
+  while (!text.empty()) {
+    const std::string_view character = firstCharacters(text, 1);
+    use(character);
+    text.remove_prefix(character.size());
+  }
+}
+
+// Eight bytes at once: not zero if one of them is below a space, is DEL, or is no ASCII.
+std::uint64_t suspiciousBytes(std::uint64_t bytes) noexcept {
+  constexpr std::uint64_t each = 0x0101010101010101U;
+  constexpr std::uint64_t highest = each * 0x80U;
+  const std::uint64_t lessThanSpace = bytes - each * 0x20U;
+  const std::uint64_t greaterThanTilde = bytes + each;
+  return (lessThanSpace | greaterThanTilde | bytes) & highest;
+}
+
 }  // namespace
+
+bool isOneLine(std::string_view text) noexcept {
+  std::uint64_t suspicious = 0;
+  std::uint64_t bytes = 0;
+  for (; text.size() >= sizeof(bytes); text.remove_prefix(sizeof(bytes))) {
+    std::memcpy(&bytes, text.data(), sizeof(bytes));
+    suspicious |= suspiciousBytes(bytes);
+  }
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    suspicious |= static_cast<std::uint64_t>(byte < 0x20 || byte >= 0x7F);
+  }
+  return suspicious == 0;
+}
+
+void appendOneLine(std::string& line, std::string_view text) {
+  forEachCharacter(text, [&](std::string_view character) { appendEscaped(line, character); });
+}
 
 void appendQuoted(std::string& line, std::string_view text) {
   line.push_back('"');
-  while (!text.empty()) {
-    const std::string_view character = firstCharacters(text, 1);
-    appendEscaped(line, character);
-    text.remove_prefix(character.size());
-  }
+  forEachCharacter(text, [&](std::string_view character) {
+    if (!appendIfAmong(quotation, line, character)) appendEscaped(line, character);
+  });
   line.push_back('"');
 }
 

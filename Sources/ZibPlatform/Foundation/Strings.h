@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -68,13 +67,11 @@ std::string wellFormed(std::string_view utf8);
 // counts as one.
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept;
 
-// A text known at compile time, the platform's object for it, and the C++ string. Both are made at
-// their first use and kept: a key that is looked up on every notification must not be made, nor
-// hashed, anew, nor a field of every event copied.
+// A text known at compile time and the platform's object for it, which is made at its first use and
+// kept: a key that is looked up on every notification must not be made, nor hashed, anew.
 struct ConstantString {
   std::string_view text;
-  objc::id (*object)();
-  const std::string& (*utf8)();
+  objc::id (*object)() = nullptr;
 };
 
 template <FixedString Text>
@@ -83,15 +80,7 @@ objc::id objectOfConstant() {
   return string;
 }
 
-// Never destroyed, since events may still be read while the process exits.
 template <FixedString Text>
-const std::string& utf8OfConstant() {
-  static const std::string& string = *std::make_unique<const std::string>(Text.view()).release();
-  return string;
-}
-
-template <FixedString Text>
-inline constexpr ConstantString constantString{Text.view(), &objectOfConstant<Text>,
-                                               &utf8OfConstant<Text>};
+inline constexpr ConstantString constantString{Text.view(), &objectOfConstant<Text>};
 
 }  // namespace zib

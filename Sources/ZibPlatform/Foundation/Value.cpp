@@ -5,7 +5,11 @@
 
 namespace zib {
 
-Value::Value(std::uint64_t value) noexcept {
+Value::Value(StringRef value) {
+  if (value) setText(Utf8(value).view());
+}
+
+void Value::setUnsigned(std::uint64_t value) noexcept {
   if (value <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
     storage_ = static_cast<std::int64_t>(value);
   } else {
@@ -13,12 +17,7 @@ Value::Value(std::uint64_t value) noexcept {
   }
 }
 
-bool operator==(const Value& one, const Value& other) {
-  const auto* const text = one.get<std::string>();
-  const auto* const otherText = other.get<std::string>();
-  if (text != nullptr && otherText != nullptr) return *text == *otherText;
-  return one.storage_ == other.storage_;
-}
+bool operator==(const Value& one, const Value& other) { return one.storage() == other.storage(); }
 
 ValueMap::ValueMap() noexcept = default;
 ValueMap::ValueMap(const ValueMap& other) = default;

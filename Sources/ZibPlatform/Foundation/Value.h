@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
@@ -13,6 +15,8 @@
 
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/ObjectiveC/FixedString.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace zib {
 
@@ -30,12 +34,11 @@ struct Date {
   friend bool operator==(Date, Date) = default;
 };
 
-// A text of the module's own, which lives as long as the process and is not copied. Readers need
-// not tell it from another text: see Value::get() and Value::visit().
-struct ConstantText {
-  const std::string* text;
-  friend bool operator==(ConstantText one, ConstantText other) { return *one.text == *other.text; }
-};
+// The integer types of both platforms, whichever C++ types they are there. A character is none.
+template <class T>
+concept Integer = std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, char> &&
+                  !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> &&
+                  !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
 
 using Array = std::vector<Value>;
 
@@ -73,61 +76,97 @@ class ValueMap {
 };
 
 class Value {
+  // What stands for a text that is kept for the process: constant(). Nobody meets it outside.
+  struct Constant {
+    const Value* text;
+    // NOLINTNEXTLINE(google-explicit-constructor): visitors of storage() need no case for it.
+    operator const std::string&() const noexcept;
+    friend bool operator==(Constant, Constant) = default;
+  };
+
  public:
-  // Integers that fit are int64_t; uint64_t holds only what is greater.
-  using Storage = std::variant<Null, bool, std::int64_t, std::uint64_t, double, std::string,
-                               ConstantText, Bytes, Date, Array, ValueMap>;
+  // Integers that fit are int64_t; uint64_t holds only what is greater. A text is a std::string.
+  using Storage = std::variant<Null, bool, std::int64_t, std::uint64_t, double, std::string, Bytes,
+                               Date, Array, ValueMap, Constant>;
 
   Value() noexcept = default;
+  // Exactly these. Above all no pointer, nor anything else, becomes a boolean on its way.
   // NOLINTBEGIN(google-explicit-constructor): a value is any of these.
   Value(Null) noexcept {}
-  Value(bool value) noexcept : storage_(value) {}
-  Value(int value) noexcept : storage_(std::int64_t{value}) {}
-  Value(std::int64_t value) noexcept : storage_(value) {}
-  Value(std::uint64_t value) noexcept;
-  Value(double value) noexcept : storage_(value) {}
+  template <std::same_as<bool> T>
+  Value(T value) noexcept : storage_(value) {}
+  template <Integer T>
+  Value(T value) noexcept {
+    if constexpr (std::unsigned_integral<T> && sizeof(T) == sizeof(std::uint64_t)) {
+      setUnsigned(value);
+    } else {
+      storage_ = std::int64_t{value};
+    }
+  }
+  template <class T>
+  requires(std::same_as<T, double> || std::same_as<T, float>) Value(T value)
+  noexcept : storage_(double{value}) {}
   Value(const char* value) : storage_(std::string(value)) {}
   Value(std::string_view value) : storage_(std::string(value)) {}
-  Value(const ConstantString& value) : storage_(ConstantText{&value.utf8()}) {}
   Value(std::string value) noexcept : storage_(std::move(value)) {}
+  // The null marker where there is no string.
+  Value(StringRef value);
   Value(Bytes value) noexcept : storage_(std::move(value)) {}
   Value(Date value) noexcept : storage_(value) {}
   Value(Array value) noexcept : storage_(std::move(value)) {}
   Value(ValueMap value) noexcept : storage_(std::move(value)) {}
+  Value(std::nullptr_t) = delete;
   // NOLINTEND(google-explicit-constructor)
 
-  [[nodiscard]] const Storage& storage() const noexcept { return storage_; }
-  // Calls the visitor with the alternative; a text comes as a std::string however it is held.
+  // The text of an NSString; the null marker for nil and for what is no string.
+  static Value text(objc::id string) { return StringRef::of(string); }
+  // A text of the caller's own code, made at its first use and kept for the process: copies of the
+  // value share it.
+  template <FixedString Text>
+  static const Value& constant() {
+    static NeverDestroyed<Value> text([] { return Value(Text.view()); });
+    static NeverDestroyed<Value> reference([] { return Value(Constant{&*text}); });
+    return *reference;
+  }
+
+  [[nodiscard]] const Storage& storage() const noexcept {
+    const auto* constant = std::get_if<Constant>(&storage_);
+    return constant == nullptr ? storage_ : constant->text->storage_;
+  }
+  // Calls the visitor with the alternative.
   template <class Visitor>
   decltype(auto) visit(Visitor&& visitor) const {
     return std::visit(
         [&](const auto& held) -> decltype(auto) {
-          if constexpr (std::is_same_v<std::decay_t<decltype(held)>, ConstantText>) {
-            return visitor(*held.text);
+          if constexpr (std::same_as<std::decay_t<decltype(held)>, Constant>) {
+            return visitor(static_cast<const std::string&>(held));
           } else {
             return visitor(held);
           }
         },
         storage_);
   }
-  // The alternative, or null when the value is another. A std::string is found however it is held.
+  // The alternative, or null when the value is another.
   template <class T>
   [[nodiscard]] const T* get() const noexcept {
-    if constexpr (std::is_same_v<T, std::string>) {
-      if (const auto* constant = std::get_if<ConstantText>(&storage_)) return constant->text;
-    }
-    return std::get_if<T>(&storage_);
+    return std::get_if<T>(&storage());
   }
 
-  // Replaces the value by a copy of the text, made in place, or by the constant.
+  // Replaces the value by a copy of the text, made in place.
   void setText(std::string_view text) { storage_.emplace<std::string>(text); }
-  void setText(const ConstantString& text) { storage_ = ConstantText{&text.utf8()}; }
 
   friend bool operator==(const Value& one, const Value& other);
 
  private:
+  explicit Value(Constant constant) noexcept : storage_(constant) {}
+  void setUnsigned(std::uint64_t value) noexcept;
+
   Storage storage_;
 };
+
+inline Value::Constant::operator const std::string&() const noexcept {
+  return *std::get_if<std::string>(&text->storage_);
+}
 
 struct Member {
   Member(std::string_view name, Value content) : key(name), value(std::move(content)) {}

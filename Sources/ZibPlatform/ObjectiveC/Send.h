@@ -3,9 +3,9 @@
 // A message to nil gives R{}. Not noexcept: an unknown selector, and any method, can throw the
 // platform's exception, which unwinds C++ frames.
 //
-// In debug builds each send is checked against the type encoding of the method that it reaches, and
-// a disagreement ends the process with a message that names the class, the selector and both
-// types: a wrong cast here corrupts the stack on a phone and shows nowhere else.
+// A debug build of the module checks each send against the type encoding of the method that it
+// reaches, and a disagreement ends the process with a message that names the class, the selector
+// and both types: a wrong cast here corrupts the stack on a phone and shows nowhere else.
 
 #pragma once
 
@@ -17,6 +17,10 @@
 
 namespace zib {
 
+// Whether the module was built to check its sends. A fact of the library: hosts that are built in
+// another way than it share the function templates below with it.
+extern const bool sendsAreChecked;
+
 // Ends the process unless `types` and the method that `receiver` answers `selector` with agree.
 // Methods that the receiver only forwards cannot be checked and pass.
 void checkSend(objc::id receiver, Selector selector, const char* types);
@@ -26,10 +30,10 @@ Result send(objc::id receiver, Selector selector, Arguments... arguments) {
   static_assert(std::is_void_v<Result> || std::is_scalar_v<Result>,
                 "a structure is returned in another way on each architecture");
   if (receiver == nullptr) return Result();
-#if !defined(NDEBUG)
-  checkSend(receiver, selector,
-            encoding::Method<Result(objc::id, objc::SEL, Arguments...)>::value.data());
-#endif
+  if (sendsAreChecked) {
+    checkSend(receiver, selector,
+              encoding::Method<Result(objc::id, objc::SEL, Arguments...)>::value.data());
+  }
   using Function = Result(objc::id, objc::SEL, Arguments...);
   return objc::functionFor<Function>(receiver, selector.raw())(receiver, selector.raw(),
                                                                arguments...);

@@ -19,9 +19,9 @@ std::string code(std::string_view text) { return "`" + std::string(text) + "`"; 
 std::string sourceOf(const zib::NotificationField& field) {
   switch (field.from) {
     case From::userInfo:
-      return "the text under " + code(field.text.text) + ", else `null`";
+      return "the text under " + code(field.source.text) + ", else `null`";
     case From::constant:
-      return "always \"" + std::string(field.text.text) + "\"";
+      return "always \"" + std::string(field.constant.text) + "\"";
     case From::eventType:
       return "what happened";
     case From::nothing:

@@ -10,11 +10,13 @@
 #include <string>
 #include <vector>
 
+#include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Exceptions.h"
 #include "Tests/Support/Host.h"
+#include "Tests/Support/TestSeam.h"
 #include "ZibCoreBoundary/Zib.h"
 #include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibCoreBoundary/ZibStorage.h"
@@ -40,14 +42,17 @@ constexpr const char* link = "https://example.com/link";
 class ThrowingDelegate final : public ZibMessagingDelegate {
  public:
   explicit ThrowingDelegate(Thrown kind) : kind_(kind) {}
-  void didReceiveToken(ZibMessaging&, std::string_view) override { test::raise(kind_); }
-  void didReceiveNotification(ZibMessaging&, const zib::Dictionary&) override {
+  void zibMessagingDidReceiveToken(ZibMessaging&, std::string_view) override { test::raise(kind_); }
+  void zibMessagingDidReceiveNotification(ZibMessaging&, const zib::Dictionary&) override {
     test::raise(kind_);
   }
-  void didReceiveNotificationResponse(ZibMessaging&, const zib::NotificationResponse&) override {
+  void zibMessagingDidReceiveNotificationResponse(ZibMessaging&,
+                                                  const zib::NotificationResponse&) override {
     test::raise(kind_);
   }
-  void didFailToRegisterWithError(ZibMessaging&, const zib::Error&) override { test::raise(kind_); }
+  void zibMessagingDidFailToRegisterWithError(ZibMessaging&, const zib::Error&) override {
+    test::raise(kind_);
+  }
 
  private:
   Thrown kind_;
@@ -98,6 +103,17 @@ class ContainmentTest : public testing::TestWithParam<Thrown> {
   static std::string stopped(const char* operation) {
     return std::string("ZibMessaging: stopped an exception in ") + operation;
   }
+  static const char* descriptionOf(Thrown kind) {
+    switch (kind) {
+      case Thrown::standard:
+        return "planned";
+      case Thrown::ofItsOwnType:
+        return "an exception of a type of its own";
+      case Thrown::platform:
+        return "Planned: planned for the platform";
+    }
+    return nullptr;
+  }
   static const zib::Bytes& token() {
     static const zib::Bytes token{0x00, 0x01, 0xAB};
     return token;
@@ -115,9 +131,15 @@ TEST_P(ContainmentTest, WorkThatThrowsIsReportedOnce) {
   EXPECT_EQ(device.errorLines(), Lines{stopped("some work")});
   const sim::Json error = device.entries("log").front().at("error");
   EXPECT_EQ(error.at("domain"), "ZibMessaging");
-  EXPECT_EQ(error.at("description"), GetParam() == Thrown::standard
-                                         ? "planned"
-                                         : "an exception of the platform, or of a type of its own");
+  EXPECT_EQ(error.at("description"), descriptionOf(GetParam()));
+}
+
+TEST_P(ContainmentTest, WorkWithAResultThatThrowsGivesTheOther) {
+  const Device device;
+  EXPECT_EQ(zib::containedOr(1, "some work", [] { return 2; }), 2);
+  EXPECT_TRUE(device.errorLines().empty());
+  EXPECT_EQ(zib::containedOr(1, "some work", []() -> int { test::raise(GetParam()); }), 1);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("some work")});
 }
 
 TEST_P(ContainmentTest, ADelegateThatThrowsAtATapDoesNotCostTheLinkOrTheCompletion) {
@@ -137,7 +159,7 @@ TEST_P(ContainmentTest, ADelegateThatThrowsAtATapDoesNotCostTheLinkOrTheCompleti
   EXPECT_EQ(device.entries("host").size(), 1U);
   EXPECT_EQ(device.countOfLine(std::string("ZibDeepLinkHandler: Opening URL - ") + link), 1U);
   EXPECT_EQ(device.countOfLine("ZibDeepLinkHandler: URL open succeeded"), 1U);
-  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveNotificationResponse")});
+  EXPECT_EQ(device.errorLines(), Lines{stopped("zibMessagingDidReceiveNotificationResponse")});
 }
 
 TEST_P(ContainmentTest, ADelegateThatThrowsAtAPresentationDoesNotCostTheOptions) {
@@ -153,7 +175,7 @@ TEST_P(ContainmentTest, ADelegateThatThrowsAtAPresentationDoesNotCostTheOptions)
       zib::Block<void(UInteger)>::from([&](UInteger chosen) { options.push_back(chosen); }));
   EXPECT_EQ(options, std::vector<UInteger>{19});
   EXPECT_EQ(device.entries("event").size(), 1U);
-  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveNotification")});
+  EXPECT_EQ(device.errorLines(), Lines{stopped("zibMessagingDidReceiveNotification")});
 }
 
 TEST_P(ContainmentTest, ADelegateThatThrowsAtATokenOrAFailureIsReportedOnce) {
@@ -165,10 +187,65 @@ TEST_P(ContainmentTest, ADelegateThatThrowsAtATokenOrAFailureIsReportedOnce) {
   EXPECT_EQ(ZibMessaging::shared().fcmToken(), "token");
   EXPECT_EQ(device.entries("storage").size(), 1U);
   EXPECT_EQ(device.entries("core").size(), 1U);
-  EXPECT_EQ(device.errorLines(), Lines{stopped("didReceiveToken")});
+  EXPECT_EQ(device.errorLines(), Lines{stopped("zibMessagingDidReceiveToken")});
   ZibMessaging::shared().didFailToRegisterForRemoteNotifications({"d", 1, "t", {}});
-  EXPECT_EQ(device.errorLines(), (Lines{stopped("didReceiveToken"), "Failed to register for push",
-                                        stopped("didFailToRegisterWithError")}));
+  EXPECT_EQ(device.errorLines(),
+            (Lines{stopped("zibMessagingDidReceiveToken"), "Failed to register for push",
+                   stopped("zibMessagingDidFailToRegisterWithError")}));
+}
+
+class OrdinaryDelegate final : public ZibMessagingDelegate {
+ public:
+  void zibMessagingDidReceiveNotificationResponse(ZibMessaging&,
+                                                  const zib::NotificationResponse&) override {
+    ++responses;
+  }
+  int responses = 0;
+};
+
+TEST_P(ContainmentTest, ACoreThatThrowsAtAnEventCostsNeitherTheDelegateNorTheLink) {
+  Zib::install(std::make_unique<ThrowingCore>(GetParam()));
+  const Device device;
+  const auto delegate = std::make_shared<OrdinaryDelegate>();
+  ZibMessaging::shared().setDelegate(delegate);
+  ZibMessaging::shared().didReceive(response());
+  Device::drain();
+  EXPECT_EQ(delegate->responses, 1);
+  EXPECT_EQ(device.countOfLine("ZibDeepLinkHandler: URL open succeeded"), 1U);
+  EXPECT_EQ(device.errorLines(), Lines{stopped("trackSelfDescribingEvent")});
+}
+
+TEST_P(ContainmentTest, ALoggerThatThrowsCostsNeitherTokensNorCategories) {
+  ZibLogger::install(std::make_unique<ThrowingLogger>(GetParam()));
+  const Device device;
+  ZibMessaging::shared().configure(Device::application());
+  EXPECT_TRUE(ZibTestSeam::swizzlingConfigured());
+  ZibMessaging::shared().setPushToken(token());
+  ZibMessaging::shared().setFCMToken("token");
+  EXPECT_EQ(ZibMessaging::shared().apnsToken(), token());
+  EXPECT_EQ(ZibMessaging::shared().fcmToken(), "token");
+  EXPECT_EQ(device.entries("storage").size(), 1U);
+  EXPECT_EQ(device.entries("core").size(), 1U);
+  ZibMessaging::shared().registerForPush(Device::application());
+  ASSERT_TRUE(sim::usernotifications::answerOldestRequest({true, std::nullopt}));
+  Device::drain();
+  EXPECT_EQ(device.entries("categories").size(), 1U);
+}
+
+id throwingMessaging(id, SEL) { test::raise(ContainmentTest::GetParam()); }
+
+TEST_P(ContainmentTest, AFirebaseThatThrowsCostsNeitherTheFlagNorTheRetry) {
+  const Device device;
+  sim::firebase::set({});
+  const zib::Class firebase = sim::metaclassOf(zib::Class::named("FIRMessaging"));
+  const zib::objc::IMP messaging = sim::installMethod(firebase, "messaging", &throwingMessaging);
+  ZibMessaging::shared().configure(Device::application());
+  EXPECT_TRUE(ZibTestSeam::swizzlingConfigured());
+  EXPECT_EQ(device.errorLines(), (Lines{stopped("swizzleFirebaseMessagingDelegate"),
+                                        stopped("ensureFirebaseMessagingDelegate")}));
+  firebase.instanceMethod(zib::selector<"messaging">()).setImplementation(messaging);
+  Device::advance(0.2);
+  EXPECT_EQ(sim::firebase::delegate(), ZibMessaging::runtimeObject());
 }
 
 TEST_P(ContainmentTest, AURLCallbackThatThrowsHasNotHandledTheLink) {

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ZibMessaging/Private/QuotedText.h"
 #include "ZibMessaging/Private/TokenText.h"
@@ -34,6 +35,32 @@ TEST(TextFormsTest, ADeviceTokenIsShownAsTheStartOfItsText) {
   EXPECT_EQ(zib::ShownHexText(zib::Bytes{0x00, 0x01, 0xAB}).view(), "0001ab");
   EXPECT_EQ(zib::ShownHexText(zib::Bytes(10, 0x5C)).view(), "5c5c5c5c5c5c5c5c5c5c");
   EXPECT_EQ(zib::ShownHexText(zib::Bytes(32, 0xFF)).view(), std::string(20, 'f'));
+}
+
+TEST(TextFormsTest, TextThatIsPlainIsOneLine) {
+  for (const std::string_view text : {""sv, "a"sv, "https://example.com/?a=b~"sv, "\\ \" '"sv}) {
+    EXPECT_TRUE(zib::isOneLine(text)) << text;
+    std::string line;
+    zib::appendOneLine(line, text);
+    EXPECT_EQ(line, text);
+  }
+}
+
+TEST(TextFormsTest, AControlAnywhereInATextIsSeenAndEscaped) {
+  constexpr std::pair<std::string_view, std::string_view> controls[] = {
+      {"\n", "\\n"},         {"\r", "\\r"},           {"\t", "\\t"},
+      {"\0"sv, "\\0"},       {"\x1F", "\\u{1F}"},     {"\x7F", "\\u{7F}"},
+      {"\u0085", "\\u{85}"}, {"\u2028", "\\u{2028}"}, {"\u2029", "\\u{2029}"}};
+  for (const auto& [control, form] : controls) {
+    for (std::size_t before = 0; before < 17; ++before) {
+      const std::string start(before, 'a');
+      const std::string text = start + std::string(control) + "é";
+      EXPECT_FALSE(zib::isOneLine(start + std::string(control)));
+      std::string line;
+      zib::appendOneLine(line, text);
+      EXPECT_EQ(line, start + std::string(form) + "é");
+    }
+  }
 }
 
 TEST(TextFormsTest, BytesAreLowercaseHexadecimal) {

@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <limits>
+#include <type_traits>
+#include <variant>
+
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
 
 namespace {
 
@@ -40,6 +46,69 @@ TEST(ValueTest, UnsignedIntegersThatFitAreSigned) {
   EXPECT_EQ(Value(static_cast<std::uint64_t>(largest)), Value(largest));
   const auto beyond = static_cast<std::uint64_t>(largest) + 1;
   EXPECT_EQ(*Value(beyond).get<std::uint64_t>(), beyond);
+}
+
+template <class T>
+void expectTaken() {
+  constexpr T least = std::numeric_limits<T>::min();
+  EXPECT_EQ(*Value(T{5}).template get<std::int64_t>(), 5);
+  EXPECT_EQ(*Value(least).template get<std::int64_t>(), static_cast<std::int64_t>(least));
+}
+
+template <class... Integers>
+void expectEachTaken() {
+  (expectTaken<Integers>(), ...);
+}
+
+TEST(ValueTest, EveryIntegerTypeIsTaken) {
+  expectEachTaken<signed char, short, int, long, long long, unsigned char, unsigned short,
+                  unsigned int, unsigned long, unsigned long long, zib::objc::Integer,
+                  zib::objc::UInteger>();
+  EXPECT_EQ(*Value(ULONG_MAX).get<std::uint64_t>(), ULONG_MAX);
+  EXPECT_EQ(*Value(ULLONG_MAX).get<std::uint64_t>(), ULLONG_MAX);
+}
+
+enum Unscoped { enumerator };
+
+// In tests of what does not compile, too; these say it for all of a kind.
+TEST(ValueTest, NothingElseBecomesABooleanOrAnInteger) {
+  static_assert(std::is_convertible_v<bool, Value>);
+  static_assert(!std::is_constructible_v<Value, void*>);
+  static_assert(!std::is_constructible_v<Value, const int*>);
+  static_assert(!std::is_constructible_v<Value, std::nullptr_t>);
+  static_assert(!std::is_constructible_v<Value, zib::objc::id>);
+  static_assert(!std::is_constructible_v<Value, zib::objc::Class>);
+  static_assert(!std::is_constructible_v<Value, void (*)()>);
+  static_assert(!std::is_constructible_v<Value, char>);
+  static_assert(!std::is_constructible_v<Value, char32_t>);
+  static_assert(!std::is_constructible_v<Value, Unscoped>);
+  EXPECT_NE(Value(true).get<bool>(), nullptr);
+}
+
+TEST(ValueTest, TakesTheTextOfAPlatformString) {
+  const zib::Object string = zib::makeString("é text");
+  const zib::Object number = zib::objectFrom(Value(1));
+  EXPECT_EQ(Value(zib::StringRef::of(string.raw())), Value("é text"));
+  EXPECT_EQ(Value::text(string.raw()), Value("é text"));
+  EXPECT_EQ(Value(zib::StringRef()), Value());
+  EXPECT_EQ(Value::text(nullptr), Value());
+  EXPECT_EQ(Value::text(number.raw()), Value());
+}
+
+// Copies of a constant share its text, and nobody can tell.
+TEST(ValueTest, AConstantTextIsATextLikeAnother) {
+  const Value constant = Value::constant<"constant">();
+  const Value copy = constant;
+  EXPECT_EQ(&std::get<std::string>(copy.storage()), &std::get<std::string>(constant.storage()));
+  EXPECT_EQ(std::get<std::string>(constant.storage()), "constant");
+  EXPECT_EQ(*constant.get<std::string>(), "constant");
+  EXPECT_EQ(constant.storage().index(), Value("text").storage().index());
+  EXPECT_EQ(constant, Value("constant"));
+  EXPECT_EQ(Value("constant"), constant);
+  EXPECT_FALSE(constant == Value("another"));
+  EXPECT_FALSE(constant == Value());
+  EXPECT_TRUE(constant.visit(
+      [](const auto& held) { return std::is_same_v<std::decay_t<decltype(held)>, std::string>; }));
 }
 
 TEST(ValueTest, AMapKeepsItsOrderAndItsKeysDistinct) {

@@ -1,0 +1,51 @@
+# cmake -DCOMPILER=… -DROOT=SOURCES -DWORK=FOLDER -P CheckExpressions.cmake: compiles all expressions of
+# refused.txt at once, each under the number of its line, and holds what the compiler says of each
+# against what it has to say.
+
+cmake_minimum_required(VERSION 3.25)
+
+file(STRINGS ${ROOT}/Tests/Refused/refused.txt lines)
+set(source "#include \"Tests/Refused/Everything.h\"\n")
+set(number 0)
+foreach(line ${lines})
+  math(EXPR number "${number} + 1")
+  if(line MATCHES "^#")
+    continue()
+  endif()
+  if(NOT line MATCHES "^([a-z0-9-]+) *\\| *([a-z ]*[a-z]) *\\| *(.*)$")
+    message(FATAL_ERROR "refused.txt:${number}: a line is a name, what the compiler says and an expression")
+  endif()
+  string(APPEND source "#line ${number} \"refused.txt\"\n"
+    "void probe${number}() { static_cast<void>(${CMAKE_MATCH_3}); }\n")
+endforeach()
+file(WRITE ${WORK}/refused.cpp "${source}")
+execute_process(
+  COMMAND ${COMPILER} -std=c++20 -fsyntax-only -I${ROOT} -I${ROOT}/Sources ${WORK}/refused.cpp
+  ERROR_VARIABLE said RESULT_VARIABLE result)
+
+set(number 0)
+set(taken_count 0)
+set(wrong "")
+foreach(line ${lines})
+  math(EXPR number "${number} + 1")
+  if(line MATCHES "^#")
+    continue()
+  endif()
+  string(REGEX MATCH "^([a-z0-9-]+) *\\| *([a-z ]*[a-z]) *\\|" parts "${line}")
+  set(name ${CMAKE_MATCH_1})
+  set(expected ${CMAKE_MATCH_2})
+  if(expected STREQUAL "taken")
+    math(EXPR taken_count "${taken_count} + 1")
+    if(said MATCHES "refused.txt:${number}:[0-9]+: error: ([^\n]*)")
+      string(APPEND wrong "${name} is to compile: ${CMAKE_MATCH_1}\n")
+    endif()
+  elseif(NOT said MATCHES "refused.txt:${number}:[0-9]+: error: [^\n]*${expected}")
+    string(APPEND wrong "${name} is to be refused with \"${expected}\"\n")
+  endif()
+endforeach()
+if(taken_count EQUAL 0 OR result EQUAL 0)
+  string(APPEND wrong "nothing is taken, or nothing refused\n")
+endif()
+if(wrong)
+  message(FATAL_ERROR "${wrong}")
+endif()
