@@ -5,30 +5,19 @@
 #include <cstdio>
 #include <string>
 
-#include "Simulator/Dispatch/Scheduler.h"
-#include "Simulator/Foundation/Foundation.h"
+#include "Simulator/Device/Device.h"
 #include "Simulator/Timeline/Timeline.h"
-#include "Simulator/UIKit/UIKit.h"
-#include "Simulator/UserNotifications/UserNotifications.h"
-#include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
-#include "ZibPlatform/ObjectiveC/Block.h"
-#include "ZibPlatform/ObjectiveC/Class.h"
-#include "ZibPlatform/ObjectiveC/Send.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace {
 
 using sim::Json;
 using sim::Timeline;
-using zib::Block;
 using zib::Object;
-using zib::selector;
-using zib::send;
-using zib::Value;
 using zib::ValueMap;
-using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::UInteger;
 
@@ -46,24 +35,19 @@ void record(const char* operation, Json details = Json::object()) {
   Timeline::shared().add("system", details);
 }
 
-// Calls the delegate as the system does: only if it responds.
-template <class Result, class... Arguments>
-Result tell(id delegate, zib::Selector method, Arguments... arguments) {
-  if (delegate == nullptr || !zib::respondsTo(delegate, method)) return Result();
-  return send<Result>(delegate, method, arguments...);
-}
-
 // What the main queue holds after a callback runs in turns of its own.
-void runMainQueue() { sim::Scheduler::shared().drain(); }
+void runMainQueue() { sim::Device::settle(); }
+
+ValueMap valuesOf(id userInfo) { return *zib::valueFrom(userInfo).get<ValueMap>(); }
 
 }  // namespace
 
 void launchDevice() {
-  sim::installFoundation();
-  sim::setMainBundlePath("/Applications/Example.app");
-  sim::setSystemVersion(17, 0);
-  sim::uikit::install(sim::uikit::ApplicationPresence::present, true);
-  sim::usernotifications::install(sim::usernotifications::Answer{});
+  static const zib::NeverDestroyed<sim::Device> device([] {
+    sim::DeviceDescription description;
+    description.bundlePath = "/Applications/Example.app";
+    return sim::Device(description);
+  });
   Timeline::shared().setSink(&print);
 }
 
@@ -71,57 +55,38 @@ id deviceApplication() { return sim::uikit::application(); }
 
 void deliverDeviceToken() {
   constexpr std::array<std::uint8_t, 8> token{0x8f, 0x3a, 0x6c, 0x01, 0x19, 0xd2, 0xe4, 0x7b};
-  tell<void>(sim::uikit::appDelegate(),
-             selector<"application:didRegisterForRemoteNotificationsWithDeviceToken:">(),
-             deviceApplication(), zib::makeData(token).raw());
+  sim::uikit::deliverDeviceToken(token);
   runMainQueue();
 }
 
 void deliverRegistrationFailure() {
   constexpr int noValidEntitlement = 3000;
-  const zib::Error error{.domain = "NSCocoaErrorDomain",
-                         .code = noValidEntitlement,
-                         .description = "no valid entitlement",
-                         .native = {}};
-  tell<void>(sim::uikit::appDelegate(),
-             selector<"application:didFailToRegisterForRemoteNotificationsWithError:">(),
-             deviceApplication(), error.nativeError().raw());
+  sim::uikit::deliverRegistrationFailure(zib::Error{.domain = "NSCocoaErrorDomain",
+                                                    .code = noValidEntitlement,
+                                                    .description = "no valid entitlement",
+                                                    .native = {}});
   runMainQueue();
 }
 
 void presentNotification(id userInfo) {
-  const auto completion = Block<void(UInteger)>::from([](UInteger options) {
-    record("presents the notification", {{"options", options}});
+  sim::usernotifications::present(valuesOf(userInfo), [] {
+    return sim::usernotifications::PresentationCompletion::from([](UInteger options) {
+      record("presents the notification", {{"options", options}});
+    });
   });
-  tell<void>(
-      sim::usernotifications::delegate(),
-      selector<"userNotificationCenter:willPresentNotification:withCompletionHandler:">(),
-      sim::usernotifications::center(),
-      sim::usernotifications::makeNotification(*zib::valueFrom(userInfo).get<ValueMap>()).raw(),
-      completion.raw());
   runMainQueue();
 }
 
 void tapNotification(id userInfo) {
-  const auto completion = Block<void()>::from([] { record("response completed"); });
-  tell<void>(
-      sim::usernotifications::delegate(),
-      selector<"userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:">(),
-      sim::usernotifications::center(),
-      sim::usernotifications::makeResponse(*zib::valueFrom(userInfo).get<ValueMap>(),
-                                           "com.apple.UNNotificationDefaultActionIdentifier")
-          .raw(),
-      completion.raw());
+  sim::usernotifications::respond(valuesOf(userInfo), sim::usernotifications::defaultAction, [] {
+    return sim::usernotifications::ResponseCompletion::from([] { record("response completed"); });
+  });
   runMainQueue();
 }
 
 void openURL(const char* url) {
-  const auto opened = zib::URL::parse(url);
-  const Object options = zib::objectFrom(ValueMap());
-  const auto isHandled =
-      tell<BOOL>(sim::uikit::appDelegate(), selector<"application:openURL:options:">(),
-                 deviceApplication(), opened->native(), options.raw());
-  record("URL delivered", {{"handled", isHandled != 0}});
+  const auto isHandled = sim::uikit::deliverURL(zib::URL::parse(url).value(), {});
+  record("URL delivered", {{"handled", isHandled.value_or(false)}});
   runMainQueue();
 }
 
@@ -132,8 +97,8 @@ void liveThroughADay() {
                                {"link", "https://shop.example/sale"}});
   runMainQueue();
   // The token takes a while, in which what was put off until the app has settled is done too.
-  constexpr sim::Nanoseconds twoSeconds = 2'000'000'000;
-  sim::Scheduler::shared().advanceTo(twoSeconds);
+  constexpr double seconds = 2;
+  sim::Device::advance(seconds);
   deliverDeviceToken();
   presentNotification(sale.raw());
   tapNotification(sale.raw());

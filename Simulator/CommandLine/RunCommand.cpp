@@ -14,7 +14,7 @@
 #include "Simulator/Report/JUnit.h"
 #include "Simulator/Report/Outcome.h"
 #include "Simulator/Scenario/Expectations.h"
-#include "Simulator/Scenario/Process.h"
+#include "Simulator/Scenario/PlayInProcess.h"
 #include "Simulator/Timeline/PeopleFormat.h"
 
 namespace sim {
@@ -23,7 +23,7 @@ namespace {
 std::vector<Json> fieldsOf(const std::vector<Step>& steps) {
   std::vector<Json> fields;
   fields.reserve(steps.size());
-  for (const Step& step : steps) fields.push_back(step.fields);
+  for (const Step& step : steps) fields.push_back(step.written);
   return fields;
 }
 

@@ -1,6 +1,9 @@
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 
+#include "Simulator/FirebaseMessaging/DelegateMessages.h"
+#include "Simulator/ObjectiveC/DelegateCall.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -16,6 +19,8 @@ using zib::send;
 using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::SEL;
+
+constexpr const char* messagingClass = "FIRMessaging";
 
 struct State {
   Pieces pieces;
@@ -41,7 +46,7 @@ void recordAndSetDelegate(id, SEL, id delegate) {
 // The answer that NSObject gives for the receiver's class.
 BOOL inherited(id self, SEL respondsToSelector, SEL asked) {
   const Class root = classNamed<"NSObject">();
-  const Class from = Class::ofObject(self) == Class::ofObject(classNamed<"FIRMessaging">().object())
+  const Class from = Class::ofObject(self) == Class::ofObject(Class::named(messagingClass).object())
                          ? Class::ofObject(root.object())
                          : root;
   const auto method = from.instanceMethod(Selector(respondsToSelector));
@@ -63,7 +68,7 @@ BOOL instanceRespondsTo(id self, SEL respondsToSelector, SEL asked) {
 }
 
 Object makeMessaging() {
-  const Class cls = zib::ClassBuilder("FIRMessaging", classNamed<"NSObject">())
+  const Class cls = zib::ClassBuilder(messagingClass, classNamed<"NSObject">())
                         .classMethod("messaging", &sharedMessaging)
                         .classMethod("respondsToSelector:", &classRespondsTo)
                         .method("respondsToSelector:", &instanceRespondsTo)
@@ -75,6 +80,8 @@ Object makeMessaging() {
 
 }  // namespace
 
+std::vector<std::string_view> classNames() { return {messagingClass}; }
+
 void set(const Pieces& pieces) {
   state().pieces = pieces;
   if (!state().messaging) state().messaging = makeMessaging();
@@ -83,5 +90,11 @@ void set(const Pieces& pieces) {
 void setDelegate(Object delegate) { state().delegate = std::move(delegate); }
 id delegate() { return state().delegate.raw(); }
 id messaging() { return state().messaging.raw(); }
+
+void deliverToken(const std::optional<std::string>& token) {
+  if (!responds(delegate(), selector<didReceiveToken>())) return;
+  const Object text = token ? zib::makeString(*token) : Object();
+  sendToken(delegate(), messaging(), text.raw());
+}
 
 }  // namespace sim::firebase

@@ -2,6 +2,11 @@
 
 #pragma once
 
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace sim::firebase {
@@ -15,6 +20,9 @@ struct Pieces {
   bool settable = true;
 };
 
+// Of the class that set() registers.
+std::vector<std::string_view> classNames();
+
 // Firebase appears, or changes. Before the first call there is no class "FIRMessaging".
 void set(const Pieces& pieces);
 
@@ -24,5 +32,8 @@ zib::objc::id delegate();
 
 // The messaging object, even while the class does not hand it out; nil before Firebase appeared.
 zib::objc::id messaging();
+
+// Firebase calls its delegate, if it responds.
+void deliverToken(const std::optional<std::string>& token);
 
 }  // namespace sim::firebase

@@ -19,7 +19,7 @@ void installFoundation() {
     installErrors();
     installFileData();
     installJSONSerialization();
-    installProcess();
+    installBundleAndProcessInfo();
     installPropertyListSerialization();
     installStrings();
     installURLs();

@@ -10,7 +10,7 @@ void installDirectories();
 void installErrors();
 void installFileData();
 void installJSONSerialization();
-void installProcess();
+void installBundleAndProcessInfo();
 void installPropertyListSerialization();
 void installStrings();
 void installURLs();

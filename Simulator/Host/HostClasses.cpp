@@ -3,7 +3,11 @@
 #include <array>
 #include <utility>
 
+#include "Simulator/FirebaseMessaging/DelegateMessages.h"
+#include "Simulator/Json/Values.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "Simulator/UIKit/DelegateMessages.h"
+#include "Simulator/UserNotifications/DelegateMessages.h"
 #include "ZibMessaging/Private/TokenText.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
@@ -104,29 +108,25 @@ struct Methods {
   static void add(zib::ClassBuilder& builder, HostMethod method) {
     switch (method) {
       case HostMethod::didRegister:
-        builder.method("application:didRegisterForRemoteNotificationsWithDeviceToken:",
-                       &didRegister);
+        builder.method(uikit::didRegister.data(), &didRegister);
         break;
       case HostMethod::didFail:
-        builder.method("application:didFailToRegisterForRemoteNotificationsWithError:", &didFail);
+        builder.method(uikit::didFailToRegister.data(), &didFail);
         break;
       case HostMethod::openURL:
-        builder.method("application:openURL:options:", &openURL);
+        builder.method(uikit::openURLWithOptions.data(), &openURL);
         break;
       case HostMethod::openURLContexts:
-        builder.method("scene:openURLContexts:", &openURLContexts);
+        builder.method(uikit::sceneOpenURLContexts.data(), &openURLContexts);
         break;
       case HostMethod::willPresent:
-        builder.method("userNotificationCenter:willPresentNotification:withCompletionHandler:",
-                       &willPresent);
+        builder.method(usernotifications::willPresent.data(), &willPresent);
         break;
       case HostMethod::didReceive:
-        builder.method(
-            "userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:",
-            &didReceive);
+        builder.method(usernotifications::didReceive.data(), &didReceive);
         break;
       case HostMethod::token:
-        builder.method("messaging:didReceiveRegistrationToken:", &token);
+        builder.method(firebase::didReceiveToken.data(), &token);
         break;
     }
   }

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 
+#include "Simulator/Json/Names.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 
@@ -20,6 +21,18 @@ enum class HostMethod {
   willPresent,
   didReceive,
   token,
+};
+
+template <>
+struct Names<HostMethod> {
+  using enum HostMethod;
+  static constexpr Named<HostMethod> rows[] = {{didRegister, "didRegister"},
+                                               {didFail, "didFail"},
+                                               {openURL, "openURL"},
+                                               {openURLContexts, "openURLContexts"},
+                                               {willPresent, "willPresent"},
+                                               {didReceive, "didReceive"},
+                                               {token, "token"}};
 };
 
 struct HostClassDescription {

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "Simulator/Foundation/Setting.h"
+#include "Simulator/Json/Values.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "ZibCoreBoundary/Zib.h"
 #include "ZibCoreBoundary/ZibLogger.h"

@@ -1,5 +1,6 @@
 #include "Simulator/Host/RecordingMessagingDelegate.h"
 
+#include "Simulator/Json/Values.h"
 #include "Simulator/Timeline/Timeline.h"
 
 namespace sim {

@@ -4,12 +4,6 @@
 
 namespace sim {
 
-const std::vector<std::string_view>& faultNames() {
-  static const std::vector<std::string_view> names{"hang", "reset",  "truncate",
-                                                   "tls",  "refuse", "unknownHost"};
-  return names;
-}
-
 std::string listedHost(std::string_view host) {
   const bool isBracketed = host.starts_with('[');
   const std::size_t port = host.find(':', isBracketed ? host.find(']') : 0);

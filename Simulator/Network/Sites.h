@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "Simulator/Json/Names.h"
 #include "ZibPlatform/Foundation/URLSession.h"
 
 namespace sim {
 
-// The name of each is what a scenario calls it; see faultNames().
 enum class Fault {
   none,
   hang,         // answers no more until the client gives up
@@ -21,8 +21,13 @@ enum class Fault {
   unknownHost,  // the host has no address
 };
 
-// All but `none`, in their order.
-const std::vector<std::string_view>& faultNames();
+template <>
+struct Names<Fault> {
+  using enum Fault;
+  static constexpr Named<Fault> rows[] = {{hang, "hang"},         {reset, "reset"},
+                                          {truncate, "truncate"}, {tls, "tls"},
+                                          {refuse, "refuse"},     {unknownHost, "unknownHost"}};
+};
 
 // A fault that strikes during the answer leaves the first half of the body; without a body it
 // strikes before the answer's first byte, except that `truncate` then announces a body.

@@ -5,6 +5,7 @@
 
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Setting.h"
+#include "Simulator/Json/Values.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "Simulator/ObjectiveC/StandIn.h"
 #include "Simulator/Timeline/Timeline.h"
@@ -31,6 +32,9 @@ using zib::objc::UInteger;
 using CompletionHandler = zib::Block<void(id, id, id)>;
 
 constexpr const char* sessionThread = "session";
+constexpr const char* sessionClass = "NSURLSession";
+constexpr const char* taskClass = "NSURLSessionTask";
+constexpr const char* dataTaskClass = "NSURLSessionDataTask";
 
 Setting<std::weak_ptr<Network>>& networkSetting() {
   static Setting<std::weak_ptr<Network>> network({});
@@ -199,7 +203,7 @@ void dealloc(id task, SEL command) {
 
 id dataTaskWithRequest(id, SEL, id request, BlockLayout* completion) {
   auto held = std::make_unique<Held>(std::make_shared<Exchange>(Order::from(request), completion));
-  const id task = send<id>(classNamed<"NSURLSessionDataTask">().object(), selector<"new">());
+  const id task = send<id>(Class::named(dataTaskClass).object(), selector<"new">());
   object_setInstanceVariable(task, exchangeVariable, held.release());
   return send<id>(task, selector<"autorelease">());
 }
@@ -217,24 +221,26 @@ id sharedSession(id, SEL) {
 
 void registerTask() {
   objc_class* const raw =
-      zib::objc::allocateClassPair(classNamed<"NSObject">().raw(), "NSURLSessionTask", 0);
+      zib::objc::allocateClassPair(classNamed<"NSObject">().raw(), taskClass, 0);
   addPointerVariable(raw, exchangeVariable, "^v");
   zib::objc::registerClassPair(raw);
   const Class task(raw);
   installMethod(task, "resume", &resume);
   installMethod(task, "cancel", &cancel);
   installMethod(task, "dealloc", &dealloc);
-  zib::objc::registerClassPair(zib::objc::allocateClassPair(raw, "NSURLSessionDataTask", 0));
+  zib::objc::registerClassPair(zib::objc::allocateClassPair(raw, dataTaskClass, 0));
 }
 
 void registerSession() {
-  const Class session = registerStandIn("NSURLSession", classNamed<"NSObject">(), {});
+  const Class session = registerStandIn(sessionClass, classNamed<"NSObject">(), {});
   installClassMethod(session, "sharedSession", &sharedSession);
   installMethod(session, "dataTaskWithRequest:completionHandler:", &dataTaskWithRequest);
   installMethod(session, "dataTaskWithURL:completionHandler:", &dataTaskWithURL);
 }
 
 }  // namespace
+
+std::vector<std::string_view> classNames() { return {sessionClass, taskClass, dataTaskClass}; }
 
 void install() {
   registerTask();

@@ -7,10 +7,15 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
+#include <vector>
 
 #include "Simulator/Network/Network.h"
 
 namespace sim::urlsession {
+
+// Of the classes that install() registers.
+std::vector<std::string_view> classNames();
 
 // Registers the classes. Once in a process, before other threads send messages.
 void install();

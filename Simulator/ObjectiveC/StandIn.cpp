@@ -48,7 +48,7 @@ Class registerOrderedSet() {
       return send<id>(elements(self), selector<"objectEnumerator">());
     }
   };
-  const Class cls = registerStandIn("ZibSimOrderedSet", classNamed<"NSSet">(), {});
+  const Class cls = registerStandIn(orderedSetClass, classNamed<"NSSet">(), {});
   installMethod(cls, "count", &Methods::count);
   installMethod(cls, "member:", &Methods::member);
   installMethod(cls, "objectEnumerator", &Methods::objectEnumerator);

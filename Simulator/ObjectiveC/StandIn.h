@@ -30,6 +30,7 @@ void setProperty(zib::objc::id object, std::string_view name, const zib::Value& 
 zib::objc::id property(zib::objc::id object, std::string_view name);
 
 // An NSSet that keeps the order of its elements, so that iterating it is the same in each run.
+inline constexpr const char* orderedSetClass = "ZibSimOrderedSet";
 zib::Object makeOrderedSet(const std::vector<zib::Object>& elements);
 
 }  // namespace sim

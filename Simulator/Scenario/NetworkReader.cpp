@@ -1,13 +1,13 @@
 #include "Simulator/Scenario/NetworkReader.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <iterator>
+#include <optional>
 
 #include "Simulator/Foundation/Base64.h"
 #include "Simulator/Network/Location.h"
+#include "Simulator/Scenario/DocumentReader.h"
+#include "Simulator/Scenario/Kinds.h"
+#include "Simulator/Scenario/Record.h"
 
 namespace sim {
 namespace {
@@ -17,24 +17,11 @@ struct Body {
   const char* type;
 };
 
-std::string readFile(const Node& node, const std::filesystem::path& folder) {
-  const std::filesystem::path path = folder / node.text();
-  const auto fail = [&](int code) {
-    node.fail("cannot be read: " + path.string() + ": " + std::strerror(code),
-              "a file, named from the scenario's folder on");
-  };
-  std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored)) fail(EISDIR);
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) fail(errno);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 Body readBody(std::string_view kind, const Node& node, const std::filesystem::path& folder) {
   if (kind == "json") return {node.value().dump(), "application/json"};
   if (kind == "text") return {node.text(), "text/plain; charset=utf-8"};
   constexpr const char* bytes = "application/octet-stream";
-  if (kind == "file") return {readFile(node, folder), bytes};
+  if (kind == "file") return {readNamedFile(node, folder), bytes};
   const auto decoded = bytesFromBase64(node.text());
   if (!decoded) node.failType("base64");
   return {{decoded->begin(), decoded->end()}, bytes};
@@ -81,28 +68,60 @@ int readStatus(const Node& node) {
   return static_cast<int>(status);
 }
 
-Answer readAnswer(const Node& node, const std::filesystem::path& folder) {
-  node.objectOf({"status", "headers", "text", "json", "base64", "file", "fault"});
-  Answer answer;
-  if (const auto status = node.find("status")) answer.status = readStatus(*status);
-  if (const auto headers = node.find("headers")) answer.headers = readHeaders(*headers);
-  if (const auto fault = node.find("fault")) {
-    answer.fault = static_cast<Fault>(fault->choice(faultNames()) + 1);
-  }
-  bool hasBody = false;
-  for (const char* kind : {"text", "json", "base64", "file"}) {
-    const auto found = node.find(kind);
-    if (!found) continue;
-    if (hasBody)
-      found->fail("a second body", "one of " + quotedList({"text", "json", "base64", "file"}));
-    hasBody = true;
-    Body body = readBody(kind, *found, folder);
-    answer.body = std::move(body.bytes);
+// Each gives a body; an answer has one of them at most.
+const std::vector<std::string_view>& bodyKinds() {
+  static const std::vector<std::string_view> kinds{"text", "json", "base64", "file"};
+  return kinds;
+}
+
+void readBodyInto(Answer& answer, const Node& node, const std::filesystem::path& folder) {
+  std::optional<Node> found;
+  for (const std::string_view kind : bodyKinds()) {
+    const auto body = node.find(kind);
+    if (!body) continue;
+    if (found) body->fail("a second body", "one of " + quotedList(bodyKinds()));
+    found = body;
+    Body read = readBody(kind, *body, folder);
+    answer.body = std::move(read.bytes);
     const bool hasType =
         std::any_of(answer.headers.begin(), answer.headers.end(),
                     [](const auto& header) { return lowerCase(header.name) == "content-type"; });
-    if (!hasType) answer.headers.push_back({"Content-Type", body.type});
+    if (!hasType) answer.headers.push_back({"Content-Type", read.type});
   }
+}
+
+const Record<Answer>& answerRecord() {
+  static const Kind<int> status{[](const Node& node, Reading&) { return readStatus(node); },
+                                {{"type", "integer"}, {"minimum", 200}, {"maximum", 599}},
+                                [](const int& value) { return Json(value); }};
+  static const Kind<std::vector<zib::HTTPHeader>> headers{
+      [](const Node& node, Reading&) { return readHeaders(node); },
+      {{"type", "object"}, {"additionalProperties", {{"type", "string"}}}}};
+  // Bodies are read when the headers are known.
+  static const auto isReadLater = [](const Node&, Reading&, Answer&) {};
+  static const auto record =
+      Record<Answer>()
+          .optional("status", &Answer::status, status, "the status")
+          .optional("headers", &Answer::headers, headers, "headers, each a text")
+          .custom({"text", "the body as text", false, {{"type", "string"}}}, isReadLater)
+          .custom({"json", "the body as JSON", false, Json::object()}, isReadLater)
+          .custom({"base64",
+                   "the body as bytes",
+                   false,
+                   {{"type", "string"}, {"contentEncoding", "base64"}}},
+                  isReadLater)
+          .custom({"file",
+                   "a file that is the body, named from the scenario's folder on",
+                   false,
+                   {{"type", "string"}}},
+                  isReadLater)
+          .optional("fault", &Answer::fault, kinds::oneOf<Fault>(), "how the exchange goes wrong");
+  return record;
+}
+
+Answer readAnswer(const Node& node, Reading& reading) {
+  Answer answer = answerRecord().read(node, reading);
+  readBodyInto(answer, node, reading.folder);
   return answer;
 }
 
@@ -113,32 +132,49 @@ void checkHost(const Node& site, std::string_view host) {
   }
 }
 
-Site readSite(const Node& node, const std::filesystem::path& folder) {
+void checkTarget(const Node& answer, std::string_view target) {
+  if (!target.starts_with('/') || target.find_first_of("# \r\n") != std::string::npos) {
+    answer.fail("the key is no path as sent", "a path from its slash on, with its query");
+  }
+}
+
+Site readSite(const Node& node, Reading& reading) {
   if (!node.value().is_object()) node.failType("an object");
   Site site;
   for (const auto& [target, ignored] : node.value().items()) {
-    const Node answer = node.require(target);
-    if (!target.starts_with('/') || target.find_first_of("# \r\n") != std::string::npos) {
-      answer.fail("the key is no path as sent", "a path from its slash on, with its query");
-    }
-    site.emplace(target, readAnswer(answer, folder));
+    reading.collectErrorOf([&, &target = target] {
+      const Node answer = node.require(target);
+      checkTarget(answer, target);
+      site.emplace(target, readAnswer(answer, reading));
+    });
   }
   return site;
 }
 
-}  // namespace
-
-Sites readNetwork(const Node& node, const std::filesystem::path& folder) {
+Sites readSites(const Node& node, Reading& reading) {
   if (!node.value().is_object()) node.failType("an object");
   Sites sites;
   for (const auto& [host, ignored] : node.value().items()) {
-    const Node site = node.require(host);
-    checkHost(site, host);
-    if (!sites.emplace(listedHost(host), readSite(site, folder)).second) {
-      site.fail("this host is listed twice", "each host once");
-    }
+    reading.collectErrorOf([&, &host = host] {
+      const Node site = node.require(host);
+      checkHost(site, host);
+      if (!sites.emplace(listedHost(host), readSite(site, reading)).second) {
+        site.fail("this host is listed twice", "each host once");
+      }
+    });
   }
   return sites;
+}
+
+}  // namespace
+
+const Kind<Sites>& kinds::network() {
+  static const Kind<Sites> kind{
+      &readSites,
+      {{"type", "object"},
+       {"additionalProperties",
+        {{"type", "object"}, {"additionalProperties", schemaOf(answerRecord().fields())}}}}};
+  return kind;
 }
 
 }  // namespace sim

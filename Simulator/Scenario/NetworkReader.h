@@ -1,15 +1,12 @@
-// Reading the section "network" of a scenario.
+// The section "network" of a scenario. The files that are served are read with it.
 
 #pragma once
 
-#include <filesystem>
-
 #include "Simulator/Network/Sites.h"
-#include "Simulator/Scenario/Node.h"
+#include "Simulator/Scenario/Kind.h"
 
-namespace sim {
+namespace sim::kinds {
 
-// Throws ScenarioError. Reads the files too that are served; their names start from `folder`.
-Sites readNetwork(const Node& node, const std::filesystem::path& folder);
+const Kind<Sites>& network();
 
-}  // namespace sim
+}  // namespace sim::kinds

@@ -1,9 +1,7 @@
 #include "Simulator/Scenario/Node.h"
 
 #include <algorithm>
-#include <cmath>
-
-#include "Simulator/Scenario/ScenarioError.h"
+#include <cctype>
 
 namespace sim {
 namespace {
@@ -17,7 +15,56 @@ std::string shown(const Json& value) {
   return text.size() <= longest ? text : text.substr(0, longest) + "…";
 }
 
+// How many characters have to be put in, taken out, exchanged or swapped with their neighbours;
+// capitals count as the same.
+std::size_t distanceBetween(std::string_view one, std::string_view other) {
+  const auto same = [&](std::size_t left, std::size_t right) {
+    return std::tolower(static_cast<unsigned char>(one[left])) ==
+           std::tolower(static_cast<unsigned char>(other[right]));
+  };
+  std::vector<std::vector<std::size_t>> distance(one.size() + 1,
+                                                 std::vector<std::size_t>(other.size() + 1));
+  for (std::size_t row = 0; row <= one.size(); ++row) {
+    for (std::size_t column = 0; column <= other.size(); ++column) {
+      if (row == 0 || column == 0) {
+        distance[row][column] = row + column;
+        continue;
+      }
+      const std::size_t exchanged =
+          distance[row - 1][column - 1] + (same(row - 1, column - 1) ? 0 : 1);
+      std::size_t least =
+          std::min({distance[row - 1][column] + 1, distance[row][column - 1] + 1, exchanged});
+      const bool isSwapped =
+          row > 1 && column > 1 && same(row - 1, column - 2) && same(row - 2, column - 1);
+      if (isSwapped) least = std::min(least, distance[row - 2][column - 2] + 1);
+      distance[row][column] = least;
+    }
+  }
+  return distance[one.size()][other.size()];
+}
+
+std::string didYouMean(std::string_view text, const std::vector<std::string_view>& choices) {
+  const auto nearest = nearestTo(text, choices);
+  return nearest ? ", did you mean \"" + std::string(*nearest) + "\"?" : "";
+}
+
 }  // namespace
+
+std::optional<std::string_view> nearestTo(std::string_view text,
+                                          const std::vector<std::string_view>& choices) {
+  constexpr std::size_t longest = 60;
+  constexpr std::size_t charactersOfOneSlip = 3;
+  if (text.empty() || text.size() > longest) return std::nullopt;
+  std::optional<std::string_view> nearest;
+  std::size_t least = text.size() / charactersOfOneSlip + 1;
+  for (const std::string_view choice : choices) {
+    const std::size_t distance = distanceBetween(text, choice);
+    if (distance >= least) continue;
+    least = distance;
+    nearest = choice;
+  }
+  return nearest;
+}
 
 std::string escapedForPointer(std::string_view key) {
   std::string escaped;
@@ -48,15 +95,15 @@ void Node::fail(const std::string& problem, const std::string& allowed) const {
 
 void Node::failType(const std::string& allowed) const { fail("got " + shown(*value_), allowed); }
 
-const Node& Node::objectOf(const std::vector<std::string_view>& allowedKeys) const {
+void Node::checkKeys(const std::vector<std::string_view>& allowed,
+                     std::vector<ScenarioError>& errors) const {
   if (!value_->is_object()) failType("an object");
   for (const auto& [key, member] : value_->items()) {
-    if (std::find(allowedKeys.begin(), allowedKeys.end(), key) == allowedKeys.end()) {
-      throw ScenarioError(pointer_ + "/" + escapedForPointer(key), "unknown key",
-                          allowedKeys.empty() ? "no keys" : quotedList(allowedKeys));
-    }
+    if (std::find(allowed.begin(), allowed.end(), key) != allowed.end()) continue;
+    errors.emplace_back(pointer_ + "/" + escapedForPointer(key),
+                        "unknown key" + didYouMean(key, allowed),
+                        allowed.empty() ? "no keys" : quotedList(allowed));
   }
-  return *this;
 }
 
 std::optional<Node> Node::find(std::string_view key) const {
@@ -90,6 +137,12 @@ bool Node::boolean() const {
   return value_->get<bool>();
 }
 
+std::optional<bool> Node::booleanOrNull() const {
+  if (isNull()) return std::nullopt;
+  if (!value_->is_boolean()) failType("true, false, null");
+  return value_->get<bool>();
+}
+
 std::string Node::text() const {
   if (!value_->is_string()) failType("a text");
   return value_->get<std::string>();
@@ -109,23 +162,18 @@ std::int64_t Node::integer() const {
 }
 
 double Node::nonNegativeNumber() const {
-  constexpr double longest = 1e9;  // virtual time is counted in nanoseconds of 64 bits
   const double number = value_->is_number() ? value_->get<double>() : -1;
-  if (!(number >= 0 && number <= longest)) failType("a number from 0 to 1000000000");
+  if (!(number >= 0 && number <= greatestNumber)) failType("a number from 0 to 1000000000");
   return number;
 }
 
 std::size_t Node::choice(const std::vector<std::string_view>& choices) const {
-  const auto found = value_->is_string()
-                         ? std::find(choices.begin(), choices.end(), value_->get<std::string>())
-                         : choices.end();
-  if (found == choices.end()) failType(quotedList(choices));
+  const std::string text = value_->is_string() ? value_->get<std::string>() : std::string();
+  const auto found =
+      value_->is_string() ? std::find(choices.begin(), choices.end(), text) : choices.end();
+  if (found == choices.end())
+    fail("got " + shown(*value_) + didYouMean(text, choices), quotedList(choices));
   return static_cast<std::size_t>(found - choices.begin());
-}
-
-bool Node::booleanOr(std::string_view key, bool otherwise) const {
-  const auto member = find(key);
-  return member ? member->boolean() : otherwise;
 }
 
 }  // namespace sim

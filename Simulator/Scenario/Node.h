@@ -8,7 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Simulator/Timeline/Timeline.h"
+#include "Simulator/Json/Json.h"
+#include "Simulator/Scenario/ScenarioError.h"
 
 namespace sim {
 
@@ -24,8 +25,9 @@ class Node {
   // The problem is "PREFIX got VALUE", shortened.
   [[noreturn]] void failType(const std::string& allowed) const;
 
-  // Checks that it is an object with none but these keys.
-  const Node& objectOf(const std::vector<std::string_view>& allowedKeys) const;
+  // Checks that it is an object; a key that is not allowed goes to the errors.
+  void checkKeys(const std::vector<std::string_view>& allowed,
+                 std::vector<ScenarioError>& errors) const;
   // The member, if it is there.
   [[nodiscard]] std::optional<Node> find(std::string_view key) const;
   [[nodiscard]] Node require(std::string_view key) const;
@@ -34,14 +36,15 @@ class Node {
 
   [[nodiscard]] std::vector<Node> list() const;
   [[nodiscard]] bool boolean() const;
+  [[nodiscard]] std::optional<bool> booleanOrNull() const;
   [[nodiscard]] std::string text() const;
   [[nodiscard]] std::optional<std::string> textOrNull() const;
   [[nodiscard]] std::int64_t integer() const;
+  // Virtual time is counted in nanoseconds of 64 bits.
+  static constexpr double greatestNumber = 1e9;
   [[nodiscard]] double nonNegativeNumber() const;
   // The index of the text among the choices.
   [[nodiscard]] std::size_t choice(const std::vector<std::string_view>& choices) const;
-
-  [[nodiscard]] bool booleanOr(std::string_view key, bool otherwise) const;
 
  private:
   const Json* value_;
@@ -50,6 +53,10 @@ class Node {
 
 // A key as a JSON pointer has it.
 std::string escapedForPointer(std::string_view key);
+
+// The one of the choices that was probably meant, if any comes near.
+std::optional<std::string_view> nearestTo(std::string_view text,
+                                          const std::vector<std::string_view>& choices);
 
 // "a", "b", "c".
 std::string quotedList(const std::vector<std::string_view>& texts);

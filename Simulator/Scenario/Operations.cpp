@@ -1,122 +1,134 @@
 #include "Simulator/Scenario/Operations.h"
 
-#include <map>
-
-#include "Simulator/Scenario/Fields.h"
-#include "Simulator/UserNotifications/UserNotifications.h"
-#include "ZibMessaging/ZibDeepLinkHandler.h"
-#include "ZibMessaging/ZibMessaging.h"
-#include "ZibMessaging/ZibPayloadBuilder.h"
-#include "ZibMessaging/ZibSwizzleManager.h"
+#include "Simulator/Host/Module.h"
+#include "Simulator/Scenario/Kinds.h"
 
 namespace sim {
 namespace {
 
-using zib::Object;
+using Result = std::optional<Json>;
+constexpr std::nullopt_t nothing = std::nullopt;
 
-using Operation = std::optional<Json> (*)(const Json& arguments);
+// Fields that several operations have.
+template <class T>
+Record<T> tokenBytes() {
+  return Record<T>().required("hex", &T::token, kinds::hex(), "the device token's bytes");
+}
+
+template <class T>
+Record<T> tokenText() {
+  return Record<T>().required("token", &T::token, kinds::text(), "the registration token");
+}
+
+template <class T>
+Record<T> userInfo() {
+  return Record<T>().required("userInfo", &T::userInfo, kinds::payload(),
+                              "the notification's payload");
+}
 
 // NOLINTNEXTLINE(readability-function-size): a table
-const std::map<std::string, Operation>& table() {
-  static const std::map<std::string, Operation> operations{
-      {"setupAutoSwizzling",
-       [](const Json&) -> std::optional<Json> {
-         ZibSwizzleManager::shared().setupAutoSwizzling();
-         return std::nullopt;
+std::vector<OperationRow> makeRows() {
+  using namespace operations;
+  return {
+      {"setupAutoSwizzling", "looks for delegates and integrates itself into them",
+       Record<SetupAutoSwizzling>(),
+       [](const SetupAutoSwizzling&) -> Result {
+         Module::setupAutoSwizzling();
+         return nothing;
        }},
-      {"setupAsNotificationDelegate",
-       [](const Json&) -> std::optional<Json> {
-         ZibMessaging::shared().setupAsNotificationDelegate();
-         return std::nullopt;
+      {"setupAsNotificationDelegate", "becomes the notification centre's delegate",
+       Record<SetupAsNotificationDelegate>(),
+       [](const SetupAsNotificationDelegate&) -> Result {
+         Module::setupAsNotificationDelegate();
+         return nothing;
        }},
-      {"ensureFirebaseMessagingDelegate",
-       [](const Json&) -> std::optional<Json> {
-         ZibMessaging::shared().ensureFirebaseMessagingDelegate();
-         return std::nullopt;
+      {"ensureFirebaseMessagingDelegate", "becomes Firebase's delegate",
+       Record<EnsureFirebaseMessagingDelegate>(),
+       [](const EnsureFirebaseMessagingDelegate&) -> Result {
+         Module::ensureFirebaseMessagingDelegate();
+         return nothing;
        }},
-      {"didRegisterForRemoteNotifications",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(arguments));
-         return std::nullopt;
+      {"didRegisterForRemoteNotifications", "takes the device token",
+       tokenBytes<DidRegisterForRemoteNotifications>(),
+       [](const DidRegisterForRemoteNotifications& call) -> Result {
+         Module::didRegisterForRemoteNotifications(call.token);
+         return nothing;
        }},
-      {"setPushToken",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().setPushToken(bytesOf(arguments));
-         return std::nullopt;
+      {"setPushToken", "takes the device token", tokenBytes<SetPushToken>(),
+       [](const SetPushToken& call) -> Result {
+         Module::setPushToken(call.token);
+         return nothing;
        }},
-      {"didFailToRegisterForRemoteNotifications",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().didFailToRegisterForRemoteNotifications(
-             arguments.at("error").is_null() ? zib::Error::fromNative(nullptr)
-                                             : errorOf(arguments));
-         return std::nullopt;
+      {"didFailToRegisterForRemoteNotifications", "takes the failure",
+       Record<DidFailToRegisterForRemoteNotifications>().required(
+           "error", &DidFailToRegisterForRemoteNotifications::error, kinds::error(), "the error"),
+       [](const DidFailToRegisterForRemoteNotifications& call) -> Result {
+         Module::didFailToRegisterForRemoteNotifications(call.error);
+         return nothing;
        }},
-      {"setFCMToken",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().setFCMToken(arguments.at("token").get<std::string>());
-         return std::nullopt;
+      {"setFCMToken", "takes the registration token", tokenText<SetFCMToken>(),
+       [](const SetFCMToken& call) -> Result {
+         Module::setFCMToken(call.token);
+         return nothing;
        }},
-      {"didReceiveRegistrationToken",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().didReceiveRegistrationToken(
-             arguments.at("token").get<std::string>());
-         return std::nullopt;
+      {"didReceiveRegistrationToken", "takes the registration token",
+       tokenText<DidReceiveRegistrationToken>(),
+       [](const DidReceiveRegistrationToken& call) -> Result {
+         Module::didReceiveRegistrationToken(call.token);
+         return nothing;
        }},
-      {"willPresent",
-       [](const Json& arguments) -> std::optional<Json> {
-         const Object notification = usernotifications::makeNotification(userInfoOf(arguments));
-         return ZibMessaging::shared().willPresent(zib::Notification::retained(notification.raw()));
+      {"willPresent", "a notification is about to be presented", userInfo<WillPresent>(),
+       [](const WillPresent& call) -> Result { return Module::willPresent(call.userInfo); }},
+      {"didReceive", "the user acted on a notification",
+       userInfo<DidReceive>().optional("action", &DidReceive::action, kinds::text(),
+                                       "the action's identifier"),
+       [](const DidReceive& call) -> Result {
+         Module::didReceive(call.userInfo, call.action);
+         return nothing;
        }},
-      {"didReceive",
-       [](const Json& arguments) -> std::optional<Json> {
-         const Object response =
-             usernotifications::makeResponse(userInfoOf(arguments), actionOf(arguments));
-         ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response.raw()));
-         return std::nullopt;
+      {"trackNotificationReceived", "tracks the notification as delivered",
+       userInfo<TrackNotificationReceived>(),
+       [](const TrackNotificationReceived& call) -> Result {
+         Module::trackNotificationReceived(call.userInfo);
+         return nothing;
        }},
-      {"trackNotificationReceived",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().trackNotificationReceived(dictionaryOf(arguments));
-         return std::nullopt;
+      {"trackNotificationOpened", "tracks the notification as clicked",
+       userInfo<TrackNotificationOpened>(),
+       [](const TrackNotificationOpened& call) -> Result {
+         Module::trackNotificationOpened(call.userInfo);
+         return nothing;
        }},
-      {"trackNotificationOpened",
-       [](const Json& arguments) -> std::optional<Json> {
-         ZibMessaging::shared().trackNotificationOpened(dictionaryOf(arguments));
-         return std::nullopt;
+      {"handleNotificationURL", "opens the notification's link", userInfo<HandleNotificationURL>(),
+       [](const HandleNotificationURL& call) -> Result {
+         return Module::handleNotificationURL(call.userInfo);
        }},
-      {"handleNotificationURL",
-       [](const Json& arguments) -> std::optional<Json> {
-         return ZibDeepLinkHandler::shared().handleNotificationURL(dictionaryOf(arguments));
+      {"handleURL", "takes a URL that the app was opened with",
+       Record<HandleURL>()
+           .required("url", &HandleURL::url, kinds::url(), "the URL")
+           .required("source", &HandleURL::source, kinds::text(), "where it comes from"),
+       [](const HandleURL& call) -> Result { return Module::handleURL(call.url, call.source); }},
+      {"createNotificationPayload", "gives the event of a notification",
+       userInfo<CreateNotificationPayload>().required(
+           "eventType", &CreateNotificationPayload::eventType, kinds::text(), "the event's type"),
+       [](const CreateNotificationPayload& call) -> Result {
+         return Module::createNotificationPayload(call.userInfo, call.eventType);
        }},
-      {"handleURL",
-       [](const Json& arguments) -> std::optional<Json> {
-         return ZibDeepLinkHandler::shared().handleURL(
-             urlFrom(arguments.at("url").get<std::string>()),
-             arguments.at("source").get<std::string>());
-       }},
-      {"createNotificationPayload",
-       [](const Json& arguments) -> std::optional<Json> {
-         return jsonFrom(ZibPayloadBuilder::createNotificationPayload(
-             dictionaryOf(arguments), arguments.at("eventType").get<std::string>()));
-       }},
-      {"createEventPayload",
-       [](const Json& arguments) -> std::optional<Json> {
-         std::optional<zib::ValueMap> properties;
-         if (const auto given = arguments.find("properties");
-             given != arguments.end() && !given->is_null()) {
-           properties = *valueFromJson(*given).get<zib::ValueMap>();
-         }
-         return jsonFrom(ZibPayloadBuilder::createEventPayload(
-             arguments.at("eventName").get<std::string>(), properties));
+      {"createEventPayload", "gives an event of the host's",
+       Record<CreateEventPayload>()
+           .required("eventName", &CreateEventPayload::eventName, kinds::text(), "its name")
+           .optional("properties", &CreateEventPayload::properties, kinds::payloadOrNull(),
+                     "its properties"),
+       [](const CreateEventPayload& call) -> Result {
+         return Module::createEventPayload(call.eventName, call.properties);
        }},
   };
-  return operations;
 }
 
 }  // namespace
 
-std::optional<Json> callOperation(const std::string& name, const Json& arguments) {
-  return table().at(name)(arguments);
+const std::vector<OperationRow>& operationRows() {
+  static const std::vector<OperationRow> rows = makeRows();
+  return rows;
 }
 
 }  // namespace sim

@@ -1,15 +1,88 @@
-// The module's public operations, as the step `call` names them; Verbs.h has their arguments.
+// The module's public operations, as the step `call` names them: one type for each, with its
+// arguments, and one table of how each is read and called.
 
 #pragma once
 
 #include <optional>
 #include <string>
+#include <variant>
+#include <vector>
 
-#include "Simulator/Timeline/Timeline.h"
+#include "Simulator/Json/Json.h"
+#include "Simulator/Scenario/Row.h"
+#include "Simulator/UserNotifications/UserNotifications.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
 
-// Calls the operation. Gives what it returns, or none for one that returns nothing.
-std::optional<Json> callOperation(const std::string& name, const Json& arguments);
+namespace operations {
+
+struct SetupAutoSwizzling {};
+struct SetupAsNotificationDelegate {};
+struct EnsureFirebaseMessagingDelegate {};
+struct DidRegisterForRemoteNotifications {
+  zib::Bytes token;
+};
+struct SetPushToken {
+  zib::Bytes token;
+};
+struct DidFailToRegisterForRemoteNotifications {
+  std::optional<zib::Error> error;
+};
+struct SetFCMToken {
+  std::string token;
+};
+struct DidReceiveRegistrationToken {
+  std::string token;
+};
+struct WillPresent {
+  zib::ValueMap userInfo;
+};
+struct DidReceive {
+  zib::ValueMap userInfo;
+  std::string action = usernotifications::defaultAction;
+};
+struct TrackNotificationReceived {
+  zib::ValueMap userInfo;
+};
+struct TrackNotificationOpened {
+  zib::ValueMap userInfo;
+};
+struct HandleNotificationURL {
+  zib::ValueMap userInfo;
+};
+struct HandleURL {
+  std::string url;
+  std::string source;
+};
+struct CreateNotificationPayload {
+  zib::ValueMap userInfo;
+  std::string eventType;
+};
+struct CreateEventPayload {
+  std::string eventName;
+  std::optional<zib::ValueMap> properties;
+};
+
+}  // namespace operations
+
+using Operation = std::variant<
+    operations::SetupAutoSwizzling, operations::SetupAsNotificationDelegate,
+    operations::EnsureFirebaseMessagingDelegate, operations::DidRegisterForRemoteNotifications,
+    operations::SetPushToken, operations::DidFailToRegisterForRemoteNotifications,
+    operations::SetFCMToken, operations::DidReceiveRegistrationToken, operations::WillPresent,
+    operations::DidReceive, operations::TrackNotificationReceived,
+    operations::TrackNotificationOpened, operations::HandleNotificationURL, operations::HandleURL,
+    operations::CreateNotificationPayload, operations::CreateEventPayload>;
+
+// Calling one gives what it returns, or none for one that returns nothing.
+struct OperationRow : Row<Operation, std::optional<Json>> {
+  using Row::Row;
+};
+
+// In the order in which they are listed to people.
+const std::vector<OperationRow>& operationRows();
 
 }  // namespace sim

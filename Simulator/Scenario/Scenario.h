@@ -7,56 +7,24 @@
 #include <string>
 #include <vector>
 
+#include "Simulator/Device/Device.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/Host/HostClasses.h"
+#include "Simulator/Json/Json.h"
 #include "Simulator/Network/Sites.h"
-#include "Simulator/Timeline/Timeline.h"
-#include "Simulator/UIKit/UIKit.h"
-#include "Simulator/UserNotifications/UserNotifications.h"
+#include "Simulator/Scenario/Steps.h"
 #include "ZibCoreBoundary/ZibConfig.h"
 
 namespace sim {
-
-enum class Documents { writable, readOnly, missing };
-
-struct DeviceDescription {
-  long osMajor = 17;
-  long osMinor = 0;
-  std::string bundlePath = "/Applications/HostApp.app";
-  uikit::ApplicationPresence application = uikit::ApplicationPresence::present;
-  usernotifications::Answer authorization;
-  bool answersByItself = true;
-  bool opensURLs = true;
-  Documents documents = Documents::writable;
-};
 
 struct CoreDescription {
   std::optional<ZibConfig> config;
   std::optional<std::string> pushConfigEndpoint;
 };
 
-// A delegate object of the host. Which object it is matters for the notification delegate, which
-// can be the same one as the application delegate.
-struct DelegateDescription {
-  enum class Kind { none, object, appDelegate };
-  Kind kind = Kind::none;
-  std::string className;
-};
-
-struct SceneDescription {
-  bool hasWindow = true;
-  DelegateDescription delegate;
-};
-
-struct FirebaseDescription {
-  firebase::Pieces pieces;
-  // None leaves the delegate as it is.
-  std::optional<DelegateDescription> delegate;
-};
-
 struct HostDescription {
   enum class MessagingDelegate { kept, none, released };
-  DelegateDescription appDelegate;
+  DelegateDescription appDelegate{DelegateDescription::Kind::object, "HostAppDelegate"};
   DelegateDescription notificationDelegate;
   std::vector<SceneDescription> scenes;
   std::optional<FirebaseDescription> firebase;
@@ -64,11 +32,14 @@ struct HostDescription {
   std::optional<bool> urlDelegate;
 };
 
+struct Verb;
+
 struct Step {
-  std::string verb;
+  const Verb* verb = nullptr;
   std::string thread = "main";
-  // The verb's fields as they stand in the scenario, checked.
-  Json fields;
+  Action action;
+  // As it stands in the scenario, for people.
+  Json written;
 };
 
 struct Scenario {

@@ -1,133 +1,193 @@
 #include "Simulator/Scenario/Verbs.h"
 
-#include <algorithm>
-
-#include "Simulator/Foundation/URLText.h"
-#include "Simulator/Scenario/Reader.h"
-#include "Simulator/Timeline/TextForms.h"
-#include "ZibPlatform/Foundation/ValueConversion.h"
+#include "Simulator/Host/RecordingCore.h"
+#include "Simulator/Scenario/DeviceReader.h"
+#include "Simulator/Scenario/HostReader.h"
+#include "Simulator/Scenario/Stage.h"
+#include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/URL.h"
 
 namespace sim {
 namespace {
 
-constexpr bool optional = false;
+using namespace steps;
 
-// How deep containers are nested; counts no further than the limit, so the recursion ends.
-int nesting(const Json& value, int limit) {
-  if (!value.is_structured()) return 0;
-  if (limit == 0) return 1;
-  int deepest = 0;
-  for (const Json& element : value) deepest = std::max(deepest, nesting(element, limit - 1));
-  return deepest + 1;
+void addReturn(std::string_view of, const Json& value) {
+  Timeline::shared().add("return", {{"of", of}, {"value", value}});
 }
 
-void checkObject(const Node& node) {
-  if (!node.value().is_object()) node.failType("an object");
-  if (nesting(node.value(), zib::maximumNesting) > zib::maximumNesting) {
-    node.fail("nested too deep", std::to_string(zib::maximumNesting) + " levels");
+zib::URL urlFrom(const std::string& text) { return zib::URL::parse(text).value(); }
+
+void playConfigurePush(Stage& stage, const ConfigurePush& step) {
+  const auto configured = [firebase = step.firebase](const Json& config) {
+    Timeline::shared().add("firebaseConfig", {{"config", config}});
+    if (firebase) Stage::applyFirebase(*firebase);
+  };
+  std::function<void(bool)> completion;
+  if (step.hasCompletion) {
+    completion = [called = stage.completions().watch("configurePush")](bool isRegistering) {
+      called({{"value", isRegistering}});
+    };
+  }
+  Module::configurePush(step.endpoint, configured, completion);
+}
+
+void playAnswerAuthorization(Stage& /*stage*/, const AnswerAuthorization& step) {
+  if (usernotifications::answerOldestRequest(step)) return;
+  Timeline::shared().add("problem", {{"code", "noRequestToAnswer"},
+                                     {"of", "answerAuthorization"},
+                                     {"message", "no request for permission is waiting"}});
+}
+
+void playPresent(Stage& stage, const Present& step) {
+  usernotifications::present(step.userInfo,
+                             [&] { return stage.completions().makeWithOptions("willPresent"); });
+}
+
+void playRespond(Stage& stage, const Respond& step) {
+  usernotifications::respond(step.userInfo, step.action,
+                             [&] { return stage.completions().make("didReceive"); });
+}
+
+void playOpenURL(Stage& /*stage*/, const OpenURL& step) {
+  if (const auto result = uikit::deliverURL(urlFrom(step.url), step.options)) {
+    addReturn("openURL", *result);
   }
 }
 
-void checkURL(const Node& node) {
-  if (!parseURLText(node.text())) node.failType("a URL");
+void playSceneOpenURLs(Stage& /*stage*/, const SceneOpenURLs& step) {
+  std::vector<zib::URL> urls;
+  for (const std::string& url : step.urls) urls.push_back(urlFrom(url));
+  uikit::deliverURLContexts(step.scene, urls);
 }
 
-void checkIndex(const Node& node, std::size_t count) {
-  const std::int64_t index = node.integer();
-  if (index < 0 || static_cast<std::uint64_t>(index) >= count) {
-    node.failType(count == 0 ? "none, since no scene is connected"
-                             : "0 to " + std::to_string(count - 1));
+void playCall(Stage& /*stage*/, const Call& step) {
+  if (const auto result = step.operation->play(step.arguments)) {
+    addReturn(step.operation->name, *result);
   }
 }
 
-struct Context {
-  HostClassDescriptions& classes;
-  std::size_t connectedScenes;
-};
-
-void checkField(const Node& node, FieldType type, const Context& context) {
-  switch (type) {
-    case FieldType::boolean:
-      static_cast<void>(node.boolean());
-      return;
-    case FieldType::booleanOrNull:
-      if (!node.isNull() && !node.value().is_boolean()) node.failType("true, false, null");
-      return;
-    case FieldType::text:
-      static_cast<void>(node.text());
-      return;
-    case FieldType::textOrNull:
-      static_cast<void>(node.textOrNull());
-      return;
-    case FieldType::seconds:
-      static_cast<void>(node.nonNegativeNumber());
-      return;
-    case FieldType::index:
-      checkIndex(node, context.connectedScenes);
-      return;
-    case FieldType::hex:
-      if (!bytesFromHex(node.text())) node.failType("an even number of hexadecimal digits");
-      return;
-    case FieldType::error:
-      if (node.hasObject()) static_cast<void>(readError(node));
-      return;
-    case FieldType::userInfo:
-      checkObject(node);
-      return;
-    case FieldType::dictionaryOrNull:
-      if (node.hasObject()) checkObject(node);
-      return;
-    case FieldType::url:
-      checkURL(node);
-      return;
-    case FieldType::urls:
-      for (const Node& url : node.list()) checkURL(url);
-      return;
-    case FieldType::delegate:
-      static_cast<void>(readDelegate(node, &context.classes));
-      return;
-    case FieldType::notificationDelegate:
-      static_cast<void>(readNotificationDelegate(node, &context.classes));
-      return;
-    case FieldType::firebase:
-      static_cast<void>(readFirebaseOrNull(node, &context.classes));
-      return;
-    case FieldType::config:
-      static_cast<void>(readConfig(node));
-      return;
-    case FieldType::operation:
-      return;
-  }
+void checkScene(const Node& node, std::int64_t index, std::size_t count) {
+  if (index >= 0 && static_cast<std::uint64_t>(index) < count) return;
+  node.fail("got " + std::to_string(index),
+            count == 0 ? "none, since no scene is connected" : "0 to " + std::to_string(count - 1));
 }
 
-std::vector<std::string_view> names(const std::vector<Verb>& verbs) {
-  std::vector<std::string_view> result;
-  result.reserve(verbs.size());
-  for (const Verb& verb : verbs) result.push_back(verb.name);
-  return result;
+const Kind<std::size_t>& connectedScene() {
+  static const Kind<std::size_t> kind{[](const Node& node, Reading& reading) {
+                                        checkScene(node, node.integer(), reading.connectedScenes);
+                                        return static_cast<std::size_t>(node.integer());
+                                      },
+                                      {{"type", "integer"}, {"minimum", 0}},
+                                      [](const std::size_t& index) { return Json(index); }};
+  return kind;
 }
 
-void checkFields(const Node& node, const Verb& verb, std::vector<std::string_view> otherKeys,
-                 const Context& context) {
-  for (const Field& field : verb.fields) otherKeys.push_back(field.name);
-  node.objectOf(otherKeys);
-  for (const Field& field : verb.fields) {
-    const auto member = node.find(field.name);
-    if (member) {
-      checkField(*member, field.type, context);
-    } else if (field.isRequired) {
-      static_cast<void>(node.require(field.name));
-    }
-  }
-}
-
-void checkCall(const Node& step, const Context& context) {
-  const Verb& operation = operations()[step.require("operation").choice(names(operations()))];
-  const auto& fields = operation.fields;
+// The operation's own fields stand below "arguments".
+void readArguments(const Node& step, Reading& reading, Call& call) {
+  const auto& fields = call.operation->fields;
   const bool needsArguments = std::any_of(fields.begin(), fields.end(),
                                           [](const Field& field) { return field.isRequired; });
-  const auto arguments = needsArguments ? step.require("arguments") : step.find("arguments");
-  if (arguments) checkFields(*arguments, operation, {}, context);
+  const auto given = needsArguments ? step.require("arguments") : step.find("arguments");
+  static const Json none = Json::object();
+  const Node arguments = given.value_or(Node(none, step.pointer() + "/arguments"));
+  call.arguments = call.operation->read(arguments, reading, {});
+}
+
+// NOLINTNEXTLINE(readability-function-size): a table
+std::vector<Verb> makeVerbs() {
+  return {
+      {"configure", "the host configures the module", Record<Configure>(),
+       [](Stage&, const Configure&) { Module::configure(); }},
+      {"registerForPush", "the host asks for push", Record<RegisterForPush>(),
+       [](Stage&, const RegisterForPush&) { Module::registerForPush(); }},
+      {"registerForPushSimple", "the same through the push configuration",
+       Record<RegisterForPushSimple>(),
+       [](Stage&, const RegisterForPushSimple&) { Module::registerForPushSimple(); }},
+      {"configurePush", "the host asks for push as a remote configuration says",
+       Record<ConfigurePush>()
+           .optional("endpoint", &ConfigurePush::endpoint, kinds::textOrNull(),
+                     "where the configuration is; left out, the core's")
+           .optional("completion", &ConfigurePush::hasCompletion, kinds::boolean(),
+                     "whether the host gives a completion")
+           .optional("firebase", &ConfigurePush::firebase, kinds::firebaseOrNull(),
+                     "how the host's handler starts Firebase"),
+       &playConfigurePush},
+      {"answerAuthorization", "the user answers the oldest pending request",
+       answerFields<AnswerAuthorization>(), &playAnswerAuthorization},
+      {"deviceToken", "the system hands the application delegate its device token",
+       Record<DeviceToken>().required("hex", &DeviceToken::token, kinds::hex(), "its bytes"),
+       [](Stage&, const DeviceToken& step) { uikit::deliverDeviceToken(step.token); }},
+      {"registrationFailure", "the system tells the application delegate that there is no token",
+       Record<RegistrationFailure>().required("error", &RegistrationFailure::error, kinds::error(),
+                                              "why"),
+       [](Stage&, const RegistrationFailure& step) {
+         uikit::deliverRegistrationFailure(step.error);
+       }},
+      {"fcmToken", "Firebase hands its delegate a registration token",
+       Record<FCMToken>().required("token", &FCMToken::token, kinds::textOrNull(),
+                                   "the token, or null"),
+       [](Stage&, const FCMToken& step) { firebase::deliverToken(step.token); }},
+      {"present", "a notification arrives while the app is in the foreground",
+       Record<Present>().required("userInfo", &Present::userInfo, kinds::payload(), "its payload"),
+       &playPresent},
+      {"respond", "the user acts on a notification",
+       Record<Respond>()
+           .required("userInfo", &Respond::userInfo, kinds::payload(), "its payload")
+           .optional("action", &Respond::action, kinds::text(), "the action's identifier"),
+       &playRespond},
+      {"openURL", "the system opens a URL in the app",
+       Record<OpenURL>()
+           .required("url", &OpenURL::url, kinds::url(), "the URL")
+           .optional("options", &OpenURL::options, kinds::payload(), "the options"),
+       &playOpenURL},
+      {"sceneOpenURLs", "the system opens URLs in a scene",
+       Record<SceneOpenURLs>()
+           .optional("scene", &SceneOpenURLs::scene, connectedScene(), "the scene's index")
+           .required("urls", &SceneOpenURLs::urls, kinds::listOf(kinds::url()), "the URLs"),
+       &playSceneOpenURLs},
+      {"setNotificationDelegate", "the host sets the notification centre's delegate",
+       Record<SetNotificationDelegate>().required("delegate", &SetNotificationDelegate::delegate,
+                                                  kinds::notificationDelegate(), "the delegate"),
+       [](Stage&, const SetNotificationDelegate& step) {
+         usernotifications::setDelegate(Stage::makeDelegate(step.delegate));
+       }},
+      {"connectScene", "a scene connects", sceneRecord<ConnectScene>(),
+       [](Stage&, const ConnectScene& step) { Stage::connectScene(step); }},
+      {"setFirebase", "Firebase appears, or changes", firebaseRecord<SetFirebase>(),
+       [](Stage&, const SetFirebase& step) { Stage::applyFirebase(step); }},
+      {"releaseMessagingDelegate", "the host lets its messaging delegate go",
+       Record<ReleaseMessagingDelegate>(),
+       [](Stage& stage, const ReleaseMessagingDelegate&) { stage.module().letDelegateGo(); }},
+      {"setURLDelegate", "the host sets its URL callback, or takes it away",
+       Record<SetURLDelegate>().required("value", &SetURLDelegate::answer, kinds::booleanOrNull(),
+                                         "what it answers; null, there is none"),
+       [](Stage&, const SetURLDelegate& step) { Module::setURLDelegate(step.answer); }},
+      {"setConfig", "the core's configuration changes",
+       Record<SetConfig>().required("config", &SetConfig::config, kinds::config(),
+                                    "the configuration, or null"),
+       [](Stage&, const SetConfig& step) { setCoreConfig(step.config); }},
+      {"setSwizzlingEnabled", "the host switches automatic integration",
+       Record<SetSwizzlingEnabled>().required("value", &SetSwizzlingEnabled::isEnabled,
+                                              kinds::boolean(), "whether it is on"),
+       [](Stage&, const SetSwizzlingEnabled& step) {
+         Module::setSwizzlingEnabled(step.isEnabled);
+       }},
+      {"call", "the host calls a public operation of the module",
+       Record<Call>()
+           .custom({"operation", "its name", true, {{"enum", namesOf(operationRows())}}},
+                   [](const Node& node, Reading&, Call& call) {
+                     call.operation = &operationRows()[node.choice(namesOf(operationRows()))];
+                   })
+           .custom({"arguments", "what it takes", false, {{"type", "object"}}},
+                   [](const Node&, Reading&, Call&) {}),
+       &playCall},
+      {"advance", "virtual time passes",
+       Record<Advance>().required("seconds", &Advance::seconds, kinds::seconds(), "how much"),
+       [](Stage& stage, const Advance& step) { stage.passTimeAfterStep(step.seconds); }},
+      {"state", "shows the module's state", Record<State>(),
+       [](Stage&, const State&) { Timeline::shared().add("state", Module::state()); }},
+  };
 }
 
 std::string readThread(const Node& step) {
@@ -137,81 +197,77 @@ std::string readThread(const Node& step) {
   return thread->text();
 }
 
+// What a step needs of the steps before it, and changes for those that come.
+void checkOrder(const Node& node, const Action& action, Reading& reading) {
+  if (std::holds_alternative<SceneOpenURLs>(action) && !node.find("scene")) {
+    checkScene(node, 0, reading.connectedScenes);
+  }
+  if (std::holds_alternative<ConnectScene>(action)) ++reading.connectedScenes;
+}
+
+Step readStep(const Node& node, Reading& reading) {
+  if (!node.value().is_object()) node.failType("an object");
+  const Verb& verb = verbs()[node.require("do").choice(namesOf(verbs()))];
+  Step step{&verb, "main", verb.read(node, reading, {"do", "thread"}), node.value()};
+  if (auto* const call = std::get_if<Call>(&step.action); call != nullptr && call->operation) {
+    readArguments(node, reading, *call);
+  }
+  reading.collectErrorOf([&] { step.thread = readThread(node); });
+  checkOrder(node, step.action, reading);
+  return step;
+}
+
+Json nameSchema(std::string_view name, std::string_view meaning) {
+  return {{"const", name}, {"description", meaning}};
+}
+
+// Of a step, or of one operation of `call`.
+Json stepSchema(const Verb& verb) {
+  Json schema = schemaOf(verb.fields);
+  schema["description"] = verb.meaning;
+  schema["properties"]["do"] = nameSchema(verb.name, verb.meaning);
+  schema["properties"]["thread"] = {{"type", "string"},
+                                    {"minLength", 1},
+                                    {"default", "main"},
+                                    {"description", "the thread that it runs on"}};
+  schema["required"].push_back("do");
+  return schema;
+}
+
+void addCallSchemas(const Verb& verb, Json& schemas) {
+  for (const OperationRow& operation : operationRows()) {
+    Json schema = stepSchema(verb);
+    schema["properties"]["operation"] = nameSchema(operation.name, operation.meaning);
+    schema["properties"]["arguments"] = schemaOf(operation.fields);
+    if (schema["properties"]["arguments"].contains("required")) {
+      schema["required"].push_back("arguments");
+    }
+    schemas.push_back(std::move(schema));
+  }
+}
+
+Json schemaOfSteps() {
+  Json schemas = Json::array();
+  for (const Verb& verb : verbs()) {
+    if (verb.name == "call") {
+      addCallSchemas(verb, schemas);
+    } else {
+      schemas.push_back(stepSchema(verb));
+    }
+  }
+  return {{"oneOf", schemas}};
+}
+
 }  // namespace
 
 const std::vector<Verb>& verbs() {
-  static const std::vector<Verb> all{
-      {"configure", {}},
-      {"registerForPush", {}},
-      {"registerForPushSimple", {}},
-      {"configurePush",
-       {{"endpoint", FieldType::textOrNull, optional},
-        {"completion", FieldType::boolean, optional},
-        {"firebase", FieldType::firebase, optional}}},
-      {"answerAuthorization",
-       {{"granted", FieldType::boolean, optional}, {"error", FieldType::error, optional}}},
-      {"deviceToken", {{"hex", FieldType::hex}}},
-      {"registrationFailure", {{"error", FieldType::error}}},
-      {"fcmToken", {{"token", FieldType::textOrNull}}},
-      {"present", {{"userInfo", FieldType::userInfo}}},
-      {"respond", {{"userInfo", FieldType::userInfo}, {"action", FieldType::text, optional}}},
-      {"openURL", {{"url", FieldType::url}, {"options", FieldType::userInfo, optional}}},
-      {"sceneOpenURLs", {{"scene", FieldType::index, optional}, {"urls", FieldType::urls}}},
-      {"setNotificationDelegate", {{"delegate", FieldType::notificationDelegate}}},
-      {"connectScene",
-       {{"window", FieldType::boolean, optional}, {"delegate", FieldType::delegate, optional}}},
-      {"setFirebase",
-       {{"classMethod", FieldType::boolean, optional},
-        {"instance", FieldType::boolean, optional},
-        {"delegateProperty", FieldType::boolean, optional},
-        {"settable", FieldType::boolean, optional},
-        {"delegate", FieldType::delegate, optional}}},
-      {"releaseMessagingDelegate", {}},
-      {"setURLDelegate", {{"value", FieldType::booleanOrNull}}},
-      {"setConfig", {{"config", FieldType::config}}},
-      {"setSwizzlingEnabled", {{"value", FieldType::boolean}}},
-      {"call",
-       {{"operation", FieldType::operation}, {"arguments", FieldType::operation, optional}}},
-      {"advance", {{"seconds", FieldType::seconds}}},
-      {"state", {}},
-  };
-  return all;
+  static const std::vector<Verb> rows = makeVerbs();
+  return rows;
 }
 
-const std::vector<Verb>& operations() {
-  static const Field userInfo{"userInfo", FieldType::userInfo};
-  static const std::vector<Verb> all{
-      {"setupAutoSwizzling", {}},
-      {"setupAsNotificationDelegate", {}},
-      {"ensureFirebaseMessagingDelegate", {}},
-      {"didRegisterForRemoteNotifications", {{"hex", FieldType::hex}}},
-      {"setPushToken", {{"hex", FieldType::hex}}},
-      {"didFailToRegisterForRemoteNotifications", {{"error", FieldType::error}}},
-      {"setFCMToken", {{"token", FieldType::text}}},
-      {"didReceiveRegistrationToken", {{"token", FieldType::text}}},
-      {"willPresent", {userInfo}},
-      {"didReceive", {userInfo, {"action", FieldType::text, optional}}},
-      {"trackNotificationReceived", {userInfo}},
-      {"trackNotificationOpened", {userInfo}},
-      {"handleNotificationURL", {userInfo}},
-      {"handleURL", {{"url", FieldType::url}, {"source", FieldType::text}}},
-      {"createNotificationPayload", {userInfo, {"eventType", FieldType::text}}},
-      {"createEventPayload",
-       {{"eventName", FieldType::text}, {"properties", FieldType::dictionaryOrNull, optional}}},
-  };
-  return all;
-}
-
-Step readStep(const Node& node, HostClassDescriptions& classes, std::size_t& connectedScenes) {
-  if (!node.value().is_object()) node.failType("an object");
-  const Verb& verb = verbs()[node.require("do").choice(names(verbs()))];
-  const Context context{classes, connectedScenes};
-  checkFields(node, verb, {"do", "thread"}, context);
-  if (verb.name == "call") checkCall(node, context);
-  const bool openFirstScene = verb.name == "sceneOpenURLs" && !node.find("scene");
-  if (openFirstScene) checkIndex(Node(Json(0), node.pointer()), connectedScenes);
-  if (verb.name == "connectScene") ++connectedScenes;
-  return {std::string(verb.name), readThread(node), node.value()};
+const Kind<Step>& kinds::step() {
+  static const Kind<Step> kind{&readStep, schemaOfSteps()};
+  return kind;
 }
 
 }  // namespace sim

@@ -4,26 +4,12 @@
 
 #include <functional>
 #include <mutex>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
-#include "ZibPlatform/Foundation/Error.h"
-#include "ZibPlatform/Foundation/Value.h"
-#include "ZibPlatform/ObjectiveC/Native.h"
+#include "Simulator/Json/Json.h"
 
 namespace sim {
-
-using Json = nlohmann::json;
-
-// Byte strings become base64 and dates ISO 8601.
-Json jsonFrom(const zib::Value& value);
-Json jsonFrom(const zib::ValueMap& map);
-Json jsonFrom(const zib::Error& error);
-// A platform object of any kind.
-Json jsonFromObject(zib::objc::id object);
-// The other way round, as the platform's own JSON values: null is the null marker.
-zib::Value valueFromJson(const Json& json);
 
 // One entry as one line, its time, thread and kind first.
 std::string lineFrom(const Json& entry);

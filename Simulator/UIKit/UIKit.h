@@ -6,14 +6,24 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
 #include <vector>
 
+#include "Simulator/Json/Names.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/Foundation/Value.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace sim::uikit {
 
 enum class ApplicationPresence { present, noClass, noInstance, noOpenURL };
+
+// Of the classes that install() registers.
+std::vector<std::string_view> classNames();
 
 // Registers the classes. Once in a process.
 void install(ApplicationPresence presence, bool opensURLs);
@@ -31,4 +41,20 @@ zib::objc::id scene(std::size_t index);
 // The set of UIOpenURLContext that a scene delegate gets.
 zib::Object makeURLContexts(const std::vector<zib::Object>& urls);
 
+// The system calls a delegate, if it responds.
+void deliverDeviceToken(std::span<const std::uint8_t> token);
+void deliverRegistrationFailure(const std::optional<zib::Error>& error);
+// What the delegate answers.
+std::optional<bool> deliverURL(const zib::URL& url, const zib::ValueMap& options);
+void deliverURLContexts(std::size_t scene, const std::vector<zib::URL>& urls);
+
 }  // namespace sim::uikit
+
+template <>
+struct sim::Names<sim::uikit::ApplicationPresence> {
+  using enum uikit::ApplicationPresence;
+  static constexpr Named<uikit::ApplicationPresence> rows[] = {{present, "present"},
+                                                               {noClass, "noClass"},
+                                                               {noInstance, "noInstance"},
+                                                               {noOpenURL, "noOpenURL"}};
+};

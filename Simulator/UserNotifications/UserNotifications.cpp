@@ -5,6 +5,8 @@
 
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Autoreleased.h"
+#include "Simulator/Json/Values.h"
+#include "Simulator/ObjectiveC/DelegateCall.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "Simulator/ObjectiveC/StandIn.h"
 #include "Simulator/Timeline/Timeline.h"
@@ -28,6 +30,14 @@ using zib::objc::id;
 using zib::objc::SEL;
 using zib::objc::UInteger;
 using Handler = zib::Block<void(BOOL, id)>;
+
+constexpr const char* contentClass = "UNNotificationContent";
+constexpr const char* requestClass = "UNNotificationRequest";
+constexpr const char* notificationClass = "UNNotification";
+constexpr const char* responseClass = "UNNotificationResponse";
+constexpr const char* actionClass = "UNNotificationAction";
+constexpr const char* categoryClass = "UNNotificationCategory";
+constexpr const char* centerClass = "UNUserNotificationCenter";
 
 struct State {
   Object center;
@@ -120,27 +130,30 @@ id makeCategory(id cls, SEL, id identifier, id actions, id intents, UInteger opt
 
 void registerValueClasses() {
   const Class object = classNamed<"NSObject">();
-  registerStandIn("UNNotificationContent", object, {{"userInfo"}});
-  registerStandIn("UNNotificationRequest", object, {{"content"}});
-  registerStandIn("UNNotification", object, {{"request"}});
-  registerStandIn("UNNotificationResponse", object, {{"notification", "actionIdentifier"}});
-  const Class action =
-      registerStandIn("UNNotificationAction", object, {{"identifier", "title"}, {"options"}});
+  registerStandIn(contentClass, object, {{"userInfo"}});
+  registerStandIn(requestClass, object, {{"content"}});
+  registerStandIn(notificationClass, object, {{"request"}});
+  registerStandIn(responseClass, object, {{"notification", "actionIdentifier"}});
+  const Class action = registerStandIn(actionClass, object, {{"identifier", "title"}, {"options"}});
   installClassMethod(action, "actionWithIdentifier:title:options:", &makeAction);
-  const Class category =
-      registerStandIn("UNNotificationCategory", object,
-                      {{"identifier", "actions", "intentIdentifiers"}, {"options"}});
+  const Class category = registerStandIn(
+      categoryClass, object, {{"identifier", "actions", "intentIdentifiers"}, {"options"}});
   installClassMethod(category,
                      "categoryWithIdentifier:actions:intentIdentifiers:options:", &makeCategory);
 }
 
 }  // namespace
 
+std::vector<std::string_view> classNames() {
+  return {contentClass, requestClass,  notificationClass, responseClass,
+          actionClass,  categoryClass, centerClass};
+}
+
 void install(std::optional<Answer> answer) {
   state().answer = std::move(answer);
   registerValueClasses();
   const Class cls =
-      zib::ClassBuilder("UNUserNotificationCenter", classNamed<"NSObject">())
+      zib::ClassBuilder(centerClass, classNamed<"NSObject">())
           .classMethod("currentNotificationCenter", &currentNotificationCenter)
           .method("delegate", &getDelegate)
           .method("setDelegate:", &recordAndSetDelegate)
@@ -168,20 +181,34 @@ bool answerOldestRequest(const Answer& answer) {
 id center() { return state().center.raw(); }
 
 Object makeNotification(const zib::ValueMap& userInfo) {
-  const Object content = makeStandIn(classNamed<"UNNotificationContent">());
+  const Object content = makeStandIn(Class::named(contentClass));
   setProperty(content.raw(), "userInfo", zib::objectFrom(userInfo));
-  const Object request = makeStandIn(classNamed<"UNNotificationRequest">());
+  const Object request = makeStandIn(Class::named(requestClass));
   setProperty(request.raw(), "content", content);
-  Object notification = makeStandIn(classNamed<"UNNotification">());
+  Object notification = makeStandIn(Class::named(notificationClass));
   setProperty(notification.raw(), "request", request);
   return notification;
 }
 
 Object makeResponse(const zib::ValueMap& userInfo, const std::string& action) {
-  Object response = makeStandIn(classNamed<"UNNotificationResponse">());
+  Object response = makeStandIn(Class::named(responseClass));
   setProperty(response.raw(), "notification", makeNotification(userInfo));
   setProperty(response.raw(), "actionIdentifier", zib::makeString(action));
   return response;
+}
+
+bool present(const zib::ValueMap& userInfo,
+             const std::function<PresentationCompletion()>& completion) {
+  if (!responds(delegate(), selector<willPresent>())) return false;
+  sendNotification(delegate(), center(), makeNotification(userInfo).raw(), completion());
+  return true;
+}
+
+bool respond(const zib::ValueMap& userInfo, const std::string& action,
+             const std::function<ResponseCompletion()>& completion) {
+  if (!responds(delegate(), selector<didReceive>())) return false;
+  sendResponse(delegate(), center(), makeResponse(userInfo, action).raw(), completion());
+  return true;
 }
 
 }  // namespace sim::usernotifications

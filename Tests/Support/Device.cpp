@@ -3,17 +3,23 @@
 #include <algorithm>
 #include <iterator>
 
-#include "Simulator/Dispatch/Scheduler.h"
-#include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Host/RecordingCore.h"
-#include "Simulator/UserNotifications/UserNotifications.h"
 
 namespace test {
 
-Device::Device(sim::uikit::ApplicationPresence presence) {
-  sim::installFoundation();
-  sim::uikit::install(presence, true);
-  sim::usernotifications::install(std::nullopt);
+namespace {
+
+sim::DeviceDescription description(sim::uikit::ApplicationPresence presence) {
+  sim::DeviceDescription result;
+  result.application = presence;
+  result.answersByItself = false;
+  return result;
+}
+
+}  // namespace
+
+Device::Device(sim::uikit::ApplicationPresence presence, const std::filesystem::path& documents)
+    : device_(description(presence), documents) {
   sim::installRecordingCore();
   sim::Timeline::shared().setSink([this](const sim::Json& entry) {
     const std::lock_guard lock(mutex_);
@@ -25,14 +31,6 @@ Device::~Device() { sim::Timeline::shared().setSink({}); }
 
 zib::Application Device::application() {
   return zib::Application::retained(sim::uikit::application());
-}
-
-void Device::drain() { sim::Scheduler::shared().drain(); }
-
-void Device::advance(double seconds) {
-  sim::Scheduler& scheduler = sim::Scheduler::shared();
-  scheduler.advanceTo(scheduler.now() + sim::inNanoseconds(seconds));
-  scheduler.drain();
 }
 
 std::vector<sim::Json> Device::entries() const {

@@ -9,8 +9,9 @@
 #include <string_view>
 #include <vector>
 
+#include "Simulator/Device/Device.h"
+#include "Simulator/Json/Values.h"
 #include "Simulator/Timeline/Timeline.h"
-#include "Simulator/UIKit/UIKit.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/UIKit/Application.h"
 
@@ -19,16 +20,20 @@ namespace test {
 // One in a process. A service of the core that the test has installed before stays.
 class Device {
  public:
+  // The user answers no request.
   explicit Device(
-      sim::uikit::ApplicationPresence presence = sim::uikit::ApplicationPresence::present);
+      sim::uikit::ApplicationPresence presence = sim::uikit::ApplicationPresence::present,
+      const std::filesystem::path& documents = {});
   ~Device();
   Device(const Device&) = delete;
   Device& operator=(const Device&) = delete;
 
   static zib::Application application();
   // Runs what the main queue holds, and lets time pass.
-  static void drain();
-  static void advance(double seconds);
+  static void drain() { sim::Device::settle(); }
+  static void advance(double seconds) { sim::Device::advance(seconds); }
+  // The servers that can be reached from now on.
+  void connectTo(sim::Sites sites) { device_.connectTo(std::move(sites)); }
 
   // What was recorded since the start, or since forget(), in order. Any thread.
   [[nodiscard]] std::vector<sim::Json> entries() const;
@@ -44,6 +49,7 @@ class Device {
   [[nodiscard]] std::vector<std::string> lines(std::string_view level) const;
 
   zib::AutoreleasePool pool_;
+  sim::Device device_;
   mutable std::mutex mutex_;
   std::vector<sim::Json> entries_;
 };

@@ -7,8 +7,6 @@
 #include <iterator>
 
 #include "Simulator/Dispatch/Scheduler.h"
-#include "Simulator/Foundation/Foundation.h"
-#include "Simulator/Network/URLSession.h"
 #include "ZibMessaging/ZibPushConfig.h"
 
 namespace test {
@@ -144,17 +142,11 @@ long peakMegabytes() {
   return usage.ru_maxrss / kilobytes;
 }
 
-PushFlow::PushFlow() : documents_(sim::Documents::writable) {
-  sim::urlsession::install();
-  sim::setDocumentsDirectory(documents_.path().string());
-  sim::Timeline::shared().setDocumentsPath(documents_.path().string());
+PushFlow::PushFlow()
+    : documents_(sim::Documents::writable),
+      device_(sim::uikit::ApplicationPresence::present, documents_.path()) {
   serve(Request::configuration, answer(configuration()));
   serve(Request::propertyList, answer(propertyList()));
-}
-
-PushFlow::~PushFlow() {
-  sim::setDocumentsDirectory(std::nullopt);
-  sim::Timeline::shared().setDocumentsPath({});
 }
 
 void PushFlow::serve(Request request, sim::Answer answer) {
@@ -173,10 +165,7 @@ void PushFlow::unlist(Request request) {
   sites_.erase(request == Request::configuration ? configurationHost : propertyListHost);
 }
 
-void PushFlow::connect() {
-  network_ = std::make_shared<sim::Network>(sites_);
-  sim::urlsession::setNetwork(network_);
-}
+void PushFlow::connect() { device_.connectTo(sites_); }
 
 void PushFlow::start(const std::string& endpoint) {
   ZibPushConfig::shared().configurePush(

@@ -6,13 +6,12 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "Simulator/Network/Network.h"
-#include "Simulator/Scenario/Documents.h"
+#include "Simulator/Device/Documents.h"
+#include "Simulator/Network/Sites.h"
 #include "Tests/Support/Device.h"
 #include "ZibPlatform/Foundation/Value.h"
 
@@ -68,7 +67,6 @@ long peakMegabytes();
 class PushFlow {
  public:
   PushFlow();
-  ~PushFlow();
   PushFlow(const PushFlow&) = delete;
   PushFlow& operator=(const PushFlow&) = delete;
 
@@ -100,10 +98,9 @@ class PushFlow {
   void connect();
 
  private:
-  Device device_;
   sim::DocumentsFolder documents_;
+  Device device_;
   sim::Sites sites_;
-  std::shared_ptr<sim::Network> network_;
   double start_ = 0;
   std::vector<zib::ValueMap> handled_;
 };

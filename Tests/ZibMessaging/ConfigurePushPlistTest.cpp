@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "Simulator/Device/Documents.h"
 #include "Simulator/Foundation/Foundation.h"
-#include "Simulator/Scenario/Documents.h"
 #include "Tests/Simulator/Foundation/Serialization.h"
 #include "Tests/Support/BinaryPropertyList.h"
 #include "Tests/Support/PushFlowTest.h"

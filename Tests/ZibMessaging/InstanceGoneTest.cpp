@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "Simulator/Host/RecordingMessagingDelegate.h"
-#include "Simulator/Network/URLSession.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "Tests/Support/TestSeam.h"
@@ -142,10 +141,7 @@ TEST_F(InstanceGoneTest, AConfigurePushFlowEndsInSilenceAfterItsFetch) {
   sim::Answer configuration;
   configuration.body =
       R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
-  sim::urlsession::install();
-  const auto network = std::make_shared<sim::Network>(
-      sim::Sites{{"config.example", {{"/push.json", configuration}}}});
-  sim::urlsession::setNetwork(network);
+  device_.connectTo({{"config.example", {{"/push.json", configuration}}}});
   int called = 0;
   ZibPushConfig::shared().configurePush(
       Device::application(), "https://config.example/push.json",

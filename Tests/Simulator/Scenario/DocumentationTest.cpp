@@ -9,7 +9,7 @@
 
 #include "Simulator/Network/Sites.h"
 #include "Simulator/Scenario/Expectations.h"
-#include "Simulator/Scenario/Process.h"
+#include "Simulator/Scenario/PlayInProcess.h"
 #include "Simulator/Scenario/Reader.h"
 #include "Simulator/Scenario/Verbs.h"
 
@@ -57,8 +57,9 @@ std::string rowOf(std::string_view table, std::string_view name) {
   return {};
 }
 
-void expectRows(std::string_view table, const std::vector<sim::Verb>& verbs) {
-  for (const sim::Verb& verb : verbs) {
+template <class Row>
+void expectRows(std::string_view table, const std::vector<Row>& rows) {
+  for (const Row& verb : rows) {
     const std::string row = rowOf(table, verb.name);
     EXPECT_NE(row, "") << verb.name;
     const bool isListedElsewhere = row.find("`host.firebase`") != std::string::npos;
@@ -85,11 +86,11 @@ TEST(Documentation, ExamplesRunAndMeetTheirExpectations) {
 TEST(Documentation, ListsEveryStepWithItsFields) { expectRows("do", sim::verbs()); }
 
 TEST(Documentation, ListsEveryOperationWithItsArguments) {
-  expectRows("operation", sim::operations());
+  expectRows("operation", sim::operationRows());
 }
 
 TEST(Documentation, ListsEveryFault) {
-  for (const std::string_view fault : sim::faultNames())
+  for (const std::string_view fault : sim::allNames<sim::Fault>())
     EXPECT_NE(rowOf("fault", fault), "") << fault;
 }
 

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "Simulator/Scenario/ScenarioError.h"
+#include "Simulator/Scenario/Reading.h"
 
 namespace {
 
@@ -17,7 +17,11 @@ using sim::Sites;
 
 Sites read(const std::string& text, const std::filesystem::path& folder = {}) {
   const Json json = Json::parse(text);
-  return readNetwork(sim::Node(json, "/network"), folder);
+  sim::Reading reading;
+  reading.folder = folder;
+  Sites sites = sim::kinds::network().read(sim::Node(json, "/network"), reading);
+  if (!reading.errors.empty()) throw sim::ScenarioErrors(reading.errors);
+  return sites;
 }
 
 // What is wrong with the section.

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "Simulator/Scenario/Process.h"
+#include "Simulator/Scenario/PlayInProcess.h"
 #include "Simulator/Scenario/Reader.h"
 
 namespace {

@@ -67,7 +67,7 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"NameIsNoText", R"({"steps": [], "name": 5})", "/name: got 5; allowed: a text"},
         Mistake{"LineBreakInAKey", R"({"steps": [], "a\nb": 1})",
                 R"(/a\u000ab: unknown key; allowed: "name", "device", "core", "host", "network", )"
-                R"("steps", "expect")"}),
+                R"("steps", "expect", "$schema")"}),
     test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -98,8 +98,10 @@ INSTANTIATE_TEST_SUITE_P(
             withHost(R"({"appDelegate": {"class": "A", "superclass": {"name": "B"}}})"),
             R"(/host/appDelegate/superclass/name: unknown key; allowed: "class", "superclass", )"
             R"("implements", "openURLReturns", "options", "completes")"},
-        Mistake{"InAScene", withHost(R"({"scenes": [{}, {"windows": true}]})"),
-                R"(/host/scenes/1/windows: unknown key; allowed: "window", "delegate")"},
+        Mistake{
+            "InAScene", withHost(R"({"scenes": [{}, {"windows": true}]})"),
+            R"(/host/scenes/1/windows: unknown key, did you mean "window"?; allowed: "window", )"
+            R"("delegate")"},
         Mistake{"InFirebase", withHost(R"({"firebase": {"class": true}})"),
                 R"(/host/firebase/class: unknown key; allowed: "classMethod", "instance", )"
                 R"("delegateProperty", "settable", "delegate")"},
@@ -291,8 +293,7 @@ TEST(Reader, TakesAPayloadAsDeepAsThePlatformDoes) {
 TEST(Reader, FillsInWhatIsLeftOut) {
   const sim::Scenario scenario = sim::readScenario(R"({"steps": []})", "from the file");
   EXPECT_EQ(scenario.name, "from the file");
-  EXPECT_EQ(scenario.device.osMajor, 17);
-  EXPECT_EQ(scenario.device.osMinor, 0);
+  EXPECT_EQ(scenario.device.osVersion, (sim::SystemVersion{17, 0}));
   EXPECT_EQ(scenario.device.bundlePath, "/Applications/HostApp.app");
   EXPECT_EQ(scenario.device.application, sim::uikit::ApplicationPresence::present);
   EXPECT_TRUE(scenario.device.authorization.granted);

@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "Simulator/Network/URLSession.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
@@ -204,14 +203,11 @@ void throwingResume(id task, SEL command) {
 }
 
 TEST_P(ContainmentTest, AnExchangeThatThrowsAfterItsStartEndsTheFlowOnce) {
-  const Device device;
-  sim::urlsession::install();
+  Device device;
   sim::Answer configuration;
   configuration.body =
       R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
-  const auto network = std::make_shared<sim::Network>(
-      sim::Sites{{"config.example", {{"/push.json", configuration}}}});
-  sim::urlsession::setNetwork(network);
+  device.connectTo({{"config.example", {{"/push.json", configuration}}}});
   startingResume =
       sim::installMethod(zib::Class::named("NSURLSessionDataTask"), "resume", &throwingResume);
   std::vector<bool> outcomes;

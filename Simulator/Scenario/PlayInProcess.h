@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Simulator/Scenario/Scenario.h"
+#include "Simulator/Timeline/Timeline.h"
 
 namespace sim {
 

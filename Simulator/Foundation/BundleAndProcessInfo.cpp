@@ -64,7 +64,7 @@ void setMainBundlePath(std::string path) { bundlePathSetting().set(std::move(pat
 
 void setSystemVersion(long major, long minor) { versionSetting().set({major, minor, 0}); }
 
-void installProcess() {
+void installBundleAndProcessInfo() {
   mainBundle();
   originalBundlePath = installMethod(zib::Class::named("NSBundle"), "bundlePath", &bundlePath);
   const zib::Class processInfo = zib::Class::named("NSProcessInfo");

@@ -1,4 +1,4 @@
-#include "Simulator/Timeline/TextForms.h"
+#include "Simulator/Json/TextForms.h"
 
 #include <array>
 #include <cctype>

@@ -1,4 +1,4 @@
-#include "Simulator/Scenario/Process.h"
+#include "Simulator/Scenario/PlayInProcess.h"
 
 #include <poll.h>
 #include <sys/prctl.h>
@@ -16,8 +16,8 @@
 #include <list>
 #include <stdexcept>
 
+#include "Simulator/Device/Documents.h"
 #include "Simulator/Foundation/Foundation.h"
-#include "Simulator/Scenario/Documents.h"
 #include "Simulator/Scenario/Interruption.h"
 #include "Simulator/Scenario/Player.h"
 

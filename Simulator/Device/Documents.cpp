@@ -1,4 +1,4 @@
-#include "Simulator/Scenario/Documents.h"
+#include "Simulator/Device/Documents.h"
 
 #include <sys/fsuid.h>
 #include <unistd.h>
@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "Simulator/Foundation/Base64.h"
+#include "Simulator/Json/Values.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/ErrorPointer.h"

@@ -4,9 +4,18 @@
 
 #include <filesystem>
 
-#include "Simulator/Scenario/Scenario.h"
+#include "Simulator/Json/Names.h"
 
 namespace sim {
+
+enum class Documents { writable, readOnly, missing };
+
+template <>
+struct Names<Documents> {
+  static constexpr Named<Documents> rows[] = {{Documents::writable, "writable"},
+                                              {Documents::readOnly, "readOnly"},
+                                              {Documents::missing, "missing"}};
+};
 
 // A fresh folder, removed at the end with all that is in it. Held by the process that starts the
 // scenario's, so that it goes too when that one dies.

@@ -1,4 +1,4 @@
-#include "Simulator/Scenario/Process.h"
+#include "Simulator/Scenario/PlayInProcess.h"
 
 #include <gtest/gtest.h>
 #include <pthread.h>

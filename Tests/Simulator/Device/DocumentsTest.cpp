@@ -1,4 +1,4 @@
-#include "Simulator/Scenario/Documents.h"
+#include "Simulator/Device/Documents.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Simulator/Foundation/Foundation.h"
+#include "Simulator/Timeline/Timeline.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace {

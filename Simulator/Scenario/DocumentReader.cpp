@@ -1,0 +1,123 @@
+#include "Simulator/Scenario/DocumentReader.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <set>
+
+#include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/ValueConversion.h"
+
+namespace sim {
+namespace {
+
+// Whatever follows a scenario's values goes down into them by recursion. A `userInfo` that is as
+// deep as the platform takes it still fits into a step or an expectation.
+constexpr std::size_t deepestNesting = zib::maximumNesting + 16;
+
+// Refuses what the parser accepts and a scenario must not have: the second of two members of one
+// name, which the parser would keep, and values nested without end. Runs before the parser, whose
+// own callback takes time with the square of a list's length.
+class Checks final : public nlohmann::json_sax<Json> {
+ public:
+  bool null() override { return beginValue(); }
+  bool boolean(bool) override { return beginValue(); }
+  bool number_integer(number_integer_t) override { return beginValue(); }
+  bool number_unsigned(number_unsigned_t) override { return beginValue(); }
+  bool number_float(number_float_t, const string_t&) override { return beginValue(); }
+  bool string(string_t&) override { return beginValue(); }
+  bool binary(binary_t&) override { return beginValue(); }
+  bool start_object(std::size_t) override { return open(true); }
+  bool start_array(std::size_t) override { return open(false); }
+  bool end_object() override { return close(); }
+  bool end_array() override { return close(); }
+  bool key(string_t& key) override {
+    open_.back().key = key;
+    if (open_.back().keys.insert(key).second) return true;
+    throw ScenarioError(pointer(open_.size()), "the key stands twice in one object",
+                        "each key once");
+  }
+  // Left to the parser, which says it better.
+  bool parse_error(std::size_t, const std::string&, const Json::exception&) override {
+    return false;
+  }
+
+ private:
+  // An object or list whose end has not come yet.
+  struct Open {
+    bool isObject;
+    std::set<std::string> keys;
+    std::string key;
+    std::size_t begun;
+  };
+
+  bool beginValue() {
+    if (!open_.empty()) ++open_.back().begun;
+    return true;
+  }
+
+  bool open(bool isObject) {
+    beginValue();
+    open_.push_back({isObject, {}, {}, 0});
+    if (open_.size() > deepestNesting) throw tooDeep();
+    return true;
+  }
+
+  bool close() {
+    open_.pop_back();
+    return true;
+  }
+
+  [[nodiscard]] ScenarioError tooDeep() const {
+    constexpr std::size_t shownLevels = 4;
+    return {pointer(shownLevels), "nested too deep",
+            std::to_string(deepestNesting) + " levels in a scenario"};
+  }
+
+  // Of the value that was begun last, up to a level.
+  [[nodiscard]] std::string pointer(std::size_t levels) const {
+    std::string pointer;
+    for (std::size_t level = 0; level < levels; ++level) {
+      const Open& open = open_[level];
+      pointer += '/';
+      pointer += open.isObject ? escapedForPointer(open.key) : std::to_string(open.begun - 1);
+    }
+    return pointer;
+  }
+
+  std::vector<Open> open_;
+};
+
+}  // namespace
+
+Json parseDocument(std::string_view text) {
+  constexpr std::size_t longestDetail = 200;
+  Checks checks;
+  Json::sax_parse(text, &checks);
+  try {
+    return Json::parse(text);
+  } catch (const Json::exception& error) {
+    const std::string_view message = error.what();
+    const std::size_t prefix = message.find("] ");
+    const auto detail = prefix == std::string_view::npos ? message : message.substr(prefix + 2);
+    const auto shown = zib::firstCharacters(detail, longestDetail);
+    throw ScenarioError("", std::string(shown) + (shown.size() < detail.size() ? "…" : ""),
+                        "a JSON document");
+  }
+}
+
+std::string readNamedFile(const Node& name, const std::filesystem::path& folder) {
+  const std::filesystem::path path = folder / name.text();
+  const auto fail = [&](int code) {
+    name.fail("cannot be read: " + path.string() + ": " + std::strerror(code),
+              "a file, named from the scenario's folder on");
+  };
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored)) fail(EISDIR);
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream) fail(errno);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+}  // namespace sim

@@ -1,0 +1,199 @@
+#include "Simulator/Scenario/HostReader.h"
+
+#include <algorithm>
+
+#include "Simulator/Network/URLSession.h"
+#include "Simulator/ObjectiveC/StandIn.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+
+namespace sim {
+namespace {
+
+bool isCircular(const HostClassDescription& added, const HostClassDescriptions& classes) {
+  for (std::string name = added.superclass; !name.empty();) {
+    if (name == added.name) return true;
+    const auto above = classes.find(name);
+    name = above == classes.end() ? std::string() : above->second.superclass;
+  }
+  return false;
+}
+
+// The classes that a device has before the host's come: the system's own, and those that the module
+// and the stand-ins register when the scenario is played.
+bool isSystemClass(const std::string& name) {
+  static const std::set<std::string_view> registeredLater = [] {
+    std::set<std::string_view> names{"ZibMessaging", "ZibSwizzleManager", orderedSetClass};
+    for (const auto& standIns : {uikit::classNames(), usernotifications::classNames(),
+                                 firebase::classNames(), urlsession::classNames()}) {
+      names.insert(standIns.begin(), standIns.end());
+    }
+    return names;
+  }();
+  return registeredLater.contains(name) || zib::Class::named(name.c_str());
+}
+
+void addClass(const Node& node, const HostClassDescription& description,
+              HostClassDescriptions& classes) {
+  const auto [existing, isNew] = classes.emplace(description.name, description);
+  if (existing->second != description) {
+    node.fail("the class \"" + description.name + "\" is described in two ways",
+              "one description, or the same one again");
+  }
+  if (!isNew) return;
+  if (isSystemClass(description.name)) {
+    node.require("class").fail("a class of the system is called " + description.name,
+                               "another name");
+  }
+  if (isCircular(description, classes)) {
+    node.fail("the class \"" + description.name + "\" is its own superclass", "another superclass");
+  }
+  if (classes.size() > maximumHostClasses) {
+    node.fail("too many classes", std::to_string(maximumHostClasses));
+  }
+}
+
+std::string readClassName(const Node& node, Reading& /*reading*/) {
+  std::string name = node.text();
+  if (name.empty() || name.find('\0') != std::string::npos) node.failType("the name of a class");
+  return name;
+}
+
+std::string readClass(const Node& node, Reading& reading) {
+  const std::size_t errorsBefore = reading.errors.size();
+  HostClassDescription description = hostClassRecord().read(node, reading);
+  // What is half read would only be found to differ from the same class elsewhere.
+  if (reading.errors.size() == errorsBefore) addClass(node, description, reading.classes);
+  return description.name;
+}
+
+Json referenceTo(const char* definition) {
+  return {{"$ref", std::string("#/$defs/") + definition}};
+}
+
+Json schemaOrNull(const Json& schema) { return {{"anyOf", {schema, {{"type", "null"}}}}}; }
+
+DelegateDescription readDelegate(const Node& node, Reading& reading) {
+  using Kind = DelegateDescription::Kind;
+  if (!node.hasObject()) return {};
+  return {Kind::object, readClass(node, reading)};
+}
+
+DelegateDescription readNotificationDelegate(const Node& node, Reading& reading) {
+  if (node.value() == "appDelegate") return {DelegateDescription::Kind::appDelegate, {}};
+  if (node.value().is_string()) node.failType("an object, null, \"appDelegate\"");
+  return readDelegate(node, reading);
+}
+
+using MessagingDelegate = HostDescription::MessagingDelegate;
+
+Kind<MessagingDelegate> messagingDelegate() {
+  return {[](const Node& node, Reading&) {
+            if (node.value() == "released") return MessagingDelegate::released;
+            if (!node.value().is_boolean()) node.failType("true, false, \"released\"");
+            return node.boolean() ? MessagingDelegate::kept : MessagingDelegate::none;
+          },
+          {{"enum", {true, false, "released"}}, {"default", true}}};
+}
+
+Kind<std::optional<bool>> urlDelegate() {
+  return {[](const Node& node, Reading&) -> std::optional<bool> {
+            if (!node.isNull() && !node.value().is_boolean()) node.failType("null, true, false");
+            return node.booleanOrNull();
+          },
+          kinds::booleanOrNull().schema, kinds::booleanOrNull().write};
+}
+
+Record<HostDescription> makeHostRecord() {
+  const Kind<SceneDescription> scene = objectOf(sceneRecord<SceneDescription>());
+  return Record<HostDescription>()
+      .optional("appDelegate", &HostDescription::appDelegate, kinds::delegate(),
+                "the application's delegate; left out, one of a class \"HostAppDelegate\" that "
+                "implements didRegister, didFail and openURL")
+      .optional("notificationDelegate", &HostDescription::notificationDelegate,
+                kinds::notificationDelegate(),
+                "the notification centre's delegate; \"appDelegate\" for the same object")
+      .optional("scenes", &HostDescription::scenes, kinds::listOf(scene),
+                "the scenes that are connected at the start")
+      .optional("firebase", &HostDescription::firebase, kinds::firebaseOrNull(),
+                "Firebase Messaging as it is at the start; null, it is not there")
+      .optional("messagingDelegate", &HostDescription::messagingDelegate, messagingDelegate(),
+                "the module's delegate; \"released\" is let go before the first step")
+      .optional("urlDelegate", &HostDescription::urlDelegate, urlDelegate(),
+                "what the host's URL callback answers; null, there is none");
+}
+
+HostDescription readHost(const Node& node, Reading& reading) {
+  static const Record<HostDescription> record = makeHostRecord();
+  if (!node.value().is_object()) node.failType("an object");
+  if (!node.find("appDelegate")) {
+    HostClassDescription standard;
+    standard.name = HostDescription().appDelegate.className;
+    standard.implements = {HostMethod::didRegister, HostMethod::didFail, HostMethod::openURL};
+    reading.classes.emplace(standard.name, standard);
+  }
+  HostDescription host = record.read(node, reading);
+  reading.connectedScenes = host.scenes.size();
+  return host;
+}
+
+}  // namespace
+
+const Record<HostClassDescription>& hostClassRecord() {
+  static const Kind<std::string> className{&readClassName, {{"type", "string"}, {"minLength", 1}}};
+  static const Kind<std::string> superclass{[](const Node& node, Reading& reading) {
+                                              return node.hasObject() ? readClass(node, reading)
+                                                                      : std::string();
+                                            },
+                                            schemaOrNull(referenceTo("delegate"))};
+  using Description = HostClassDescription;
+  static const auto record =
+      Record<Description>()
+          .required("class", &Description::name, className, "the class's name")
+          .optional("superclass", &Description::superclass, superclass,
+                    "its superclass; null or left out, NSObject")
+          .optional("implements", &Description::implements,
+                    kinds::setOf(kinds::oneOf<HostMethod>()), "the delegate methods that it has")
+          .optional("openURLReturns", &Description::openURLReturns, kinds::boolean(),
+                    "what openURL answers")
+          .optional("options", &Description::options, kinds::natural(),
+                    "the presentation options that willPresent completes with")
+          .optional("completes", &Description::completes, kinds::boolean(),
+                    "whether willPresent and didReceive call their completions");
+  return record;
+}
+
+namespace kinds {
+
+const Kind<HostDescription>& host() {
+  static const Kind<HostDescription> kind{&readHost, schemaOf(makeHostRecord().fields())};
+  return kind;
+}
+
+const Kind<std::optional<ZibConfig>>& config() {
+  static const auto record =
+      Record<ZibConfig>().optional("autoSwizzlingEnabled", &ZibConfig::autoSwizzlingEnabled,
+                                   boolean(), "whether the module integrates itself");
+  static const Kind<std::optional<ZibConfig>> kind = orNull(objectOf(record));
+  return kind;
+}
+
+const Kind<DelegateDescription>& delegate() {
+  static const Kind<DelegateDescription> kind{&readDelegate, schemaOrNull(referenceTo("delegate"))};
+  return kind;
+}
+
+const Kind<DelegateDescription>& notificationDelegate() {
+  static const Kind<DelegateDescription> kind{
+      &readNotificationDelegate,
+      {{"anyOf", {referenceTo("delegate"), {{"type", "null"}}, {{"const", "appDelegate"}}}}}};
+  return kind;
+}
+
+const Kind<std::optional<FirebaseDescription>>& firebaseOrNull() {
+  static const Kind<std::optional<FirebaseDescription>> kind =
+      orNull(objectOf(firebaseRecord<FirebaseDescription>()));
+  return kind;
+}
+
+}  // namespace kinds
+}  // namespace sim

@@ -1,0 +1,73 @@
+// The kinds of values that several parts of a scenario have.
+
+#pragma once
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Simulator/Json/Names.h"
+#include "Simulator/Scenario/Kind.h"
+#include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Value.h"
+
+namespace sim::kinds {
+
+const Kind<bool>& boolean();
+const Kind<std::optional<bool>>& booleanOrNull();
+const Kind<std::string>& text();
+const Kind<std::optional<std::string>>& textOrNull();
+const Kind<double>& seconds();
+// Zero and above, such as a set of options.
+const Kind<zib::objc::UInteger>& natural();
+const Kind<zib::Bytes>& hex();
+// Null stands for none.
+const Kind<std::optional<zib::Error>>& error();
+// An object as deep as the platform takes it.
+const Kind<zib::ValueMap>& payload();
+const Kind<std::optional<zib::ValueMap>>& payloadOrNull();
+// A text that the device's system takes for a URL.
+const Kind<std::string>& url();
+
+template <class Enumeration>
+Kind<Enumeration> oneOf() {
+  return {[](const Node& node, Reading&) {
+            return Names<Enumeration>::rows[node.choice(allNames<Enumeration>())].value;
+          },
+          {{"enum", allNames<Enumeration>()}},
+          [](const Enumeration& value) { return Json(nameOf(value)); }};
+}
+
+template <class T>
+Kind<std::vector<T>> listOf(const Kind<T>& element) {
+  return {[read = element.read](const Node& node, Reading& reading) {
+            std::vector<T> list;
+            for (const Node& each : node.list()) {
+              reading.collectErrorOf([&] { list.push_back(read(each, reading)); });
+            }
+            return list;
+          },
+          {{"type", "array"}, {"items", element.schema}}};
+}
+
+template <class T>
+Kind<std::set<T>> setOf(const Kind<T>& element) {
+  return {[read = listOf(element).read](const Node& node, Reading& reading) {
+            const std::vector<T> list = read(node, reading);
+            return std::set<T>(list.begin(), list.end());
+          },
+          {{"type", "array"}, {"items", element.schema}}};
+}
+
+// Null stands for none.
+template <class T>
+Kind<std::optional<T>> orNull(const Kind<T>& kind) {
+  return {[read = kind.read](const Node& node, Reading& reading) {
+            return node.hasObject() ? std::optional(read(node, reading)) : std::nullopt;
+          },
+          {{"anyOf", {kind.schema, {{"type", "null"}}}}}};
+}
+
+}  // namespace sim::kinds
