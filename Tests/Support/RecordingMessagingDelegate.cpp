@@ -13,25 +13,25 @@ void record(const char* operation, sim::Json fields) {
 
 }  // namespace
 
-void RecordingMessagingDelegate::didReceiveToken(ZibMessaging& /*messaging*/,
+void RecordingMessagingDelegate::zibMessagingDidReceiveToken(ZibMessaging& /*messaging*/,
                                                  std::string_view token) {
   record("zibMessaging(_:didReceiveToken:)", {{"token", token}});
 }
 
-void RecordingMessagingDelegate::didReceiveNotification(ZibMessaging& /*messaging*/,
+void RecordingMessagingDelegate::zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
                                                         const zib::Dictionary& userInfo) {
   record("zibMessaging(_:didReceiveNotification:)",
          {{"userInfo", sim::jsonFrom(userInfo.values())}});
 }
 
-void RecordingMessagingDelegate::didReceiveNotificationResponse(
+void RecordingMessagingDelegate::zibMessagingDidReceiveNotificationResponse(
     ZibMessaging& /*messaging*/, const zib::NotificationResponse& response) {
   record("zibMessaging(_:didReceiveNotificationResponse:)",
          {{"action", response.actionIdentifier()},
           {"userInfo", sim::jsonFrom(response.notification().userInfo().values())}});
 }
 
-void RecordingMessagingDelegate::didFailToRegisterWithError(ZibMessaging& /*messaging*/,
+void RecordingMessagingDelegate::zibMessagingDidFailToRegisterWithError(ZibMessaging& /*messaging*/,
                                                             const zib::Error& error) {
   record("zibMessaging(_:didFailToRegisterWithError:)", {{"error", sim::jsonFrom(error)}});
 }

@@ -8,11 +8,11 @@ namespace test {
 
 class RecordingMessagingDelegate final : public ZibMessagingDelegate {
  public:
-  void didReceiveToken(ZibMessaging& messaging, std::string_view token) override;
-  void didReceiveNotification(ZibMessaging& messaging, const zib::Dictionary& userInfo) override;
-  void didReceiveNotificationResponse(ZibMessaging& messaging,
+  void zibMessagingDidReceiveToken(ZibMessaging& messaging, std::string_view token) override;
+  void zibMessagingDidReceiveNotification(ZibMessaging& messaging, const zib::Dictionary& userInfo) override;
+  void zibMessagingDidReceiveNotificationResponse(ZibMessaging& messaging,
                                       const zib::NotificationResponse& response) override;
-  void didFailToRegisterWithError(ZibMessaging& messaging, const zib::Error& error) override;
+  void zibMessagingDidFailToRegisterWithError(ZibMessaging& messaging, const zib::Error& error) override;
 };
 
 }  // namespace test
