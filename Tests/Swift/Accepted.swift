@@ -37,7 +37,8 @@ final class Core: NSObject, ZibCore {
 
 @MainActor func configure(_ application: UIApplication, _ delegate: EveryNews) {
   ZibMessaging.install(core: Core())
-  ZibMessaging.shared.delegate = delegate
+  let isSet: Bool = ZibMessaging.shared.setEventVendor("com.example")
+  ZibMessaging.shared.delegate = isSet ? delegate : nil
   ZibMessaging.shared.configure(application: nil)
   ZibMessaging.shared.configure(application: application)
 }
