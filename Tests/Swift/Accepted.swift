@@ -88,8 +88,8 @@ func buildPayloads(_ userInfo: [AnyHashable: Any]) -> [[String: Any]] {
 func configurePush(_ application: UIApplication) {
   ZibPushConfig.shared.configurePush(
     application: application, configEndpoint: nil,
-    firebaseConfigHandler: { config in _ = config.count }
-  ) { started in _ = started }
+    firebaseConfigHandler: { config in _ = config.count },
+    completion: { started in _ = started })
   ZibPushConfig.shared.registerForPushSimple(application: application)
 }
 
