@@ -1,6 +1,7 @@
 Pod::Spec.new do |spec|
   spec.name = 'ZibMessaging'
-  spec.version = '0.1.0'
+  header = File.read(File.join(__dir__, 'Sources/ZibMessaging/ZibVersion.h'))
+  spec.version = header.scan(/ZIB_VERSION_(?:MAJOR|MINOR|PATCH) (\d+)/).join('.')
   spec.summary = 'Push messaging for iOS: tokens, notifications as analytics events, deep links.'
   spec.description = <<-TEXT
     Puts itself between the system and the app's delegates at run time, takes the device and FCM tokens,

@@ -8,7 +8,9 @@ import ZibMessagingC
 final class Core {
   func log(_ line: String) { print("zib    | \(line)") }
 
-  func track(_ schema: String, _ data: String) { print("core   | event \(schema)\n         \(data)") }
+  func track(_ schema: String, _ data: String) {
+    print("core   | event \(schema)\n         \(data)")
+  }
 }
 
 func core(_ context: UnsafeMutableRawPointer?) -> Core {

@@ -429,6 +429,12 @@ zib_text zib_messaging_copy_notification_event_schema_uri(void) {
   return copyOf(ZibPayloadBuilder::notificationEventSchemaURI());
 }
 
+bool zib_messaging_set_event_vendor(zib_text vendor) {
+  const Operation operation(__func__);
+  if (!operation.has("vendor", vendor)) return false;
+  return operation.run([&] { return ZibMessaging::shared().setEventVendor(stringOf(vendor)); });
+}
+
 void zib_messaging_configure(zib_object application) {
   Operation(__func__).run(
       [&] { ZibMessaging::shared().configure(zib::Application::retained(application)); });

@@ -178,6 +178,10 @@ ZIB_API zib_text zib_messaging_copy_fcm_token(void);
 ZIB_API zib_object ZIB_NULLABLE zib_messaging_copy_apns_token(void) ZIB_OWNED_BY_CALLER;
 // The schema URI of every notification event.
 ZIB_API zib_text zib_messaging_copy_notification_event_schema_uri(void);
+// The vendor in that schema, in place of the one that the module was built with. Once, before
+// configure; otherwise, and for a text with anything but letters, digits, ".", "-" and "_", it is
+// refused with an error line and false.
+ZIB_API bool zib_messaging_set_event_vendor(zib_text vendor);
 
 // Integrates the module into the host, or leaves that to the host, as the core's configuration
 // says. Once, on the main thread, at start-up: a second call only logs. The UIApplication may be

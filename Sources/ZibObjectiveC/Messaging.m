@@ -106,6 +106,13 @@ static void didFailToRegister(void *context, const zib_error *error) {
   return ZIBStringTaken(zib_messaging_copy_notification_event_schema_uri());
 }
 
+- (BOOL)setEventVendor:(NSString *)vendor {
+  const zib_text text = ZIBTextCopy(vendor);
+  const bool isSet = zib_messaging_set_event_vendor(text);
+  zib_text_free(text);
+  return isSet;
+}
+
 - (void)configureWithApplication:(UIApplication *)application {
   zib_messaging_configure(application);
 }

@@ -133,6 +133,9 @@ __attribute__((objc_subclassing_restricted))
 @property(nonatomic, readonly, copy, nullable) NSData *apnsToken;
 // The schema URI of every notification event.
 @property(nonatomic, readonly, copy) NSString *notificationEventSchemaURI;
+// The vendor in that schema, in place of the one that the module was built with. Once, before
+// configure; NO, and an error line, otherwise and for what is no vendor.
+- (BOOL)setEventVendor:(NSString *)vendor NS_SWIFT_NAME(setEventVendor(_:));
 
 // Integrates the module into the host, or leaves that to the host, as the core's configuration
 // says. Once, at start-up: a second call only logs. The application may be nil where there is none

@@ -51,6 +51,7 @@ def run_parts(run, compiler):
     run.part("declarations", EVERYTHING, declarations.declarations, compiler)
     run.part("ABI assertions", EVERYTHING, abi.assertions, compiler, abis)
     asking = run.part("Objective-C++ hosts", EVERYTHING, hosts.objective_cpp_hosts, compiler)
+    run.part("Objective-C face", PLATFORM, xcframework.face, compiler)
     built = run.part("compile and link", EVERYTHING, builds.compile_and_link, compiler)
     run.part("slices", EVERYTHING, builds.slices, compiler, built)
     run.part("exports", EVERYTHING, exports.exports, compiler, built, asking)

@@ -79,6 +79,13 @@ PLANTS = [
           ("native(::id object) noexcept { return (__bridge objc::id)object; }",
            "native(::id object) noexcept { return (objc::id)object; }"),
           ("Objective-C++ hosts: FAILED", "requires a bridged cast")),
+    Plant("an object that the face gives to nobody",
+          Path("Sources/ZibObjectiveC/Private/Ownership.h"),
+          ("return (__bridge_retained void *)object;", "return (void *)object;"),
+          ("Objective-C face: FAILED", "requires a bridged cast")),
+    Plant("a framework without its privacy manifest", Path("script/xcframework"),
+          ("    shutil.copy(TREE / PRIVACY, framework)\n", ""),
+          ("XCFramework: FAILED", "PrivacyInfo.xcprivacy")),
     Plant("an export that zib.h does not declare", Path("Tests/Apple/exports.txt"),
           ("zib_core_install\n", "zib_core_install\nplanted\n"),
           ("compile and link: FAILED", "does not define", "planted")),
@@ -175,9 +182,9 @@ def main():
     mistakes = []
     with tempfile.TemporaryDirectory(prefix="check-apple-") as folder:
         tree = Path(folder)
-        for part in ["Sources", "Examples", "Tests/Apple", "build/apple"]:
+        for part in ["Sources", "Examples", "Tests/Apple", "Tests/Swift", "build/apple"]:
             shutil.copytree(part, tree / part)
-        for part in ["docs/platforms.md", "script/check-apple"]:
+        for part in ["docs/platforms.md", "script/check-apple", "script/xcframework"]:
             (tree / part).parent.mkdir(exist_ok=True)
             shutil.copy2(part, tree / part)
         for plant in PLANTS:

@@ -37,7 +37,8 @@ final class Core: NSObject, ZibCore {
 
 @MainActor func configure(_ application: UIApplication, _ delegate: EveryNews) {
   ZibMessaging.install(core: Core())
-  ZibMessaging.shared.delegate = delegate
+  let isSet: Bool = ZibMessaging.shared.setEventVendor("com.example")
+  ZibMessaging.shared.delegate = isSet ? delegate : nil
   ZibMessaging.shared.configure(application: nil)
   ZibMessaging.shared.configure(application: application)
 }
@@ -87,8 +88,8 @@ func buildPayloads(_ userInfo: [AnyHashable: Any]) -> [[String: Any]] {
 func configurePush(_ application: UIApplication) {
   ZibPushConfig.shared.configurePush(
     application: application, configEndpoint: nil,
-    firebaseConfigHandler: { config in _ = config.count }
-  ) { started in _ = started }
+    firebaseConfigHandler: { config in _ = config.count },
+    completion: { started in _ = started })
   ZibPushConfig.shared.registerForPushSimple(application: application)
 }
 

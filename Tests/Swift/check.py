@@ -81,6 +81,16 @@ def names(root):
     return f"{len(files)} files in Swift 6 mode, without a warning"
 
 
+def form(root):
+    files = subprocess.run(["git", "ls-files", "--cached", "--others", "--exclude-standard",
+                            "*.swift"], text=True, capture_output=True, check=True).stdout.split()
+    status, _, problems = root.run(f"{COMPILER}/swift-format", "lint", "--strict",
+                                   *[TREE / file for file in files])
+    if status != 0:
+        raise Failure(problems.replace(f"{TREE}/", ""))
+    return f"{len(files)} files as swift-format wants them"
+
+
 def refusals(root):
     source = HERE / "Refused.swift"
     lines = source.read_text().splitlines()
@@ -180,6 +190,7 @@ def main():
     (BUILD / "overlay").mkdir(parents=True, exist_ok=True)
     root = Root(arguments.root)
     parts = [
+        ("form", lambda: form(root)),
         ("names", lambda: overlays(root) or names(root)),
         ("refusals", lambda: refusals(root)),
         ("interface", lambda: interface(root, arguments.write)),

@@ -241,6 +241,15 @@ TEST(ZibCStateTest, HasARuntimeObject) {
   EXPECT_STREQ(zib::Class::ofObject(zib_messaging_runtime_object()).name(), "ZibMessaging");
 }
 
+TEST(ZibCStateTest, HasTheVendorOfTheHost) {
+  const Device device;
+  EXPECT_FALSE(zib_messaging_set_event_vendor(zib_text_of("no vendor")));
+  EXPECT_EQ(device.errorLines().size(), 1U);
+  EXPECT_TRUE(zib_messaging_set_event_vendor(zib_text_of("com.example")));
+  EXPECT_EQ(taken(zib_messaging_copy_notification_event_schema_uri()),
+            "iglu:com.example/notification_event/jsonschema/3-0-0");
+}
+
 // Text.
 
 TEST(ZibTextTest, ThatIsNoUtf8IsReplacedAndNeverCut) {
@@ -312,6 +321,8 @@ TEST_P(ZibCMissingArgumentTest, IsOneErrorLine) {
 
 const Missing everyMissing[] = {
     {"zib_core_install", [] { EXPECT_FALSE(zib_core_install(nullptr)); }, "core is null"},
+    {"zib_messaging_set_event_vendor",
+     [] { EXPECT_FALSE(zib_messaging_set_event_vendor(zib_text{})); }, "vendor is null"},
     {"zib_messaging_register_for_push", [] { zib_messaging_register_for_push(nullptr); },
      "application is null"},
     {"zib_messaging_did_register_for_remote_notifications",

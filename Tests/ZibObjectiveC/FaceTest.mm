@@ -215,8 +215,9 @@ TEST(ZIBMessagingTest, HasTheModulesState) {
   EXPECT_EQ(ZIBPushConfig.shared.savedFirebasePlistPath, nil);
   [ZIBMessaging.shared setPushToken:deviceToken()];
   EXPECT_TRUE([ZIBMessaging.shared.apnsToken isEqual:deviceToken()]);
+  EXPECT_TRUE([ZIBMessaging.shared setEventVendor:@"com.example"]);
   EXPECT_TRUE([ZIBMessaging.shared.notificationEventSchemaURI
-      isEqual:@"iglu:com.zib/notification_event/jsonschema/3-0-0"]);
+      isEqual:@"iglu:com.example/notification_event/jsonschema/3-0-0"]);
 }
 
 TEST(ZIBMessagingTest, CutsNoText) {

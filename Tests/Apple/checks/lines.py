@@ -44,7 +44,8 @@ def count_lines(path):
 def executed_table():
     rows = ["| Folder | Files | Lines |", "| --- | ---: | ---: |"]
     for folder in sorted(path for path in Path("Sources").iterdir() if path.is_dir()):
-        counts = [count_lines(path) for path in sorted(folder.rglob("*.*"))]
+        counts = [count_lines(path) for path in sorted(folder.rglob("*.*"))
+                  if path.suffix in {".h", ".cpp", ".m"}]
         lines = sum(each["both"] + each["other"] for each in counts)
         rows.append(f"| `{folder}` | {len(counts)} | {lines} |")
     return rows
