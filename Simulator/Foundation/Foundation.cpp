@@ -19,6 +19,7 @@ void installFoundation() {
     installErrors();
     installFileData();
     installJSONSerialization();
+    installMethodSignatures();
     installBundleAndProcessInfo();
     installPropertyListSerialization();
     installStrings();

@@ -10,6 +10,7 @@ void installDirectories();
 void installErrors();
 void installFileData();
 void installJSONSerialization();
+void installMethodSignatures();
 void installBundleAndProcessInfo();
 void installPropertyListSerialization();
 void installStrings();

@@ -63,7 +63,7 @@ ConsideredKey considerBeforeDecision(const std::string& key, zib::StringRef text
       break;
   }
   const std::string candidate(zib::Utf8(text).view());
-  return zib::URL::parse(text)
+  return zib::urlOfLink(text, candidate)
              ? ConsideredKey{key, "opens", "the first link, so it decides: " + inQuotes(candidate)}
              : ConsideredKey{
                    key, "noURL",
@@ -82,7 +82,7 @@ ConsideredKey considerAfterDecision(const std::string& key, zib::StringRef text,
 void decide(InspectedLink& link, const std::string& key, zib::StringRef text) {
   link.key = key;
   link.candidate = zib::Utf8(text).view();
-  if (const auto url = zib::URL::parse(text)) {
+  if (const auto url = zib::urlOfLink(text, *link.candidate)) {
     link.url = url->absoluteString();
     link.reason = inQuotes(key) + " is the first of the link keys that holds a link";
   } else {

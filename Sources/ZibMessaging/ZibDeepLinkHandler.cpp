@@ -50,9 +50,10 @@ bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) 
   return containedOr(false, "handleNotificationURL", [&] {
     const auto candidate = zib::findLink(userInfo);
     if (!candidate) return false;
-    const auto url = zib::URL::parse(candidate);
+    const zib::Utf8 text(candidate);
+    const auto url = zib::urlOfLink(candidate, text.view());
     if (!url) return false;
-    logLine(linePrefix, "Found URL - ", zib::Utf8(candidate).view());
+    logLine(linePrefix, "Found URL - ", text.view());
     return openURL(*url);
   });
 }

@@ -135,6 +135,9 @@ void ZibMessaging::setUpIntegration() noexcept {
   logLine("🚀 ZibMessaging: Setting up automatic swizzling...");
   ZibSwizzleManager::shared().setSwizzlingEnabled(true);
   ZibSwizzleManager::shared().setupAutoSwizzling();
+  if (discovery_ == zib::DelegateDiscovery::continuous) {
+    ZibSwizzleManager::shared().keepWatch();
+  }
   setupAsNotificationDelegate();
   setupAsFirebaseMessagingDelegate();
 }
@@ -200,7 +203,11 @@ void ZibMessaging::didReceiveRegistrationToken(std::string_view token) noexcept 
 
 UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexcept {
   const CallbackInProgress inProgress(Row::willPresent, notification.native());
-  if (inProgress.isNew()) handlePresentation(notification);
+  if (inProgress.isNew()) {
+    handlePresentation(notification);
+  } else {
+    CallbackInProgress::noteHandedIn(Row::willPresent);
+  }
   return foregroundPresentationOptions();
 }
 
@@ -217,7 +224,11 @@ void ZibMessaging::handlePresentation(const zib::Notification& notification) noe
 
 void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcept {
   const CallbackInProgress inProgress(Row::didReceive, response.native());
-  if (inProgress.isNew()) handleResponse(response);
+  if (inProgress.isNew()) {
+    handleResponse(response);
+  } else {
+    CallbackInProgress::noteHandedIn(Row::didReceive);
+  }
 }
 
 void ZibMessaging::handleResponse(const zib::NotificationResponse& response) noexcept {
@@ -243,6 +254,11 @@ void ZibMessaging::trackNotificationOpened(const zib::Dictionary& userInfo) noex
 void ZibMessaging::setupAsNotificationDelegate() noexcept {
   contained("setupAsNotificationDelegate", [&] {
     const auto center = zib::NotificationCenter::current();
+    if (!center) {
+      ZibLogger::shared().error("ZibMessaging: this process has no notification centre",
+                                std::nullopt);
+      return;
+    }
     if (center.delegate() != nullptr || runtimeObject() == nullptr) return;
     center.setDelegate(runtimeObject());
     logLine("ZibMessaging set as UNUserNotificationCenterDelegate");

@@ -22,6 +22,15 @@
 
 namespace zib {
 
+// How the module finds the delegates of a host that it integrates itself into.
+enum class DelegateDiscovery : std::uint8_t {
+  // When configure() runs, and once more within a second for those that are not there yet.
+  onceWithRetry,
+  // As they come, at any time: also a tap that starts the app, a scene that connects long after the
+  // launch and a delegate that is set late are not lost.
+  continuous,
+};
+
 class Authorization;
 struct Interceptors;
 
@@ -52,6 +61,9 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
   // hosts that do not build it themselves. Once, before configure(); otherwise, and for a text with
   // anything but letters, digits, ".", "-" and "_", it is refused with an error line and false.
   bool setEventVendor(std::string_view vendor) noexcept;
+
+  // Before configure(), which uses it.
+  void setDelegateDiscovery(zib::DelegateDiscovery discovery) noexcept { discovery_ = discovery; }
 
   // Integrates the module into the host, or leaves that to the host, as the core's configuration
   // says; without a configuration it integrates. Once, on the main thread, at start-up: a second
@@ -117,6 +129,7 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
   void tellDelegate(std::string_view operation, Call call);
 
   zib::Guarded<std::weak_ptr<ZibMessagingDelegate>> delegate_;
+  std::atomic<zib::DelegateDiscovery> discovery_{zib::DelegateDiscovery::onceWithRetry};
   std::atomic<bool> isPushEnabled_{false};
   zib::Guarded<std::optional<std::string>> fcmToken_;
   zib::Guarded<std::optional<zib::Bytes>> apnsToken_;

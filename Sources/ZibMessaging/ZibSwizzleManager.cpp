@@ -3,6 +3,7 @@
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Deferred.h"
 #include "ZibMessaging/Private/DelegateLook.h"
+#include "ZibMessaging/Private/DelegateWatch.h"
 #include "ZibMessaging/Private/Interceptors.h"
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibPlatform/Dispatch/MainQueue.h"
@@ -39,6 +40,25 @@ void ZibSwizzleManager::setupAutoSwizzling() noexcept {
   });
 }
 
+void ZibSwizzleManager::keepWatch() noexcept {
+  if (!hasSwizzled_ || isWatching_.exchange(true)) return;
+  auto watch = [] { contained("watching for delegates", &zib::watchForDelegates); };
+  if (zib::isMainThread()) {
+    watch();
+  } else {
+    zib::mainQueue::sync(watch);
+  }
+}
+
+// A watch has found by now what there was to find; what it may have missed it takes up here.
+void ZibSwizzleManager::lookAgain(const DelegateLook& look) {
+  if (isWatching_) {
+    lookForNewDelegates(look);
+  } else {
+    lookAgainForDelegates(look);
+  }
+}
+
 void ZibSwizzleManager::runPass() {
   // Again, since another thread's pass may have run while this one waited for the main queue.
   if (hasSwizzled_) {
@@ -54,7 +74,7 @@ void ZibSwizzleManager::runPass() {
     contained(look.operation, [&] {
       if (!lookForDelegates(look).mayComeLater) return;
       zib::afterWeakly(look.secondLookAfter, weak_from_this(), "the second look for a delegate",
-                       [&look](ZibSwizzleManager&) { lookAgainForDelegates(look); });
+                       [&look](ZibSwizzleManager& manager) { manager.lookAgain(look); });
     });
   }
   hasSwizzled_ = true;

@@ -8,6 +8,10 @@
 
 #include "ZibMessaging/Private/SharedInstance.h"
 
+namespace zib {
+struct DelegateLook;
+}
+
 // One instance, for the life of the process. Delegates are found and methods installed on the main
 // thread only.
 class ZibSwizzleManager final : public zib::SharedInstance<ZibSwizzleManager> {
@@ -24,12 +28,16 @@ class ZibSwizzleManager final : public zib::SharedInstance<ZibSwizzleManager> {
   // another thread it waits for that. Delegates that are not there yet are looked for once more
   // later.
   void setupAutoSwizzling() noexcept;
+  // From now on delegates are intercepted as they come. Once the pass has run; nothing otherwise.
+  void keepWatch() noexcept;
 
  private:
   friend struct ZibTestSeam;
 
   void runPass();
+  void lookAgain(const zib::DelegateLook& look);
 
   std::atomic<bool> isSwizzlingEnabled_{true};
   std::atomic<bool> hasSwizzled_{false};
+  std::atomic<bool> isWatching_{false};
 };

@@ -4,7 +4,7 @@
 
 #include <objc/NSObject.h>
 
-@class NSData, NSDictionary, NSError, NSSet, NSString, NSURL;
+@class NSData, NSDictionary, NSError, NSNotification, NSSet, NSString, NSURL;
 @class UIApplication, UIScene;
 @class UNNotification, UNNotificationResponse, UNUserNotificationCenter;
 @class FIRMessaging;
@@ -31,6 +31,16 @@ typedef NSUInteger UNNotificationPresentationOptions;
 }
 
 - (void)messaging:(FIRMessaging *)messaging didReceiveRegistrationToken:(NSString *)token {
+}
+
+@end
+
+@interface ZibDelegateWatch : NSObject
+@end
+
+@implementation ZibDelegateWatch
+
+- (void)lookAround:(NSNotification *)notification {
 }
 
 @end

@@ -15,6 +15,7 @@
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/URL.h"
 
 namespace hosts {

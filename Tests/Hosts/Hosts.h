@@ -24,7 +24,19 @@ extern "C" {
 //     link
 //   Composite   passes notifications on to two children that inherit its methods
 //   ByHand      hands notifications to handInByHand(), and completes
+//   Partial     has the device token, and answers yes to URLs
+//   Legacy      opens URLs by the method with a source application, and by the oldest one: no
+//   Oldest      opens URLs by the oldest method only: no
+//   OddTypes    opens URLs by a method that answers nothing
+//   RootClaiming  has nothing, and claims to be of a root class
+// Of these, which have no method themselves and answer what their target answers:
+//   Naming      names it
+//   Invoking    passes invocations on
+//   Proxy       likewise, and is no NSObject
 HostObject makeHost(const char* className);
+
+// Of a forwarding delegate, which keeps it.
+void setTarget(HostObject delegate, HostObject target);
 
 // Another library that puts a function of its own before a method of a class, and calls what it
 // found there. It tells hostDid() "Library method". Installing it again makes it call itself, or

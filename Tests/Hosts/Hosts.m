@@ -179,20 +179,150 @@ static void did(const char *className, const char *method) {
 
 @end
 
+@interface Partial : NSObject
+@end
+
+@implementation Partial
+- (void)application:(id)application
+    didRegisterForRemoteNotificationsWithDeviceToken:(NSData *)token {
+  did("Partial", "didRegister");
+}
+- (BOOL)application:(id)application openURL:(NSURL *)url options:(NSDictionary *)options {
+  did("Partial", "openURL");
+  return YES;
+}
+@end
+
+@interface Oldest : NSObject
+@end
+
+@implementation Oldest
+- (BOOL)application:(id)application handleOpenURL:(NSURL *)url {
+  did("Oldest", [[url absoluteString] UTF8String]);
+  return NO;
+}
+@end
+
+@interface Legacy : Oldest
+@end
+
+@implementation Legacy
+- (BOOL)application:(id)application
+              openURL:(NSURL *)url
+    sourceApplication:(NSString *)source
+           annotation:(id)annotation {
+  did("Legacy", [[NSString stringWithFormat:@"%@ from %@ with %@", [url absoluteString], source,
+                                            annotation] UTF8String]);
+  return NO;
+}
+@end
+
+@interface OddTypes : NSObject
+@end
+
+@implementation OddTypes
+- (void)application:(id)application openURL:(NSURL *)url options:(NSDictionary *)options {
+  did("OddTypes", "openURL");
+}
+@end
+
+@interface RootClaiming : NSObject
+@end
+
+@implementation RootClaiming
+- (Class)class {
+  return [NSObject class];
+}
+@end
+
+@interface Forwarding : NSObject {
+ @public
+  id _target;
+}
+@end
+
+@implementation Forwarding
+- (void)dealloc {
+  [_target release];
+  [super dealloc];
+}
+- (BOOL)respondsToSelector:(SEL)selector {
+  return [super respondsToSelector:selector] || [_target respondsToSelector:selector];
+}
+@end
+
+@interface Naming : Forwarding
+@end
+
+@implementation Naming
+- (id)forwardingTargetForSelector:(SEL)selector {
+  return _target;
+}
+@end
+
+@interface Invoking : Forwarding
+@end
+
+@implementation Invoking
+- (NSMethodSignature *)methodSignatureForSelector:(SEL)selector {
+  NSMethodSignature *signature = [_target methodSignatureForSelector:selector];
+  return signature ? signature : [super methodSignatureForSelector:selector];
+}
+- (void)forwardInvocation:(NSInvocation *)invocation {
+  [invocation invokeWithTarget:_target];
+}
+@end
+
+@interface Proxy : NSProxy {
+ @public
+  id _target;
+}
+@end
+
+@implementation Proxy
+- (id)init {
+  return self;
+}
+- (void)dealloc {
+  [_target release];
+  [super dealloc];
+}
+- (BOOL)respondsToSelector:(SEL)selector {
+  return [_target respondsToSelector:selector];
+}
+- (NSMethodSignature *)methodSignatureForSelector:(SEL)selector {
+  return [_target methodSignatureForSelector:selector];
+}
+- (void)forwardInvocation:(NSInvocation *)invocation {
+  [invocation invokeWithTarget:_target];
+}
+@end
+
+void setTarget(id delegate, id target) {
+  id *place = object_getClass(delegate) == [Proxy class] ? &((Proxy *)delegate)->_target
+                                                         : &((Forwarding *)delegate)->_target;
+  [target retain];
+  [*place release];
+  *place = target;
+}
+
 id makeHost(const char *className) { return [[objc_lookUpClass(className) alloc] init]; }
 
 // The library: one function for methods of three arguments, whatever the last two are.
 static IMP found = NULL;
 
-static id library(id self, SEL _cmd, id one, id two, id three) {
+// With a name that others can see.
+id libraryMethod(id self, SEL _cmd, id one, id two, id three);
+
+id libraryMethod(id self, SEL _cmd, id one, id two, id three) {
   did("Library", sel_getName(_cmd));
   return ((id(*)(id, SEL, id, id, id))found)(self, _cmd, one, two, three);
 }
 
 void installLibrary(const char *className, const char *selector) {
   Method method = class_getInstanceMethod(objc_lookUpClass(className), sel_registerName(selector));
-  IMP before = method_setImplementation(method, (IMP)&library);
-  if (before != (IMP)&library) found = before;
+  IMP before = method_setImplementation(method, (IMP)&libraryMethod);
+  if (before != (IMP)&libraryMethod) found = before;
 }
 
 void exchangeMethods(const char *oneClass, const char *otherClass, const char *selector) {

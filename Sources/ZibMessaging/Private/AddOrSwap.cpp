@@ -3,6 +3,7 @@
 #include "ZibMessaging/Private/Interceptors.h"
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Forwarding.h"
 
 namespace zib {
 namespace {
@@ -38,11 +39,13 @@ Installed add(Row row, objc::id delegate) {
   const Selector selector(interceptionOf(row).hostSelector);
   const FreeInstallation free = nextInstallation(row, owner);
   if (free.place == nullptr) return Installed::nothing;
-  free.place->record(Installed::added, owner, selector, nullptr);
+  // Before the class has the method, after which the delegate says yes in any case.
+  const Installed how = respondsTo(delegate, selector) ? Installed::forwarding : Installed::added;
+  free.place->record(how, owner, selector, forwarderOf(owner, selector));
   owner.addMethod(selector, interceptorFunction(row, free.number),
                   interceptorMethod(row).typeEncoding());
   logLine("  + Added: ", interceptionOf(row).logName);
-  return Installed::added;
+  return how;
 }
 
 }  // namespace
@@ -60,6 +63,15 @@ Installed swapIfPresent(Row row, objc::id delegate) {
   if (!hostMethod) return Installed::nothing;
   swap(row, delegateClass, hostMethod);
   return Installed::swapped;
+}
+
+bool isIntercepted(Row row, objc::id delegate) {
+  const Class delegateClass = Class::ofObject(delegate);
+  const Selector selector(interceptionOf(row).hostSelector);
+  const Method method = delegateClass.instanceMethod(selector);
+  if (!method) return false;
+  return isInterceptor(row, method.implementation()) ||
+         installationOn(row, delegateClass.ownerOf(selector)) != nullptr;
 }
 
 }  // namespace zib

@@ -13,5 +13,8 @@ namespace zib {
 Installed addOrSwap(Row row, objc::id delegate);
 // The same, but a delegate without the method is left alone, without a line.
 Installed swapIfPresent(Row row, objc::id delegate);
+// Whether the module has put an interceptor before the delegate's method, though another library
+// may have put one before that since.
+bool isIntercepted(Row row, objc::id delegate);
 
 }  // namespace zib

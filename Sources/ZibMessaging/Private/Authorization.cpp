@@ -1,5 +1,6 @@
 #include "ZibMessaging/Private/Authorization.h"
 
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -16,10 +17,12 @@ namespace {
 
 constexpr const char* answerOperation = "the answer to the authorization request";
 
+constexpr std::array<NotificationAction, 3> actions{
+    {{"action_1", "Back"}, {"action_2", "Next"}, {"action_3", "View In App"}}};
+constexpr std::array<NotificationCategory, 1> categories{{{"ZibNotification", actions}}};
+
 void registerNotificationCategories() {
-  NotificationCenter::current().setCategories(
-      {{"ZibNotification",
-        {{"action_1", "Back"}, {"action_2", "Next"}, {"action_3", "View In App"}}}});
+  NotificationCenter::current().setCategories(categories);
   logLine("Notification categories registered");
 }
 
@@ -36,7 +39,13 @@ struct Authorization::Answer {
 void Authorization::request(const std::weak_ptr<ZibMessaging>& messaging,
                             const Application& application) {
   namespace options = notificationOptions;
-  NotificationCenter::current().requestAuthorization(
+  const auto center = NotificationCenter::current();
+  if (!center) {
+    ZibLogger::shared().error("ZibMessaging: this process has no notification centre, and no push",
+                              std::nullopt);
+    return;
+  }
+  center.requestAuthorization(
       options::badge | options::sound | options::alert,
       [messaging, application](bool granted, std::optional<Error> error) {
         contained(answerOperation, [&] {

@@ -1,6 +1,14 @@
 #include "ZibMessaging/Private/CallbackInProgress.h"
 
+#include <array>
+#include <atomic>
+
 namespace zib {
+namespace {
+
+constinit std::array<std::atomic<unsigned long>, rowCount> handedIn;
+
+}  // namespace
 
 constinit thread_local CallbackInProgress* CallbackInProgress::innermost = nullptr;
 
@@ -45,6 +53,14 @@ const Installation* CallbackInProgress::latestFor(Row row, objc::id receiver) no
     }
   }
   return nullptr;
+}
+
+void CallbackInProgress::noteHandedIn(Row row) noexcept {
+  handedIn[static_cast<std::size_t>(row)].fetch_add(1, std::memory_order_relaxed);
+}
+
+unsigned long CallbackInProgress::timesHandedIn(Row row) noexcept {
+  return handedIn[static_cast<std::size_t>(row)].load(std::memory_order_relaxed);
 }
 
 }  // namespace zib

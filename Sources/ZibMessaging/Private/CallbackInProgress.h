@@ -35,6 +35,9 @@ class CallbackInProgress {
   // Notes that the completion of this callback was called. On another thread than its own, or
   // later, there is nothing to note.
   static void noteCompletion(Row row, objc::id subject) noexcept;
+  // Notes that the host handed in by hand what was in hand already, and says how often it did.
+  static void noteHandedIn(Row row) noexcept;
+  static unsigned long timesHandedIn(Row row) noexcept;
   // What is installed where the latest method for the receiver runs, or null.
   static const Installation* latestFor(Row row, objc::id receiver) noexcept;
 

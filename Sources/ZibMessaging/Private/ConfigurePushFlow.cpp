@@ -7,6 +7,7 @@
 #include "ZibMessaging/ZibPushError.h"
 #include "ZibPlatform/Dispatch/MainQueue.h"
 #include "ZibPlatform/Foundation/URLSession.h"
+#include "ZibPlatform/UserNotifications/UserNotifications.h"
 
 namespace zib {
 namespace {
@@ -91,7 +92,7 @@ void ConfigurePushFlow::registerForPush() {
   ZibMessaging::shared().registerForPush(application_);
   // Once more, for a Firebase that the host has configured meanwhile.
   ZibMessaging::shared().ensureFirebaseMessagingDelegate();
-  finish(true);
+  finish(static_cast<bool>(NotificationCenter::current()));
 }
 
 }  // namespace zib

@@ -1,6 +1,7 @@
 #include "ZibMessaging/Private/Containment.h"
 
 #include <exception>
+#include <utility>
 
 #include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibPlatform/Foundation/Exception.h"
@@ -16,6 +17,19 @@ std::string describeHandledException() noexcept {
   } catch (...) {
     return "an exception of a type of its own";
   }
+}
+
+bool containedCall(std::string_view operation, void (*call)(const void* work),
+                   const void* work) noexcept {
+  std::string description;
+  try {
+    call(work);
+    return true;
+  } catch (...) {
+    description = describeHandledException();
+  }
+  reportContained(operation, std::move(description));
+  return false;
 }
 
 void reportContained(std::string_view operation, std::string description) noexcept {

@@ -17,19 +17,16 @@ std::string describeHandledException() noexcept;
 // handled: C++ runtimes end the process when the platform's exception comes on top of another.
 void reportContained(std::string_view operation, std::string description) noexcept;
 
+// contained() without the type of the work, so that what stops an exception is there once.
+bool containedCall(std::string_view operation, void (*call)(const void* work),
+                   const void* work) noexcept;
+
 // Runs the work and stops whatever it throws: a host's callback or a core that broke its promise
 // must not cost the app a notification's completion. False when it was stopped.
 template <class Work>
-bool contained(std::string_view operation, Work&& work) noexcept {
-  std::string description;
-  try {
-    std::forward<Work>(work)();
-    return true;
-  } catch (...) {
-    description = describeHandledException();
-  }
-  reportContained(operation, std::move(description));
-  return false;
+bool contained(std::string_view operation, const Work& work) noexcept {
+  return containedCall(
+      operation, [](const void* of) { (*static_cast<const Work*>(of))(); }, &work);
 }
 
 // The same for work with a result, in whose place `otherwise` comes when it was stopped.

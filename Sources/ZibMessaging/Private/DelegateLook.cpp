@@ -1,5 +1,6 @@
 #include "ZibMessaging/Private/DelegateLook.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "ZibMessaging/Private/AddOrSwap.h"
@@ -33,6 +34,10 @@ Sighting findAppDelegate() {
   const objc::id delegate = application ? interceptable(application->delegate()) : nullptr;
   if (delegate == nullptr) return {{}, "⚠️ No AppDelegate found"};
   return only(delegate);
+}
+
+void renewAppDelegate() {
+  if (const auto application = sharedApplication()) application->renewDelegate();
 }
 
 Sighting findSceneDelegates() {
@@ -73,21 +78,22 @@ constexpr std::array sceneRows{Row::sceneOpenURL};
 constexpr std::array notificationRows{Row::willPresent, Row::didReceive};
 constexpr std::array firebaseRows{Row::fcmToken};
 
-void install(const DelegateLook& look, std::string_view found, const Sighting& sighting,
+void install(const DelegateLook& look, std::string_view found, objc::id delegate,
              Installed (*install)(Row row, objc::id delegate)) {
-  for (const Object& delegate : sighting.delegates) {
-    logLine(found, Class::visibleClassOf(delegate.raw()).name());
-    bool isAdded = false;
-    for (const Row row : look.rows) isAdded |= install(row, delegate.raw()) == Installed::added;
-    if (isAdded && look.methodsAdded != nullptr) look.methodsAdded();
+  logLine(found, Class::visibleClassOf(delegate).name());
+  bool isAdded = false;
+  for (const Row row : look.rows) {
+    const Installed how = install(row, delegate);
+    isAdded |= how == Installed::added || how == Installed::forwarding;
   }
+  if (isAdded && look.methodsAdded != nullptr) look.methodsAdded();
 }
 
 }  // namespace
 
 const std::array<DelegateLook, 4> delegateLooks{{
     {"swizzleAppDelegate", &findAppDelegate, appRows,
-     "📱 Swizzling AppDelegate: ", "📱 Swizzling AppDelegate: ", 0, &addOrSwap, nullptr},
+     "📱 Swizzling AppDelegate: ", "📱 Swizzling AppDelegate: ", 0, &addOrSwap, &renewAppDelegate},
     {"swizzleSceneDelegate", &findSceneDelegates, sceneRows,
      "🎬 Swizzling SceneDelegate: ", "🎬 Found SceneDelegate (delayed): ", 1.0, &addOrSwap, nullptr},
     {"swizzleNotificationCenterDelegate", &findNotificationDelegate, notificationRows,
@@ -101,13 +107,25 @@ const std::array<DelegateLook, 4> delegateLooks{{
 
 Sighting lookForDelegates(const DelegateLook& look) {
   Sighting sighting = look.find();
-  install(look, look.found, sighting, &addOrSwap);
+  for (const Object& each : sighting.delegates) install(look, look.found, each.raw(), &addOrSwap);
   if (!sighting.absence.empty()) logLine(sighting.absence);
   return sighting;
 }
 
 void lookAgainForDelegates(const DelegateLook& look) {
-  install(look, look.foundLater, look.find(), look.installLater);
+  for (const Object& each : look.find().delegates) {
+    install(look, look.foundLater, each.raw(), look.installLater);
+  }
+}
+
+void lookForNewDelegates(const DelegateLook& look) {
+  for (const Object& each : look.find().delegates) interceptNewDelegate(look, each.raw());
+}
+
+void interceptNewDelegate(const DelegateLook& look, objc::id delegate) {
+  const bool isNew = std::any_of(look.rows.begin(), look.rows.end(),
+                                 [&](Row row) { return !isIntercepted(row, delegate); });
+  if (isNew) install(look, look.foundLater, delegate, &addOrSwap);
 }
 
 }  // namespace zib

@@ -23,6 +23,9 @@ struct Sighting {
   bool mayComeLater = false;
 };
 
+// In the order of the pass.
+enum class DelegateKind : std::size_t { application, scene, notifications, firebase };
+
 // One kind of delegate.
 struct DelegateLook {
   const char* operation;
@@ -39,11 +42,17 @@ struct DelegateLook {
   void (*methodsAdded)();
 };
 
-// In the order of the pass.
 extern const std::array<DelegateLook, 4> delegateLooks;
+
+inline const DelegateLook& lookFor(DelegateKind kind) {
+  return delegateLooks[static_cast<std::size_t>(kind)];
+}
 
 // The first look, and a later one, which never says what it does not find.
 Sighting lookForDelegates(const DelegateLook& look);
 void lookAgainForDelegates(const DelegateLook& look);
+// A look at any time: installs on what is not intercepted yet, and is silent about the rest.
+void lookForNewDelegates(const DelegateLook& look);
+void interceptNewDelegate(const DelegateLook& look, objc::id delegate);
 
 }  // namespace zib

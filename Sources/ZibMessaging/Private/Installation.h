@@ -24,13 +24,16 @@ enum class Installed : std::uint8_t {
   swapped,
   // There was none, so there is nothing to call.
   added,
+  // There was none, but the host answers the message by forwarding it, and still gets it so.
+  forwarding,
 };
 
 // One interceptor function on one class. Each function is on one class only, so a call knows by the
 // function alone whose method it replaced.
 class Installation {
  public:
-  // Before the function can be called. `before` is what a swapped method did.
+  // Before the function can be called. `before` is what a swapped method did, or what
+  // forwards.
   void record(Installed how, Class on, Selector method, objc::IMP before) noexcept {
     owner_.store(on.raw(), std::memory_order_relaxed);
     selector_.store(method.raw(), std::memory_order_relaxed);

@@ -16,6 +16,7 @@
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Installation.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/OlderURLMethods.h"
 #include "ZibMessaging/Private/PresentationOptions.h"
 #include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
@@ -23,6 +24,7 @@
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Forwarding.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 #include "ZibPlatform/UIKit/Scenes.h"
@@ -52,14 +54,14 @@ void reportCircle(Row row) noexcept {
 
 // What is called after the module's own handling, or nothing.
 struct HostMethod {
-  IMP implementation = nullptr;
-  id receiver = nullptr;
+  Destination destination;
   Selector selector;
 
-  explicit operator bool() const noexcept { return implementation != nullptr; }
+  explicit operator bool() const noexcept { return destination.implementation != nullptr; }
   template <class Result, class... Arguments>
   Result call(Arguments... arguments) const {
-    return callImplementation<Result>(implementation, receiver, selector, arguments...);
+    return callImplementation<Result>(destination.implementation, destination.receiver, selector,
+                                      arguments...);
   }
 };
 
@@ -76,21 +78,33 @@ class Intercepted {
 
   // After the module's own handling.
   [[nodiscard]] HostMethod hostMethod() const {
-    if (installation_.kind() != Installed::swapped) return {nullptr, nullptr, selector()};
-    if (inProgress_.depth() > maximumDepth) {
+    if (isCircle()) {
       reportCircle(row_);
-      return {nullptr, nullptr, selector()};
+      return {{}, selector()};
     }
-    return {installation_.original(), receiver_.raw(), selector()};
+    return {destination(), selector()};
   }
 
+  [[nodiscard]] bool isCircle() const noexcept { return inProgress_.depth() > maximumDepth; }
   // Whether a circle that ends here has called the completion already.
   [[nodiscard]] bool isCompleted() const noexcept {
-    return inProgress_.depth() > maximumDepth && inProgress_.isCompleted();
+    return isCircle() && inProgress_.isCompleted();
   }
 
  private:
   [[nodiscard]] Selector selector() const noexcept { return installation_.selector(); }
+  [[nodiscard]] Destination destination() const {
+    switch (installation_.kind()) {
+      case Installed::swapped:
+        return {installation_.original(), receiver_.raw()};
+      case Installed::forwarding:
+        return forwardedTo(receiver_.raw(), selector(), installation_.original());
+      case Installed::added:
+      case Installed::nothing:
+        break;
+    }
+    return {};
+  }
 
   const Installation& installation_;
   Row row_;
@@ -133,8 +147,10 @@ struct Interceptors {
         logCampaignParameters(url, text.view());
       });
     }
-    const HostMethod host = callback.hostMethod();
-    return host ? host.call<BOOL>(application, url, options) : BOOL{1};
+    if (const HostMethod host = callback.hostMethod()) {
+      return host.call<BOOL>(application, url, options);
+    }
+    return callback.isCircle() ? BOOL{1} : openWithOlderMethod(self, application, url, options);
   }
 
   // An empty set is never forwarded: there is nothing in it to open.
@@ -307,10 +323,17 @@ IMP interceptorFunction(Row row, std::size_t number) {
 }
 
 bool isInterceptor(Row row, IMP function) {
+  return installationOf(row, function, Class()) != nullptr;
+}
+
+const Installation* installationOf(Row row, IMP function, Class owner) {
   for (std::size_t number = 0; number < functionsOfARow; ++number) {
-    if (interceptorFunction(row, number) == function) return true;
+    if (interceptorFunction(row, number) != function) continue;
+    const Installation* const shared =
+        number + 1 < functionsOfARow ? nullptr : sharedInstallation(row, owner);
+    return shared == nullptr ? &installationAt(row, number) : shared;
   }
-  return false;
+  return nullptr;
 }
 
 }  // namespace zib

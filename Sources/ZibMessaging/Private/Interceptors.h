@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "ZibMessaging/Private/Installation.h"
 #include "ZibMessaging/Private/Interception.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
@@ -17,5 +18,7 @@ Method interceptorMethod(Row row);
 objc::IMP interceptorFunction(Row row, std::size_t number);
 // Whether it is any function of the row's.
 bool isInterceptor(Row row, objc::IMP function);
+// What the function, as a method of that class, was installed for; null for any other function.
+const Installation* installationOf(Row row, objc::IMP function, Class owner);
 
 }  // namespace zib

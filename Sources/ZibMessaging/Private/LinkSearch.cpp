@@ -1,5 +1,8 @@
 #include "ZibMessaging/Private/LinkSearch.h"
 
+#include <algorithm>
+#include <string>
+
 namespace zib {
 
 LinkVerdict verdictOnLink(StringRef text) {
@@ -15,6 +18,22 @@ StringRef findLink(const Dictionary& userInfo) {
     if (verdictOnLink(text) == LinkVerdict::candidate) return text;
   }
   return {};
+}
+
+std::optional<URL> urlOfLink(StringRef candidate, std::string_view text) {
+  const std::size_t afterPath = std::min(text.find_first_of("?#"), text.size());
+  if (text.find_first_of("[]", afterPath) == std::string_view::npos) return URL::parse(candidate);
+  std::string encoded(text.substr(0, afterPath));
+  for (const char each : text.substr(afterPath)) {
+    if (each == '[') {
+      encoded.append("%5B");
+    } else if (each == ']') {
+      encoded.append("%5D");
+    } else {
+      encoded.push_back(each);
+    }
+  }
+  return URL::parse(encoded);
 }
 
 }  // namespace zib

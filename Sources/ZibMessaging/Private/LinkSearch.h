@@ -3,9 +3,11 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "ZibPlatform/Foundation/Dictionary.h"
+#include "ZibPlatform/Foundation/URL.h"
 
 namespace zib {
 
@@ -27,5 +29,9 @@ LinkVerdict verdictOnLink(StringRef text);
 // The first candidate decides, even if it turns out to be no URL: falling back to another key would
 // open something that the campaign did not put first.
 StringRef findLink(const Dictionary& userInfo);
+
+// The candidate, whose text is `text`, as a URL. Brackets in its query and fragment, which some
+// systems take and others refuse, are percent-encoded first: campaign links have them.
+std::optional<URL> urlOfLink(StringRef candidate, std::string_view text);
 
 }  // namespace zib

@@ -21,7 +21,8 @@ objc::id FirebaseMessaging::delegate() const {
   if (!respondsTo(instance_.raw(), delegate)) return nullptr;
   const objc::id object =
       send<objc::id>(instance_.raw(), selector<"performSelector:">(), delegate.raw());
-  return isNSObject(object) ? object : nullptr;
+  const bool isProxy = Class::ofObject(object).derivesFrom(classNamed<"NSProxy">());
+  return isNSObject(object) || isProxy ? object : nullptr;
 }
 
 bool FirebaseMessaging::setDelegate(objc::id delegate) const {

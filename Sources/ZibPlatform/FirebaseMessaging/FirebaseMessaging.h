@@ -17,7 +17,8 @@ class FirebaseMessaging {
   static FirebaseMessaging find();
 
   [[nodiscard]] Found found() const noexcept { return found_; }
-  // Nil when Firebase has none, when it is no NSObject, or when Firebase does not say.
+  // Nil when Firebase has none, when it is neither an NSObject nor an NSProxy, or when Firebase
+  // does not say.
   [[nodiscard]] objc::id delegate() const;
   // False when Firebase takes none.
   bool setDelegate(objc::id delegate) const;

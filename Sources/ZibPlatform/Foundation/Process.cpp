@@ -15,6 +15,13 @@ objc::id bundlePath() {
 
 }  // namespace
 
+bool isTestProcessWithoutApp() {
+  if (!Class::named("XCTestCase")) return false;
+  const objc::id bundle =
+      send<objc::id>(classNamed<"NSBundle">().object(), selector<"mainBundle">());
+  return send<objc::id>(bundle, selector<"bundleIdentifier">()) == nullptr;
+}
+
 std::string mainBundlePath() { return utf8From(bundlePath()); }
 
 bool isAppExtension() { return StringRef::of(bundlePath()).endsWith(".appex"); }

@@ -11,6 +11,9 @@ namespace zib {
 std::string mainBundlePath();
 // An app extension's bundle path ends with ".appex". Read anew at each call.
 bool isAppExtension();
+// A process of unit tests that no app hosts: XCTest is loaded, and the main bundle has no
+// identifier. Asking it for the notification centre would end it.
+bool isTestProcessWithoutApp();
 bool isSystemAtLeast(long major, long minor);
 
 }  // namespace zib

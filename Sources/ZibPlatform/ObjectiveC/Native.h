@@ -83,12 +83,15 @@ void dispatchAfter(std::uint64_t when, dispatch_queue_s* queue, void* context, v
 #if defined(__APPLE__)
 void messageSend() ZIB_SYMBOL(objc_msgSend);
 Class classOf(id object) ZIB_SYMBOL(object_getClass);
+IMP methodImplementation(Class cls, SEL selector) ZIB_SYMBOL(class_getMethodImplementation);
 id retain(id object) ZIB_SYMBOL(objc_retain);
 void release(id object) ZIB_SYMBOL(objc_release);
 void* pushAutoreleasePool() ZIB_SYMBOL(objc_autoreleasePoolPush);
 void popAutoreleasePool(void* pool) ZIB_SYMBOL(objc_autoreleasePoolPop);
 #else
 IMP lookUpMessage(id receiver, SEL selector) ZIB_SYMBOL(objc_msg_lookup);
+// What Foundation hangs in for receivers without a method for the selector.
+extern IMP (*makeForwarder)(id receiver, SEL selector) ZIB_SYMBOL(__objc_msg_forward2);
 id retain(id object);
 void release(id object);
 void* pushAutoreleasePool();

@@ -24,6 +24,14 @@ objc::id Application::delegate() const {
   return send<objc::id>(native_.raw(), selector<"delegate">());
 }
 
+void Application::renewDelegate() const {
+  const Selector set = selector<"setDelegate:">();
+  const Object current = Object::retained(delegate());
+  if (!current || !respondsTo(native_.raw(), set)) return;
+  send<void>(native_.raw(), set, objc::id{});
+  send<void>(native_.raw(), set, current.raw());
+}
+
 void Application::registerForRemoteNotifications() const {
   send<void>(native_.raw(), selector<"registerForRemoteNotifications">());
 }

@@ -23,6 +23,9 @@ class Application {
   [[nodiscard]] bool isApplicationObject() const;
   // Nil when there is none.
   [[nodiscard]] objc::id delegate() const;
+  // Sets the delegate that there is once more. The system asks a delegate which optional methods it
+  // has when it is set, and remembers. Nothing happens when the application takes none.
+  void renewDelegate() const;
   // The answer arrives at the application delegate.
   void registerForRemoteNotifications() const;
   // False, and nothing happens, when the application does not respond to the open selector. The

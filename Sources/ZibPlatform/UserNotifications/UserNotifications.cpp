@@ -1,5 +1,6 @@
 #include "ZibPlatform/UserNotifications/UserNotifications.h"
 
+#include "ZibPlatform/Foundation/Process.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -60,6 +61,7 @@ Notification NotificationResponse::notification() const {
 }
 
 NotificationCenter NotificationCenter::current() {
+  if (isTestProcessWithoutApp()) return NotificationCenter({});
   return NotificationCenter(Object::retained(send<objc::id>(
       classNamed<"UNUserNotificationCenter">().object(), selector<"currentNotificationCenter">())));
 }
@@ -83,7 +85,7 @@ void NotificationCenter::requestAuthorization(
              options, handler.raw());
 }
 
-void NotificationCenter::setCategories(const std::vector<NotificationCategory>& categories) const {
+void NotificationCenter::setCategories(std::span<const NotificationCategory> categories) const {
   const Object set =
       Object::adopted(send<objc::id>(classNamed<"NSMutableSet">().object(), selector<"new">()));
   for (const NotificationCategory& category : categories) {

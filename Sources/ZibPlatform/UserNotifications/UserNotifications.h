@@ -4,8 +4,9 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/Foundation/Error.h"
@@ -52,13 +53,13 @@ class NotificationResponse {
 };
 
 struct NotificationAction {
-  std::string identifier;
-  std::string title;
+  std::string_view identifier;
+  std::string_view title;
 };
 
 struct NotificationCategory {
-  std::string identifier;
-  std::vector<NotificationAction> actions;
+  std::string_view identifier;
+  std::span<const NotificationAction> actions;
 };
 
 // The raw values of UNAuthorizationOptions and UNNotificationPresentationOptions.
@@ -75,6 +76,9 @@ class NotificationCenter {
  public:
   static NotificationCenter current();
 
+  // Whether the system has one.
+  explicit operator bool() const noexcept { return static_cast<bool>(native_); }
+
   [[nodiscard]] objc::id delegate() const;
   // The centre does not own its delegate.
   void setDelegate(objc::id delegate) const;
@@ -84,7 +88,7 @@ class NotificationCenter {
                             std::function<void(bool granted, std::optional<Error>)> answer) const;
   // Replaces all categories of the application. Actions and categories have no options and no
   // intents.
-  void setCategories(const std::vector<NotificationCategory>& categories) const;
+  void setCategories(std::span<const NotificationCategory> categories) const;
 
  private:
   explicit NotificationCenter(Object native) noexcept : native_(std::move(native)) {}

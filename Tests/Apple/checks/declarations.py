@@ -15,7 +15,7 @@ RUNTIME_WITHOUT_HEADER = {"objc_retain", "objc_release", "objc_autoreleasePoolPu
                           "objc_autoreleasePoolPop"}
 
 # Of GCC's runtime.
-NOT_OF_THE_PLATFORM = {"objc_msg_lookup"}
+NOT_OF_THE_PLATFORM = {"objc_msg_lookup", "__objc_msg_forward2"}
 
 # A declaration that is given a symbol by hand.
 ASM_LABEL = r"[\w)\]]\s+(?:asm|__asm__)\s*\(\s*\"_?\w+\"|ZIB_SYMBOL"

@@ -1,0 +1,173 @@
+#include "ZibMessaging/ZibIntegrationReport.h"
+
+#include <algorithm>
+#include <array>
+
+#include "ZibMessaging/Private/AddOrSwap.h"
+#include "ZibMessaging/Private/CallbackInProgress.h"
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/DelegateLook.h"
+#include "ZibMessaging/Private/Installation.h"
+#include "ZibMessaging/Private/Interceptors.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/FunctionName.h"
+#include "ZibPlatform/ObjectiveC/TypeEncoding.h"
+
+namespace zib {
+namespace {
+
+using ReportRow = IntegrationReport::Row;
+using State = IntegrationReport::State;
+
+constexpr std::array<std::string_view, 4> stateNames{"none", "swapped", "added", "forwarding"};
+constexpr std::array<std::string_view, 4> absences{"no application delegate", "no scene delegate",
+                                                   "no notification delegate",
+                                                   "no Firebase delegate"};
+
+std::string visibleName(objc::id delegate) { return Class::visibleClassOf(delegate).name(); }
+
+State stateOf(const Installation* installation) {
+  switch (installation == nullptr ? Installed::nothing : installation->kind()) {
+    case Installed::swapped:
+      return State::swapped;
+    case Installed::added:
+      return State::added;
+    case Installed::forwarding:
+      return State::forwarding;
+    case Installed::nothing:
+      break;
+  }
+  return State::none;
+}
+
+IntegrationReport::Function describe(Row row, objc::IMP function) {
+  FunctionName name = nameOfFunction(function);
+  if (isInterceptor(row, function)) {
+    name.symbol =
+        std::string("-[ZibSwizzleManager ") + interceptionOf(row).interceptorSelector + "]";
+  }
+  return {std::move(name.image), std::move(name.symbol)};
+}
+
+std::string describeInWords(const IntegrationReport::Function& function) {
+  return function.symbol.value_or("a function without a name") + " in " +
+         function.image.value_or("no file that is known");
+}
+
+// The same types, but for what compilers and Foundations write differently.
+bool haveSameTypes(const char* one, const char* other) {
+  if (one == nullptr || other == nullptr) return true;
+  const auto withoutBlocks = [](const char* types) {
+    std::string result = encoding::normalised(types);
+    std::erase(result, '?');
+    return result;
+  };
+  return withoutBlocks(one) == withoutBlocks(other);
+}
+
+// What the delegate's method is now, and what the module has to do with it.
+class Describer {
+ public:
+  Describer(Row row, objc::id delegate)
+      : row_(row),
+        method_(Class::ofObject(delegate).instanceMethod(selector())),
+        owner_(Class::ofObject(delegate).ownerOf(selector())),
+        installation_(installationOn(row, owner_)) {}
+
+  void describeIn(ReportRow& row) const {
+    if (!method_) return;
+    const objc::IMP outermost = method_.implementation();
+    const Installation* const called = installationOf(row_, outermost, owner_);
+    row.state = stateOf(called != nullptr ? called : installation_);
+    addChain(row, outermost, called);
+    if (called == nullptr && installation_ != nullptr) {
+      row.remarks.push_back("replaced after us by " + describeInWords(row.chain.front()));
+    }
+    if (!haveSameTypes(method_.typeEncoding(), interceptorMethod(row_).typeEncoding())) {
+      row.remarks.emplace_back("the method's types differ from the platform's");
+    }
+  }
+
+ private:
+  [[nodiscard]] Selector selector() const { return Selector(interceptionOf(row_).hostSelector); }
+
+  // As far as it is known who calls whom: the module knows what it found, and nobody else's.
+  void addChain(ReportRow& row, objc::IMP outermost, const Installation* called) const {
+    row.chain.push_back(describe(row_, outermost));
+    std::size_t length = 0;
+    while (called != nullptr && called->kind() == Installed::swapped && ++length <= rowCount) {
+      row.chain.push_back(describe(row_, called->original()));
+      called = installationOf(row_, called->original(), owner_);
+    }
+  }
+
+  Row row_;
+  Method method_;
+  Class owner_;
+  const Installation* installation_;
+};
+
+void describeDelegates(Row row, const std::vector<Object>& delegates, ReportRow& described) {
+  const objc::id first = delegates.front().raw();
+  described.delegateClass = visibleName(first);
+  Describer(row, first).describeIn(described);
+  for (const Object& each : delegates) {
+    if (Class::ofObject(each.raw()) == Class::ofObject(first) || isIntercepted(row, each.raw())) {
+      continue;
+    }
+    described.remarks.push_back("a second delegate of class " + visibleName(each.raw()) +
+                                " is not intercepted");
+  }
+}
+
+void remarkOnCallsByHand(Row row, ReportRow& described) {
+  const unsigned long times = CallbackInProgress::timesHandedIn(row);
+  if (times == 0) return;
+  described.remarks.push_back("callbacks that were handed in by hand while we had them already: " +
+                              std::to_string(times));
+}
+
+ReportRow describeRow(Row row, std::string_view absence, const std::vector<Object>& delegates) {
+  ReportRow described{.method = interceptionOf(row).hostSelector};
+  if (delegates.empty()) {
+    described.remarks.emplace_back(absence);
+  } else {
+    describeDelegates(row, delegates, described);
+  }
+  remarkOnCallsByHand(row, described);
+  return described;
+}
+
+}  // namespace
+
+std::string_view nameOf(State state) noexcept {
+  return stateNames[static_cast<std::size_t>(state)];
+}
+
+std::string IntegrationReport::text() const {
+  std::string text = "ZibMessaging: who stands before the app's delegates\n";
+  for (const Row& row : rows) {
+    text.append(row.method).append(": ").append(nameOf(row.state));
+    if (row.delegateClass) text.append(" on ").append(*row.delegateClass);
+    for (const Function& each : row.chain) text.append("\n  runs ").append(describeInWords(each));
+    for (const std::string& each : row.remarks) text.append("\n  ").append(each);
+    text.push_back('\n');
+  }
+  return text;
+}
+
+IntegrationReport integrationReport() noexcept {
+  IntegrationReport report;
+  contained("integrationReport", [&] {
+    for (std::size_t kind = 0; kind < delegateLooks.size(); ++kind) {
+      const DelegateLook& look = delegateLooks[kind];
+      const Sighting sighting = look.find();
+      for (const Row row : look.rows) {
+        report.rows.push_back(describeRow(row, absences[kind], sighting.delegates));
+      }
+    }
+  });
+  return report;
+}
+
+}  // namespace zib

@@ -1,0 +1,50 @@
+// Who stands between the system and the host's delegates: for support, and for hosts that wonder
+// where a callback went.
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zib {
+
+struct IntegrationReport {
+  enum class State : std::uint8_t {
+    none,        // the module does not get the callback
+    swapped,     // the delegate's method was replaced
+    added,       // the delegate had no such method
+    forwarding,  // it had none, but answers by forwarding to another object
+  };
+
+  // One function that a callback runs through, as far as it can be told.
+  struct Function {
+    std::optional<std::string> image;
+    std::optional<std::string> symbol;
+  };
+
+  // One of the methods that the module intercepts, on the delegate that the system has now.
+  struct Row {
+    std::string_view method;
+    std::optional<std::string> delegateClass = {};
+    State state = State::none;
+    // The outermost, which the system calls, first.
+    std::vector<Function> chain = {};
+    // What a host may want to know, in plain words.
+    std::vector<std::string> remarks = {};
+  };
+
+  std::vector<Row> rows;
+
+  // All of it, for a support ticket. No token, link or payload is in it.
+  [[nodiscard]] std::string text() const;
+};
+
+std::string_view nameOf(IntegrationReport::State state) noexcept;
+
+// How things are now. Main thread.
+IntegrationReport integrationReport() noexcept;
+
+}  // namespace zib
