@@ -5,10 +5,12 @@
 #include <iostream>
 #include <sstream>
 
+#include "Simulator/CommandLine/DiffCommand.h"
 #include "Simulator/CommandLine/InspectCommand.h"
 #include "Simulator/CommandLine/RunCommand.h"
 #include "Simulator/CommandLine/ServeCommand.h"
 #include "Simulator/CommandLine/Usage.h"
+#include "Simulator/Scenario/Reader.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
 
@@ -42,6 +44,8 @@ class CommandLine {
     addRun();
     addInspect();
     addServe();
+    addDiff();
+    addSchema();
   }
 
   int execute(int argc, char** argv) {
@@ -103,10 +107,26 @@ class CommandLine {
     command->callback([this] { status_ = sim::servePage(serve_); });
   }
 
+  void addDiff() {
+    CLI::App* const command = app_.add_subcommand(
+        "diff", "Says what two timelines differ in: what happened, not when or what was logged");
+    const char* const timeline = "a timeline that run --format jsonl has written, or -";
+    command->add_option("A", diff_.first, timeline)->required();
+    command->add_option("B", diff_.second, timeline)->required();
+    command->callback([this] { status_ = sim::compareTimelines(diff_); });
+  }
+
+  void addSchema() {
+    app_.add_subcommand("schema", "Prints the JSON Schema of a scenario")->callback([] {
+      std::cout << sim::scenarioSchema().dump(2) << std::endl;
+    });
+  }
+
   CLI::App app_;
   sim::RunOptions run_;
   sim::InspectOptions inspect_;
   sim::ServeOptions serve_;
+  sim::DiffOptions diff_;
   int status_ = sim::allAsExpected;
 };
 

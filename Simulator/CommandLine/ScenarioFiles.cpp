@@ -50,6 +50,12 @@ Scenario readFile(const std::string& file) {
     if (file == standardInput) return readScenario(text, "standard input");
     const fs::path path(file);
     return readScenario(text, path.stem().string(), path.parent_path());
+  } catch (const ScenarioErrors& errors) {
+    std::string lines;
+    for (const ScenarioError& error : errors.all()) {
+      lines.append(lines.empty() ? "" : "\n").append(file).append(": ").append(error.what());
+    }
+    throw UsageError(lines);
   } catch (const ScenarioError& error) {
     throw UsageError(file + ": " + error.what());
   }

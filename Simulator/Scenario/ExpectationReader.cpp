@@ -1,14 +1,72 @@
 #include "Simulator/Scenario/ExpectationReader.h"
 
+#include "Simulator/Timeline/EntryKinds.h"
+
 namespace sim {
 namespace {
+
+std::vector<std::string_view> kindNames() {
+  std::vector<std::string_view> names;
+  for (const EntryKind& kind : entryKinds()) names.push_back(kind.name);
+  return names;
+}
+
+// What an entry is compared with: of a kind that there is, with keys that its entries have.
+void checkPattern(const Node& pattern, Reading& reading) {
+  if (!pattern.value().is_object()) pattern.failType("an object");
+  const auto kind = pattern.find("kind");
+  if (!kind) {
+    pattern.checkKeys(entryFieldsOf({}), reading.errors);
+    return;
+  }
+  const std::string_view name = kindNames()[kind->choice(kindNames())];
+  pattern.checkKeys(entryFieldsOf(name), reading.errors);
+}
+
+void checkCount(const Node& item, Reading& reading) {
+  item.checkKeys({"count", "of"}, reading.errors);
+  const Node count = item.require("count");
+  if (!count.value().is_number_integer() || count.value() < 0) {
+    count.failType("an integer from 0 on");
+  }
+  checkPattern(item.require("of"), reading);
+}
 
 void checkItem(const Node& item, Reading& reading) {
   if (!item.value().is_object()) item.failType("an object");
   if (const auto absent = item.find("absent")) {
     item.checkKeys({"absent"}, reading.errors);
-    if (!absent->value().is_object()) absent->failType("an object");
+    checkPattern(*absent, reading);
+  } else if (const auto unordered = item.find("unordered")) {
+    item.checkKeys({"unordered"}, reading.errors);
+    for (const Node& each : unordered->list()) {
+      reading.collectErrorOf([&] { checkPattern(each, reading); });
+    }
+  } else if (item.find("count")) {
+    checkCount(item, reading);
+  } else {
+    checkPattern(item, reading);
   }
+}
+
+Json schemaOfItems() {
+  Json fields = Json::object();
+  for (const std::string_view field : entryFieldsOf({})) fields[std::string(field)] = true;
+  fields["kind"] = {{"enum", kindNames()}};
+  const Json pattern = {
+      {"type", "object"}, {"properties", fields}, {"additionalProperties", false}};
+  const auto only = [](const Json& properties) {
+    Json required = Json::array();
+    for (const auto& [key, value] : properties.items()) required.push_back(key);
+    return Json{{"type", "object"},
+                {"properties", properties},
+                {"required", required},
+                {"additionalProperties", false}};
+  };
+  return {{"anyOf",
+           {pattern, only({{"absent", pattern}}),
+            only({{"unordered", {{"type", "array"}, {"items", pattern}}}}),
+            only({{"count", {{"type", "integer"}, {"minimum", 0}}}, {"of", pattern}})}}};
 }
 
 }  // namespace
@@ -20,7 +78,7 @@ const Kind<Json>& kinds::expectations() {
                                  }
                                  return node.value();
                                },
-                               {{"type", "array"}, {"items", {{"type", "object"}}}}};
+                               {{"type", "array"}, {"items", schemaOfItems()}}};
   return kind;
 }
 

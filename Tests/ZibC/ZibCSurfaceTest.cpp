@@ -518,7 +518,7 @@ TEST_P(ZibCThrowingHostTest, MayBeTheCore) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryException, ZibCThrowingHostTest, testing::ValuesIn(test::everyThrown),
-                         test::nameOf);
+                         test::rowName);
 
 // Payloads and JSON.
 

@@ -135,15 +135,18 @@ TEST_F(CommandLineTest, HasAPageInTheManualForEachCommandAndOption) {
       EXPECT_NE(page.find(option), std::string::npos) << name << " " << option;
     }
   }
-  EXPECT_GE(commands, 3);
+  EXPECT_GE(commands, 5);
 }
 
 TEST_F(CommandLineTest, RefusesWhatItDoesNotKnow) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
       {{}, "zibsim: A subcommand is required; allowed: see zibsim --help\n"},
-      {{"play"}, "zibsim: no command \"play\"; allowed: run, inspect, serve, --help, --version\n"},
+      {{"play"},
+       "zibsim: no command \"play\"; allowed: run, inspect, serve, diff, schema, --help, "
+       "--version\n"},
       {{"a\nb"},
-       "zibsim: no command \"a\\u000ab\"; allowed: run, inspect, serve, --help, --version\n"},
+       "zibsim: no command \"a\\u000ab\"; allowed: run, inspect, serve, diff, schema, --help, "
+       "--version\n"},
       {{"run"}, "zibsim: SCENARIO.json is required; allowed: see zibsim --help\n"},
       {{"run", "--format", "xml", "-"},
        "zibsim: --format: xml not in {timeline,jsonl,html}; allowed: see zibsim --help\n"},
@@ -367,6 +370,53 @@ TEST_F(CommandLineTest, RefusesWhatIsNoPayload) {
   EXPECT_EQ(zibsim({"inspect", path("none")}).status, wrongUsage);
   EXPECT_EQ(zibsim({"inspect", path("")}).status, wrongUsage);
   EXPECT_EQ(zibsim({"inspect"}).status, wrongUsage);
+}
+
+TEST_F(CommandLineTest, NamesAllThatIsWrongWithAFile) {
+  const Outcome outcome = zibsim({"run", "-"}, R"({"steps": [{"do": "stat"}, {"do": 5}],
+                                                   "host": {"scenes": 5}})");
+  EXPECT_EQ(outcome.status, wrongUsage);
+  for (const char* const place : {"/steps/0/do: ", "/steps/1/do: ", "/host/scenes: "}) {
+    EXPECT_NE(outcome.errors.find(std::string("zibsim: -: ") + place), std::string::npos)
+        << outcome.errors;
+  }
+  EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 3);
+}
+
+TEST_F(CommandLineTest, PrintsTheSchemaOfAScenario) {
+  const Outcome outcome = zibsim({"schema"});
+  EXPECT_EQ(outcome.status, allAsExpected);
+  const Json schema = Json::parse(outcome.output);
+  EXPECT_EQ(schema.at("$schema"), "https://json-schema.org/draft/2020-12/schema");
+  EXPECT_EQ(schema.at("required"), Json::array({"steps"}));
+}
+
+TEST_F(CommandLineTest, ComparesTimelinesByWhatHappened) {
+  const std::string before = R"({"t": 0.0, "thread": "main", "kind": "step", "index": 0}
+{"t": 0.0, "thread": "main", "kind": "event", "data": {"club": "gold"}}
+{"t": 0.0, "thread": "main", "kind": "log", "message": "a"}
+{"t": 0.0, "thread": "main", "kind": "completion", "of": "didReceive"}
+)";
+  const std::string later =
+      R"({"t": 1.5, "thread": "main", "kind": "event", "data": {"club": "gold"}}
+{"t": 2.0, "thread": "main", "kind": "completion", "of": "didReceive"}
+)";
+  const std::string other =
+      R"({"t": 0.0, "thread": "main", "kind": "event", "data": {"club": "tin"}}
+{"t": 0.0, "thread": "main", "kind": "completion", "of": "didReceive"}
+)";
+  const std::string file = write("before.jsonl", before);
+  const Outcome same = zibsim({"diff", file, write("later.jsonl", later)});
+  EXPECT_EQ(same.status, allAsExpected);
+  EXPECT_EQ(same.output, "");
+  const Outcome different = zibsim({"diff", file, "-"}, other);
+  EXPECT_EQ(different.status, expectationNotMet);
+  EXPECT_EQ(different.output,
+            "- event data={\"club\":\"gold\"}\n+ event data={\"club\":\"tin\"}\n"
+            "  completion of=\"didReceive\"\n");
+  const Outcome invalid = zibsim({"diff", file, "-"}, "{}\n[");
+  EXPECT_EQ(invalid.status, wrongUsage);
+  EXPECT_TRUE(invalid.errors.starts_with("zibsim: -: line 1: the line is no entry"));
 }
 
 TEST_F(CommandLineTest, KeepsEachScenarioInAProcessOfItsOwn) {

@@ -97,4 +97,43 @@ TEST(ExpectationsTest, SayWhenAnEntryComesTooEarly) {
   EXPECT_NE(unmet.front().find("comes before"), std::string::npos);
 }
 
+// What is said of the one expectation that is not met.
+std::string missOf(const Json& expectation) {
+  const auto unmet = sim::unmetExpectations(Json::array({expectation}), timeline({first, event}));
+  return unmet.size() == 1 ? unmet.front() : "";
+}
+
+TEST(ExpectationsTest, MatchTextsByAPart) {
+  EXPECT_TRUE(areMet({{{"kind", "log"}, {"message", {{"contains", "econ"}}}}}));
+  EXPECT_FALSE(areMet({{{"kind", "log"}, {"message", {{"contains", "third"}}}}}));
+  EXPECT_TRUE(areMet({{{"data", {{"club", {{"contains", "old"}}}}}}}));
+  EXPECT_FALSE(areMet({{{"data", {{"list", {{"contains", "1"}}}}}}}));
+}
+
+TEST(ExpectationsTest, MatchInAnyOrderWhereTheySaySo) {
+  const Json anyLog = {{"kind", "log"}};
+  EXPECT_TRUE(areMet({{{"unordered", {second, event, first}}}}));
+  EXPECT_TRUE(areMet({{{"unordered", {anyLog, first}}}}));
+  EXPECT_FALSE(areMet({{{"unordered", {anyLog, anyLog, anyLog}}}}));
+  EXPECT_FALSE(areMet({event, {{"unordered", {first}}}}));
+  EXPECT_FALSE(areMet({{{"unordered", {second, event}}}, second}));
+  EXPECT_TRUE(areMet({{{"unordered", Json::array()}}, first}));
+}
+
+TEST(ExpectationsTest, CountEntries) {
+  const auto count = [](int number, const Json& of) { return Json{{"count", number}, {"of", of}}; };
+  EXPECT_TRUE(areMet({count(2, {{"kind", "log"}}), count(0, {{"kind", "file"}})}));
+  EXPECT_FALSE(areMet({count(1, {{"kind", "log"}})}));
+  EXPECT_TRUE(areMet({second, count(1, event)}));
+}
+
+TEST(ExpectationsTest, SayWhatDiffersInTheNearestEntries) {
+  const std::string miss = missOf({{"kind", "event"}, {"data", {{"club", "tin"}, {"node", 1}}}});
+  EXPECT_NE(miss.find("\n      data.club is \"gold\"; expected: \"tin\""), std::string::npos)
+      << miss;
+  EXPECT_NE(miss.find("\n      data.node is not there; expected: 1"), std::string::npos) << miss;
+  EXPECT_NE(missOf({{"count", 3}, {"of", first}}).find("the entries that match are 1"),
+            std::string::npos);
+}
+
 }  // namespace
