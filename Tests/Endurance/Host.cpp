@@ -1,13 +1,11 @@
 #include "Tests/Endurance/Host.h"
 
-#include <memory>
-
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
+#include "Tests/Endurance/CountingCore.h"
 #include "Tests/Support/Delegates.h"
-#include "ZibCoreBoundary/Zib.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 
@@ -33,23 +31,6 @@ void didReceive(id /*self*/, SEL /*command*/, id /*center*/, id /*response*/,
   zib::Block<void()>::call(completion);
 }
 
-class CountingCore : public Zib {
- public:
-  explicit CountingCore(std::atomic<long>& events) : events_(events) {}
-  [[nodiscard]] std::optional<ZibConfig> config() const override { return std::nullopt; }
-  void trackSelfDescribingEvent(std::string_view /*schema*/,
-                                const zib::ValueMap& /*data*/) override {
-    ++events_;
-  }
-  [[nodiscard]] std::optional<std::string> pushConfigEndpoint() const override {
-    return std::nullopt;
-  }
-  void registerPushToken(std::string_view /*token*/) override {}
-
- private:
-  std::atomic<long>& events_;
-};
-
 zib::Object makeDelegate() {
   const zib::Class cls =
       zib::ClassBuilder("EnduranceDelegate", zib::classNamed<"NSObject">())
@@ -67,7 +48,7 @@ Host::Host() {
   sim::installFoundation();
   sim::uikit::install(sim::uikit::ApplicationPresence::present, true);
   sim::usernotifications::install(std::nullopt);
-  Zib::install(std::make_unique<CountingCore>(events_));
+  CountingCore::install(events_);
   delegate_ = makeDelegate();
   sim::usernotifications::setDelegate(delegate_);
   const zib::ValueMap userInfo{{"pn_campaign_id", "autumn"}, {"club", "gold"}, {"link", "app://a"}};

@@ -1,12 +1,11 @@
 #include <algorithm>
-#include <memory>
 
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
+#include "Tests/Endurance/CountingCore.h"
 #include "Tests/Endurance/Sequence.h"
-#include "ZibCoreBoundary/Zib.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
@@ -25,23 +24,6 @@ using zib::Object;
 using zib::Selector;
 using zib::send;
 
-class CountingCore : public Zib {
- public:
-  explicit CountingCore(std::size_t& events) : events_(events) {}
-  [[nodiscard]] std::optional<ZibConfig> config() const override { return std::nullopt; }
-  void trackSelfDescribingEvent(std::string_view /*schema*/,
-                                const zib::ValueMap& /*data*/) override {
-    ++events_;
-  }
-  [[nodiscard]] std::optional<std::string> pushConfigEndpoint() const override {
-    return std::nullopt;
-  }
-  void registerPushToken(std::string_view /*token*/) override {}
-
- private:
-  std::size_t& events_;
-};
-
 class Player {
  public:
   Player(const Sequence& sequence, bool hasModule) : sequence_(sequence), hasModule_(hasModule) {
@@ -55,7 +37,7 @@ class Player {
     sim::uikit::connectScene(true, delegates_[scene]);
     sim::firebase::set({});
     sim::firebase::setDelegate(delegates_[firebase]);
-    Zib::install(std::make_unique<CountingCore>(events_));
+    CountingCore::install(events_);
   }
 
   std::vector<Outcome> play() {
@@ -198,7 +180,7 @@ class Player {
     sim::Scheduler::shared().drain();
     outcome.calls = calls();
     outcome.completions = completions_;
-    outcome.events = events_;
+    outcome.events = static_cast<std::size_t>(events_);
     return outcome;
   }
 
@@ -255,7 +237,7 @@ class Player {
   std::vector<Replaced> replaced_;
   std::vector<Outcome> outcomes_;
   std::vector<std::string> completions_;
-  std::size_t events_ = 0;
+  std::atomic<long> events_ = 0;
 };
 
 // Rows that somebody has put back to what was there before the module: it may have lost them.
