@@ -6,20 +6,17 @@
 
 #include <algorithm>
 
-#include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Inspect/InspectionText.h"
 #include "Simulator/Scenario/ScenarioError.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "Tests/Support/PlatformTest.h"
 
 namespace {
 
 using sim::Inspection;
 using sim::Json;
 
-class Inspect : public testing::Test {
+class InspectionTest : public test::FoundationTest {
  protected:
-  Inspect() { sim::installFoundation(); }
-
   static Inspection of(const Json& payload, std::string_view eventType = "notification-clicked") {
     return sim::inspect(payload.dump(), eventType);
   }
@@ -49,12 +46,9 @@ class Inspect : public testing::Test {
   static std::string noteOn(const Json& payload, const std::string& field) {
     return sim::jsonFrom(of(payload)).at("notes").at(field);
   }
-
- private:
-  zib::AutoreleasePool pool_;
 };
 
-TEST_F(Inspect, ReportsTheFourteenFields) {
+TEST_F(InspectionTest, ReportsTheFourteenFields) {
   const Json payload = with({{"pn_campaign_id", "spring"}, {"_id", "u"}, {"club", ""}});
   const Json json = sim::jsonFrom(of(payload, "notification-delivered"));
   EXPECT_EQ(json.at("eventType"), "notification-delivered");
@@ -66,7 +60,7 @@ TEST_F(Inspect, ReportsTheFourteenFields) {
       "platform_name": "ios", "click_url": null, "domain_userid": "u"})"));
 }
 
-TEST_F(Inspect, SaysWhyAFieldIsNull) {
+TEST_F(InspectionTest, SaysWhyAFieldIsNull) {
   EXPECT_EQ(noteOn(with(), "node_id"), "there is no key \"node_id\"");
   EXPECT_EQ(noteOn(with({{"node_id", 5}}), "node_id"), "a number, not text");
   EXPECT_EQ(noteOn(with({{"node_id", nullptr}}), "node_id"), "null, not text");
@@ -80,7 +74,7 @@ TEST_F(Inspect, SaysWhyAFieldIsNull) {
   EXPECT_EQ(noteOn(with(), "user_id"), "always null: nothing in a notification fills it");
 }
 
-TEST_F(Inspect, TellsTheKeyThatDecides) {
+TEST_F(InspectionTest, TellsTheKeyThatDecides) {
   const Json payload = with({{"url", 5},
                              {"link", "NA"},
                              {"click_action", ""},
@@ -99,7 +93,7 @@ TEST_F(Inspect, TellsTheKeyThatDecides) {
             "\"deeplink\" comes first");
 }
 
-TEST_F(Inspect, TellsThatACandidateWhichIsNoURLBlocksLaterKeys) {
+TEST_F(InspectionTest, TellsThatACandidateWhichIsNoURLBlocksLaterKeys) {
   const Json payload = with({{"url", "my page"}, {"link", "https://b.example/"}});
   const Json link = sim::jsonFrom(of(payload)).at("link");
   EXPECT_EQ(link.at("key"), "url");
@@ -112,7 +106,7 @@ TEST_F(Inspect, TellsThatACandidateWhichIsNoURLBlocksLaterKeys) {
             "\"https://b.example/\"");
 }
 
-TEST_F(Inspect, TellsThatThereIsNoLink) {
+TEST_F(InspectionTest, TellsThatThereIsNoLink) {
   const Json link = sim::jsonFrom(of(with())).at("link");
   EXPECT_EQ(link.at("key"), nullptr);
   EXPECT_EQ(link.at("candidate"), nullptr);
@@ -121,19 +115,19 @@ TEST_F(Inspect, TellsThatThereIsNoLink) {
   EXPECT_EQ(link.at("considered").size(), 9U);
 }
 
-TEST_F(Inspect, RecognisesATestNotification) {
+TEST_F(InspectionTest, RecognisesATestNotification) {
   EXPECT_TRUE(of(with({{"pn_type", "PUSH-NOTIFICATION-SEND-TEST"}})).isTest);
   const Json nearly = with({{"pn_type", "push-notification-send-test"}});
   EXPECT_FALSE(of(nearly).isTest);
   EXPECT_NE(remarkOn(nearly, "pn_type"), "");
 }
 
-TEST_F(Inspect, HasNoRemarkOnASoundPayload) {
+TEST_F(InspectionTest, HasNoRemarkOnASoundPayload) {
   const Json payload = with({{"pn_campaign_id", "spring"}, {"url", "shop://deal?ids=1"}});
   EXPECT_TRUE(of(payload).remarks.empty());
 }
 
-TEST_F(Inspect, RemarksOnLikelyMistakes) {
+TEST_F(InspectionTest, RemarksOnLikelyMistakes) {
   struct Case {
     Json members;
     std::string key;
@@ -167,16 +161,16 @@ TEST_F(Inspect, RemarksOnLikelyMistakes) {
   EXPECT_NE(remarkOn({{"club", "gold"}}, "aps"), "");
 }
 
-TEST_F(Inspect, LeavesOutWhatOnlySimulatorsRead) {
+TEST_F(InspectionTest, LeavesOutWhatOnlySimulatorsRead) {
   const Json payload = with({{"Simulator Target Bundle", "com.example.App"}});
   EXPECT_EQ(of(payload).size, with().dump().size());
 }
 
-TEST_F(Inspect, MeasuresThePayloadHoweverItIsLaidOut) {
+TEST_F(InspectionTest, MeasuresThePayloadHoweverItIsLaidOut) {
   EXPECT_EQ(sim::inspect(with().dump(4), "x").size, with().dump().size());
 }
 
-TEST_F(Inspect, RefusesWhatIsNoPayload) {
+TEST_F(InspectionTest, RefusesWhatIsNoPayload) {
   for (const std::string text :
        {"", "[1]", "5", "{", R"({"a": 1} x)", "{\"a\": \"\xff\"}", R"({"a": "\ud800"})"}) {
     try {
@@ -189,7 +183,7 @@ TEST_F(Inspect, RefusesWhatIsNoPayload) {
   }
 }
 
-TEST_F(Inspect, SurvivesHostilePayloads) {
+TEST_F(InspectionTest, SurvivesHostilePayloads) {
   const std::string deep = "{\"a\":" + std::string(100'000, '[') + std::string(100'000, ']') + "}";
   EXPECT_THROW(static_cast<void>(sim::inspect(deep, "x")), sim::ScenarioError);
   Json many = Json::object();
@@ -197,7 +191,7 @@ TEST_F(Inspect, SurvivesHostilePayloads) {
   EXPECT_LE(of(many).remarks.size(), 32U);
 }
 
-TEST_F(Inspect, ReadsForPeople) {
+TEST_F(InspectionTest, ReadsForPeople) {
   const std::string text = sim::textFrom(of(with({{"url", "https://a.example/"}})));
   EXPECT_TRUE(text.starts_with("Tapped, reported is:\n"));
   EXPECT_NE(text.find("\nTapped, it opens https://a.example/\n"), std::string::npos);

@@ -67,7 +67,7 @@ void replaceBetween(std::string& text, const std::string& name, const std::strin
   text.replace(from, text.find("<!-- end -->", from) - from, content);
 }
 
-TEST(PayloadGuide, HoldsTheTablesOfTheModule) {
+TEST(PayloadGuideTest, HoldsTheTablesOfTheModule) {
   const std::string file = ZIBSIM_PAYLOAD_GUIDE;
   const std::string present = contentsOf(file);
   std::string wanted = present;

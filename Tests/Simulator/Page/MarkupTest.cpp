@@ -8,20 +8,20 @@ namespace {
 
 using sim::Markup;
 
-TEST(Markup, EscapesTextsAndValues) {
+TEST(MarkupTest, EscapesTextsAndValues) {
   Markup markup;
   markup.element("p", "<b>&\"'</b>", {{"title", "\"><script>'"}});
   EXPECT_EQ(markup.str(),
             "<p title=\"&quot;&gt;&lt;script&gt;&#39;\">&lt;b&gt;&amp;&quot;&#39;&lt;/b&gt;</p>");
 }
 
-TEST(Markup, ReplacesWhatADocumentCannotHold) {
+TEST(MarkupTest, ReplacesWhatADocumentCannotHold) {
   Markup markup;
   markup.text(std::string_view("a\0b", 3));
   EXPECT_EQ(markup.str(), "a\uFFFDb");
 }
 
-TEST(Markup, ClosesWhatIsOpen) {
+TEST(MarkupTest, ClosesWhatIsOpen) {
   Markup inner;
   inner.open("ul").open("li").text("x");
   Markup outer;

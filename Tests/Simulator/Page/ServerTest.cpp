@@ -13,14 +13,14 @@
 
 namespace {
 
-class Server : public testing::Test {
+class ServerTest : public testing::Test {
  protected:
-  Server() {
+  ServerTest() {
     sim::installFoundation();
     server_.emplace(0, ZIBSIM_PATH);
     thread_ = std::thread([this] { server_->serve(); });
   }
-  ~Server() override {
+  ~ServerTest() override {
     // A server that has not begun cannot be stopped: one that has answered has.
     static_cast<void>(get("/"));
     server_->stop();
@@ -76,7 +76,7 @@ class Server : public testing::Test {
   std::thread thread_;
 };
 
-TEST_F(Server, ServesThePageAndItsFiles) {
+TEST_F(ServerTest, ServesThePageAndItsFiles) {
   for (const char* const path : {"/", "/page.css", "/page.js"}) {
     const std::string answer = get(path);
     EXPECT_EQ(statusOf(answer), "200") << path;
@@ -88,7 +88,7 @@ TEST_F(Server, ServesThePageAndItsFiles) {
   EXPECT_EQ(statusOf(get("/../../etc/passwd")), "404");
 }
 
-TEST_F(Server, InspectsAPayload) {
+TEST_F(ServerTest, InspectsAPayload) {
   const std::string answer = post("/inspect?event-type=notification-delivered",
                                   R"({"aps": {"alert": "<b>x"}, "club": "gold"})");
   EXPECT_EQ(statusOf(answer), "200");
@@ -97,7 +97,7 @@ TEST_F(Server, InspectsAPayload) {
   EXPECT_EQ(statusOf(post("/inspect", "[")), "422");
 }
 
-TEST_F(Server, PlaysAScenario) {
+TEST_F(ServerTest, PlaysAScenario) {
   const std::string answer =
       post("/play", R"({"name": "n", "steps": [{"do": "state"}], "expect": [{"kind": "state"}]})");
   EXPECT_EQ(statusOf(answer), "200");
@@ -107,7 +107,7 @@ TEST_F(Server, PlaysAScenario) {
   EXPECT_NE(invalid.find("/steps/0/do: got &quot;stat&quot;"), std::string::npos);
 }
 
-TEST_F(Server, ReadsNoFileForAScenario) {
+TEST_F(ServerTest, ReadsNoFileForAScenario) {
   for (const std::string scenario :
        {R"({"network": {"a.b": {"/x": {"file": "/etc/hostname"}}}, "steps": []})",
         R"({"steps": [{"do": "present", "userInfoFile": "/etc/hostname"}]})"}) {
@@ -120,7 +120,7 @@ TEST_F(Server, ReadsNoFileForAScenario) {
             "200");
 }
 
-TEST_F(Server, AnswersToNoOtherName) {
+TEST_F(ServerTest, AnswersToNoOtherName) {
   const std::string port = std::to_string(this->port());
   EXPECT_EQ(statusOf(get("/", "localhost:" + port)), "200");
   for (const std::string& name : {std::string("evil.example:") + port, std::string("127.0.0.1"),
@@ -129,7 +129,7 @@ TEST_F(Server, AnswersToNoOtherName) {
   }
 }
 
-TEST_F(Server, RefusesOtherOrigins) {
+TEST_F(ServerTest, RefusesOtherOrigins) {
   EXPECT_EQ(statusOf(post("/inspect", "{}", "Origin: http://" + host() + "\r\n")), "200");
   for (const std::string header :
        {"Origin: http://evil.example", "Origin: null", "Origin: https://127.0.0.1",
@@ -138,7 +138,7 @@ TEST_F(Server, RefusesOtherOrigins) {
   }
 }
 
-TEST_F(Server, BoundsWhatItReads) {
+TEST_F(ServerTest, BoundsWhatItReads) {
   const std::string start = "POST /inspect HTTP/1.1\r\nHost: " + host() + "\r\n";
   const std::string json = "Content-Type: application/json\r\n";
   EXPECT_EQ(statusOf(answerTo(start + json + "Content-Length: 104857600\r\n\r\n{")), "413");
@@ -152,7 +152,7 @@ TEST_F(Server, BoundsWhatItReads) {
             "415");
 }
 
-TEST_F(Server, SurvivesHostileBodies) {
+TEST_F(ServerTest, SurvivesHostileBodies) {
   const std::string deep(500'000, '[');
   EXPECT_EQ(statusOf(post("/inspect", deep)), "422");
   EXPECT_EQ(statusOf(post("/play", deep)), "422");
@@ -161,7 +161,7 @@ TEST_F(Server, SurvivesHostileBodies) {
   EXPECT_EQ(statusOf(get("/")), "200");
 }
 
-TEST_F(Server, SharesItsPortWithNobody) {
+TEST_F(ServerTest, SharesItsPortWithNobody) {
   EXPECT_THROW(sim::PageServer(port(), ZIBSIM_PATH), std::runtime_error);
 }
 

@@ -29,15 +29,15 @@ std::optional<sim::Death> deathAfter(Act act) {
   return death;
 }
 
-TEST(ProcessTest, NamesTheSignalThatKilledTheProcess) {
+TEST(PlayInProcessTest, NamesTheSignalThatKilledTheProcess) {
   EXPECT_EQ(deathAfter([] { std::raise(SIGKILL); }), "it was killed by the signal SIGKILL");
 }
 
-TEST(ProcessTest, TellsTheStatusOfAProcessThatEndedEarly) {
+TEST(PlayInProcessTest, TellsTheStatusOfAProcessThatEndedEarly) {
   EXPECT_EQ(deathAfter([] { ::_exit(7); }), "it ended early with status 7");
 }
 
-TEST(ProcessTest, HandsOverTheEntriesInOrder) {
+TEST(PlayInProcessTest, HandsOverTheEntriesInOrder) {
   const auto scenario =
       sim::readScenario(R"({"steps": [{"do": "state"}, {"do": "advance", "seconds": 1}]})", "");
   std::vector<std::string> kinds;
@@ -62,7 +62,7 @@ class Notes : public sim::PlayListener {
 
 int processesStarted = 0;
 
-TEST(PlayInProcesses, PlaysTheOthersWhenOneDies) {
+TEST(PlayInProcessTest, PlaysTheOthersWhenOneDies) {
   pthread_atfork(
       nullptr, [] { ++processesStarted; },
       [] {

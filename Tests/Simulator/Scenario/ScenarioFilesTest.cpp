@@ -6,6 +6,7 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <nlohmann/json.hpp>
 
@@ -71,6 +72,18 @@ TEST(ScenarioFilesTest, LeaveUnexpectedProblemsToTheRun) {
   for (const auto& [path, scenario] : scenarios()) {
     for (const Json& item : scenario.value("expect", Json::array())) {
       EXPECT_NE(item, needless) << path << ": scenarios are run with --strict";
+    }
+  }
+}
+
+TEST(ScenarioFilesTest, ExpectOperationsThatTheDocumentationLists) {
+  std::ifstream stream(ZIBSIM_DOCUMENTATION);
+  const std::string page{std::istreambuf_iterator<char>(stream), {}};
+  for (const auto& [path, scenario] : scenarios()) {
+    for (const Json& item : scenario.value("expect", Json::array())) {
+      const Json operation = item.value("operation", Json());
+      if (!operation.is_string()) continue;
+      EXPECT_NE(page.find(operation.dump()), std::string::npos) << path << ": " << operation;
     }
   }
 }

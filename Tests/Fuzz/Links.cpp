@@ -1,0 +1,69 @@
+// A link of any kind as the system hands it to the app: the interceptor, campaign parameters and
+// the lines about them.
+
+#include <memory>
+#include <string>
+
+#include "Simulator/UIKit/UIKit.h"
+#include "Simulator/UserNotifications/UserNotifications.h"
+#include "Tests/Fuzz/Target.h"
+#include "Tests/Support/Delegates.h"
+#include "Tests/Support/Host.h"
+#include "ZibCoreBoundary/ZibLogger.h"
+#include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibSwizzleManager.h"
+#include "ZibPlatform/Foundation/URL.h"
+
+namespace {
+
+bool isControl(unsigned char byte) { return byte < 0x20 || byte == 0x7F; }
+
+class LineChecker : public ZibLogger {
+ public:
+  void log(std::string_view line) override {
+    fuzz::require(std::none_of(line.begin(), line.end(), isControl), "a line stays one line");
+    fuzz::require(zib::wellFormed(line) == line, "a line is UTF-8");
+    ++lines;
+  }
+  void error(std::string_view line, const std::optional<zib::Error>& /*error*/) override {
+    fuzz::require(line.empty(), "no link is an error");
+  }
+
+  std::size_t lines = 0;
+};
+
+zib::objc::id appDelegate() {
+  static const zib::Object delegate = test::makeHost("FuzzedApp", {sim::HostMethod::openURL});
+  return delegate.raw();
+}
+
+LineChecker* checker = nullptr;
+
+}  // namespace
+
+void fuzz::prepare() {
+  sim::uikit::install(sim::uikit::ApplicationPresence::present, true);
+  sim::usernotifications::install(std::nullopt);
+  sim::uikit::setAppDelegate(zib::Object::retained(appDelegate()));
+  ZibSwizzleManager::shared().setupAutoSwizzling();
+  auto logger = std::make_unique<LineChecker>();
+  checker = logger.get();
+  ZibLogger::install(std::move(logger));
+}
+
+void fuzz::run(std::string_view input) {
+  const auto url = zib::URL::parse(input);
+  require(!url || !input.empty(), "an empty text is no URL");
+  if (!url) return;
+  const std::string text = url->absoluteString();
+  const auto again = zib::URL::parse(text);
+  require(again && again->absoluteString() == text, "a URL's text is the text of an equal URL");
+  for (const zib::QueryItem& item : url->queryItems()) {
+    require(zib::wellFormed(item.name) == item.name, "a name is UTF-8");
+    require(!item.value || zib::wellFormed(*item.value) == *item.value, "a value is UTF-8");
+  }
+  const std::size_t before = checker->lines;
+  require(!test::openURL(appDelegate(), url->native()), "the host's answer is the answer");
+  require(checker->lines > before, "a link that opens the app is logged");
+  require(ZibDeepLinkHandler::shared().handleURL(*url, "fuzz"), "a link is recorded");
+}
