@@ -2,6 +2,7 @@
 
 #include "Simulator/Inspect/Payload.h"
 #include "Simulator/Inspect/Remarks.h"
+#include "Simulator/Json/Values.h"
 #include "ZibMessaging/Private/LinkSearch.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 
+#include "Simulator/Json/Values.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibPlatform/Foundation/JSON.h"
 #include "ZibPlatform/Foundation/Strings.h"
