@@ -10,7 +10,7 @@ import sys
 import time
 from pathlib import Path
 
-from checks import abi, builds, declarations, exports, hosts, imports, lines, size
+from checks import abi, builds, declarations, exports, hosts, imports, lines, refused, size
 from checks.compiler import Compiler
 from checks.outcome import Failure
 
@@ -50,6 +50,7 @@ def run_parts(run, compiler):
     run.part("declarations", EVERYTHING, declarations.declarations, compiler)
     run.part("ABI assertions", EVERYTHING, abi.assertions, compiler, abis)
     asking = run.part("Objective-C++ hosts", EVERYTHING, hosts.objective_cpp_hosts, compiler)
+    run.part("refused expressions", EVERYTHING, refused.refused, compiler)
     built = run.part("compile and link", EVERYTHING, builds.compile_and_link, compiler)
     run.part("slices", EVERYTHING, builds.slices, compiler, built)
     run.part("exports", EVERYTHING, exports.exports, compiler, built, asking)
