@@ -58,10 +58,11 @@ void sayIfThereIsNoCore() {
 
 }  // namespace
 
-ZibMessaging& ZibMessaging::shared() noexcept { return instance(); }
-
-// With the runtime's class, so that it is there for whoever looks for it by name.
-ZibMessaging::ZibMessaging(Key) { zib::messagingFace(); }
+ZibMessaging& ZibMessaging::shared() noexcept {
+  // So that the runtime's class is there for whoever looks for it by name.
+  zib::messagingFace();
+  return instance();
+}
 
 id ZibMessaging::runtimeObject() noexcept { return zib::messagingFace(); }
 

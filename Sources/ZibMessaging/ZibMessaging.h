@@ -43,7 +43,7 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
  public:
   static ZibMessaging& shared() noexcept;
 
-  explicit ZibMessaging(Key);
+  explicit ZibMessaging(Key) {}
 
   // Held weakly.
   void setDelegate(std::weak_ptr<ZibMessagingDelegate> delegate) noexcept;

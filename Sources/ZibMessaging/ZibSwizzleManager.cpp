@@ -13,9 +13,11 @@ using zib::contained;
 using zib::DelegateLook;
 using zib::logLine;
 
-ZibSwizzleManager& ZibSwizzleManager::shared() noexcept { return instance(); }
-
-ZibSwizzleManager::ZibSwizzleManager(Key) { zib::interceptorClass(); }
+ZibSwizzleManager& ZibSwizzleManager::shared() noexcept {
+  // So that the runtime's class is there for whoever looks for it by name.
+  zib::interceptorClass();
+  return instance();
+}
 
 void ZibSwizzleManager::setupAutoSwizzling() noexcept {
   contained("setupAutoSwizzling", [&] {

@@ -10,7 +10,7 @@ import sys
 import time
 from pathlib import Path
 
-from checks import (abi, builds, declarations, exports, hosts, imports, lines, size,
+from checks import (abi, builds, declarations, exports, hosts, imports, lines, refused, size,
                     xcframework)
 from checks.compiler import Compiler
 from checks.outcome import Failure
@@ -52,6 +52,7 @@ def run_parts(run, compiler):
     run.part("ABI assertions", EVERYTHING, abi.assertions, compiler, abis)
     asking = run.part("Objective-C++ hosts", EVERYTHING, hosts.objective_cpp_hosts, compiler)
     run.part("Objective-C face", PLATFORM, xcframework.face, compiler)
+    run.part("refused expressions", EVERYTHING, refused.refused, compiler)
     built = run.part("compile and link", EVERYTHING, builds.compile_and_link, compiler)
     run.part("slices", EVERYTHING, builds.slices, compiler, built)
     run.part("exports", EVERYTHING, exports.exports, compiler, built, asking)

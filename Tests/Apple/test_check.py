@@ -75,6 +75,10 @@ PLANTS = [
            'struct objc_class;\nextern "C" const char* class_getName(objc_class* cls);\n'
            "class ZibPushError {"),
           ("Objective-C++ hosts: FAILED", "class_getName", "conflicting types")),
+    Plant("a value that takes a pointer for a boolean",
+          Path("Sources/ZibPlatform/Foundation/Value.h"),
+          ("template <std::same_as<bool> T>\n  Value(T value)", "Value(bool value)"),
+          ("refused expressions: FAILED", "value", "is to be refused with")),
     Plant("an object that ARC would own", Path("Sources/ZibPlatform/ObjectiveC/Bridge.h"),
           ("native(::id object) noexcept { return (__bridge objc::id)object; }",
            "native(::id object) noexcept { return (objc::id)object; }"),
@@ -182,7 +186,8 @@ def main():
     mistakes = []
     with tempfile.TemporaryDirectory(prefix="check-apple-") as folder:
         tree = Path(folder)
-        for part in ["Sources", "Examples", "Tests/Apple", "Tests/Swift", "build/apple"]:
+        for part in ["Sources", "Examples", "Tests/Apple", "Tests/Refused", "Tests/Swift",
+                     "build/apple"]:
             shutil.copytree(part, tree / part)
         for part in ["docs/platforms.md", "script/check-apple", "script/xcframework"]:
             (tree / part).parent.mkdir(exist_ok=True)
