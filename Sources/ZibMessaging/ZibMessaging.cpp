@@ -256,8 +256,7 @@ void ZibMessaging::setupAsNotificationDelegate() noexcept {
   contained("setupAsNotificationDelegate", [&] {
     const auto center = zib::NotificationCenter::current();
     if (!center) {
-      ZibLogger::shared().error("ZibMessaging: this process has no notification centre",
-                                std::nullopt);
+      zib::logError("ZibMessaging: this process has no notification centre");
       return;
     }
     if (center.delegate() != nullptr || runtimeObject() == nullptr) return;

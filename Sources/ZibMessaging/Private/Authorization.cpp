@@ -41,8 +41,7 @@ void Authorization::request(const std::weak_ptr<ZibMessaging>& messaging,
   namespace options = notificationOptions;
   const auto center = NotificationCenter::current();
   if (!center) {
-    ZibLogger::shared().error("ZibMessaging: this process has no notification centre, and no push",
-                              std::nullopt);
+    logError("ZibMessaging: this process has no notification centre, and no push");
     return;
   }
   center.requestAuthorization(
