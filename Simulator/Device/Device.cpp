@@ -5,6 +5,7 @@
 #include "Simulator/Network/Network.h"
 #include "Simulator/Network/URLSession.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "Simulator/XCTest/XCTest.h"
 
 namespace sim {
 namespace {
@@ -22,15 +23,18 @@ void setUpDocuments(Documents kind, const std::filesystem::path& folder) {
 }  // namespace
 
 Device::Device(const DeviceDescription& description, const std::filesystem::path& documents) {
+  setSystemVersion(description.osVersion.major, description.osVersion.minor);
   installFoundation();
   setMainBundlePath(description.bundlePath);
-  setSystemVersion(description.osVersion.major, description.osVersion.minor);
+  setMainBundleIdentifier(description.bundleIdentifier);
   setClock([] { return inSeconds(Scheduler::shared().now()); });
   setUpDocuments(description.documents, documents);
   urlsession::install();
-  uikit::install(description.application, description.opensURLs);
-  usernotifications::install(description.answersByItself ? std::optional(description.authorization)
-                                                         : std::nullopt);
+  uikit::install(description.application, description.opensURLs, description.asksDelegate);
+  usernotifications::install(
+      description.answersByItself ? std::optional(description.authorization) : std::nullopt,
+      description.bundleIdentifier.has_value());
+  if (!description.bundleIdentifier) xctest::install();
 }
 
 Device::~Device() {

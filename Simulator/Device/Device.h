@@ -27,7 +27,10 @@ struct SystemVersion {
 struct DeviceDescription {
   SystemVersion osVersion;
   std::string bundlePath = "/Applications/HostApp.app";
+  // None is a test process without a host.
+  std::optional<std::string> bundleIdentifier = "com.example.HostApp";
   uikit::ApplicationPresence application = uikit::ApplicationPresence::present;
+  uikit::AsksDelegate asksDelegate = uikit::AsksDelegate::eachTime;
   // How the user answers, and whether without being told to.
   usernotifications::Answer authorization;
   bool answersByItself = true;

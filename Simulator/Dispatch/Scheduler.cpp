@@ -1,5 +1,7 @@
 #include "Simulator/Dispatch/Scheduler.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -12,11 +14,10 @@
 namespace sim {
 namespace {
 
-constexpr std::string_view mainThreadName = "main";
 constexpr double nanosecondsPerSecond = 1e9;
 
 std::string& threadName() {
-  static thread_local std::string name(mainThreadName);
+  static thread_local std::string name(::gettid() == ::getpid() ? mainThreadName : "unknown");
   return name;
 }
 
@@ -120,6 +121,11 @@ void Scheduler::runOn(const std::string& name, const Work& work) {
 void Scheduler::drain() {
   while (runNextElsewhere() || runNextDue(now()) || runNextSlow()) {
   }
+}
+
+void Scheduler::passWithoutWork(double seconds) {
+  const std::lock_guard lock(mutex_);
+  now_ += inNanoseconds(seconds);
 }
 
 void Scheduler::advanceTo(Nanoseconds time) {

@@ -25,7 +25,9 @@ using Nanoseconds = std::int64_t;
 Nanoseconds inNanoseconds(double seconds);
 double inSeconds(Nanoseconds time);
 
-// The name under which the timeline shows the calling thread: "main" unless one was given.
+inline constexpr std::string_view mainThreadName = "main";
+// The name under which the timeline shows the calling thread: the one that it was given here;
+// "main" for the process's first thread, "unknown" for any other.
 std::string_view currentThreadName();
 
 class Scheduler {
@@ -62,6 +64,8 @@ class Scheduler {
   // Runs all that is due until nothing is left, and waits for what is slow: time jumps to its end,
   // past what falls due meanwhile, each at its own time.
   void drain();
+  // Lets time pass while the main thread does something else: what falls due runs later.
+  void passWithoutWork(double seconds);
   // Lets time pass; what falls due runs at its own time.
   void advanceTo(Nanoseconds time);
 

@@ -2,9 +2,11 @@
 
 #include "Simulator/FirebaseMessaging/DelegateMessages.h"
 #include "Simulator/ObjectiveC/DelegateCall.h"
+#include "Simulator/ObjectiveC/WeakReference.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim::firebase {
@@ -25,22 +27,24 @@ constexpr const char* messagingClass = "FIRMessaging";
 struct State {
   Pieces pieces;
   Object messaging;
-  Object delegate;
+  WeakReference delegate;
+  // What the host keeps alive.
+  Object hostsDelegate;
 };
 
 State& state() {
-  static State state;
-  return state;
+  static zib::NeverDestroyed<State> state([] { return State(); });
+  return *state;
 }
 
 id sharedMessaging(id, SEL) { return state().pieces.instance ? state().messaging.raw() : nullptr; }
 
-id getDelegate(id, SEL) { return state().delegate.raw(); }
+id getDelegate(id, SEL) { return state().delegate.get(); }
 
 void recordAndSetDelegate(id, SEL, id delegate) {
   const Json name = delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name());
   Timeline::shared().add("system", {{"operation", "setFirebaseDelegate"}, {"class", name}});
-  state().delegate = Object::retained(delegate);
+  state().delegate.set(delegate);
 }
 
 // The answer that NSObject gives for the receiver's class.
@@ -87,8 +91,12 @@ void set(const Pieces& pieces) {
   if (!state().messaging) state().messaging = makeMessaging();
 }
 
-void setDelegate(Object delegate) { state().delegate = std::move(delegate); }
-id delegate() { return state().delegate.raw(); }
+void setDelegate(Object delegate) {
+  state().delegate.set(delegate.raw());
+  state().hostsDelegate = std::move(delegate);
+}
+
+id delegate() { return state().delegate.get(); }
 id messaging() { return state().messaging.raw(); }
 
 void deliverToken(const std::optional<std::string>& token) {

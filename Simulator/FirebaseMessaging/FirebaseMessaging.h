@@ -26,7 +26,8 @@ std::vector<std::string_view> classNames();
 // Firebase appears, or changes. Before the first call there is no class "FIRMessaging".
 void set(const Pieces& pieces);
 
-// What the host does, without a trace in the timeline.
+// What the host does, without a trace in the timeline. What it sets it keeps alive; Firebase itself
+// holds its delegate weakly.
 void setDelegate(zib::Object delegate);
 zib::objc::id delegate();
 

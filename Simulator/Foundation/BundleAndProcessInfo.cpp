@@ -28,6 +28,11 @@ Setting<std::string>& bundlePathSetting() {
   return path;
 }
 
+Setting<std::optional<std::string>>& bundleIdentifierSetting() {
+  static Setting<std::optional<std::string>> identifier("com.example.HostApp");
+  return identifier;
+}
+
 Setting<OperatingSystemVersion>& versionSetting() {
   static Setting<OperatingSystemVersion> version({17, 0, 0});
   return version;
@@ -49,6 +54,16 @@ id bundlePath(id bundle, SEL command) {
   return autoreleased(zib::makeString(bundlePathSetting().get()));
 }
 
+IMP originalBundleIdentifier = nullptr;
+
+id bundleIdentifier(id bundle, SEL command) {
+  if (bundle != mainBundle()) {
+    return zib::callImplementation<id>(originalBundleIdentifier, bundle, zib::Selector(command));
+  }
+  const auto identifier = bundleIdentifierSetting().get();
+  return identifier ? autoreleased(zib::makeString(*identifier)) : nullptr;
+}
+
 OperatingSystemVersion operatingSystemVersion(id, SEL) { return versionSetting().get(); }
 
 BOOL isOperatingSystemAtLeast(id, SEL, OperatingSystemVersion wanted) {
@@ -62,11 +77,19 @@ BOOL isOperatingSystemAtLeast(id, SEL, OperatingSystemVersion wanted) {
 
 void setMainBundlePath(std::string path) { bundlePathSetting().set(std::move(path)); }
 
+void setMainBundleIdentifier(std::optional<std::string> identifier) {
+  bundleIdentifierSetting().set(std::move(identifier));
+}
+
 void setSystemVersion(long major, long minor) { versionSetting().set({major, minor, 0}); }
+
+OperatingSystemVersion systemVersion() { return versionSetting().get(); }
 
 void installBundleAndProcessInfo() {
   mainBundle();
   originalBundlePath = installMethod(zib::Class::named("NSBundle"), "bundlePath", &bundlePath);
+  originalBundleIdentifier =
+      installMethod(zib::Class::named("NSBundle"), "bundleIdentifier", &bundleIdentifier);
   const zib::Class processInfo = zib::Class::named("NSProcessInfo");
   installMethod(processInfo, "operatingSystemVersion", &operatingSystemVersion);
   installMethod(processInfo, "isOperatingSystemAtLeastVersion:", &isOperatingSystemAtLeast);

@@ -8,7 +8,7 @@
 
 namespace sim {
 
-void installFoundation() {
+void prepareFoundation() {
   static std::once_flag installed;
   std::call_once(installed, [] {
     objc_thread_add();
@@ -25,6 +25,12 @@ void installFoundation() {
     installStrings();
     installURLs();
   });
+}
+
+void installFoundation() {
+  prepareFoundation();
+  static std::once_flag installed;
+  std::call_once(installed, &installURLsOfVersion);
 }
 
 }  // namespace sim

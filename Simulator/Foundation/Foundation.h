@@ -9,15 +9,23 @@
 #include <optional>
 #include <string>
 
+#include "ZibPlatform/ObjectiveC/TypeEncoding.h"
+
 namespace sim {
 
-// Once at start, before other threads send messages. Calling it again does nothing.
+// Once at start, before other threads send messages, and after setSystemVersion() where it is not
+// the default: what a version lacks is not there. Calling it again does nothing.
 void installFoundation();
+// The part that is the same on every version, for a process that is copied before it is known.
+void prepareFoundation();
 
 // The setters below may be called at any time, from any thread.
 
 void setMainBundlePath(std::string path);
+// None is a process that was started without an app.
+void setMainBundleIdentifier(std::optional<std::string> identifier);
 void setSystemVersion(long major, long minor);
+zib::OperatingSystemVersion systemVersion();
 // The wall clock, in seconds since 1970. It is called on every thread that asks for the time.
 void setClock(std::function<double()> now);
 // The user's Documents directory; none means that the file manager knows of none.

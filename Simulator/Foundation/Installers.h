@@ -1,4 +1,4 @@
-// The parts of installFoundation(), one for each source file here. Called by nothing else.
+// The parts of prepareFoundation(), one for each source file here. Called by nothing else.
 
 #pragma once
 
@@ -15,5 +15,8 @@ void installBundleAndProcessInfo();
 void installPropertyListSerialization();
 void installStrings();
 void installURLs();
+
+// The part of installURLs() that not every version of the system has.
+void installURLsOfVersion();
 
 }  // namespace sim

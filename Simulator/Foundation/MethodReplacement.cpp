@@ -68,3 +68,11 @@ extern "C" zib::objc::IMP method_setImplementation(objc_method* method, zib::obj
   sim::renewDispatchTables(method);
   return before;
 }
+
+extern "C" void method_exchangeImplementations(objc_method* one, objc_method* other) {
+  using Exchange = void(objc_method*, objc_method*);
+  static auto* const exchange =
+      reinterpret_cast<Exchange*>(::dlsym(RTLD_NEXT, "method_exchangeImplementations"));
+  exchange(one, other);
+  for (const objc_method* method : {one, other}) sim::renewDispatchTables(method);
+}

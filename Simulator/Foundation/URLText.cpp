@@ -2,6 +2,7 @@
 
 #include <uriparser/Uri.h>
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cstdint>
@@ -51,18 +52,37 @@ std::optional<URLText> parseURLText(std::string_view text) {
   return result;
 }
 
-std::string withInvalidCharactersEncoded(std::string_view text) {
-  std::string result;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (isURLCharacter(text[at]) || isPercentEncoding(text.substr(at))) {
-      result.push_back(text[at]);
-    } else {
-      char encoded[4];
-      std::snprintf(encoded, sizeof encoded, "%%%02X", static_cast<unsigned char>(text[at]));
-      result += encoded;
-    }
+std::optional<URLText> parseLegacyURLText(std::string_view text) {
+  if (auto parsed = parseURLText(text)) return parsed;
+  // Of the same length, so that the parts lie where they are in `text`.
+  std::string neutral(text);
+  std::replace(neutral.begin(), neutral.end(), '[', '-');
+  std::replace(neutral.begin(), neutral.end(), ']', '-');
+  auto parsed = parseURLText(neutral);
+  if (parsed && parsed->query) {
+    const auto begin = static_cast<std::size_t>(parsed->query->data() - neutral.data());
+    parsed->query = text.substr(begin, parsed->query->size());
   }
-  return result;
+  return parsed;
+}
+
+std::string withInvalidCharactersEncoded(std::string_view text) {
+  const auto encoded = [text](std::string_view alsoInvalid) {
+    std::string result;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+      const bool isValid = isURLCharacter(text[at]) || isPercentEncoding(text.substr(at));
+      if (isValid && alsoInvalid.find(text[at]) == std::string_view::npos) {
+        result.push_back(text[at]);
+      } else {
+        char code[4];
+        std::snprintf(code, sizeof code, "%%%02X", static_cast<unsigned char>(text[at]));
+        result += code;
+      }
+    }
+    return result;
+  };
+  std::string result = encoded("");
+  return parseURLText(result) ? result : encoded("[]");
 }
 
 std::string percentDecoded(std::string_view text) {

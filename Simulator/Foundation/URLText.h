@@ -22,7 +22,10 @@ struct URLText {
 // grammar. The result refers to `text`.
 std::optional<URLText> parseURLText(std::string_view text);
 
-// `text` with all that a URL cannot hold at all percent-encoded.
+// The same with square brackets anywhere, as the system's parser was before version 17.
+std::optional<URLText> parseLegacyURLText(std::string_view text);
+
+// `text` with all that a URL cannot hold where it stands percent-encoded.
 std::string withInvalidCharactersEncoded(std::string_view text);
 
 // The bytes that `text` stands for; a percent sign that encodes nothing stays.

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "Simulator/Foundation/Autoreleased.h"
+#include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Foundation/Installers.h"
 #include "Simulator/Foundation/URLText.h"
 #include "Simulator/ObjectiveC/Runtime.h"
@@ -52,8 +53,19 @@ id initWithMissingPath(id url, SEL command, std::string text, std::size_t missin
   return made;
 }
 
+// Since version 17 the system parses by RFC 3986, repairs what breaks it unless it is told not to,
+// and can be told so; before, it took square brackets anywhere and repaired nothing.
+bool isModern() {
+  constexpr long firstModern = 17;
+  return systemVersion().major >= firstModern;
+}
+
+std::optional<URLText> parsedAsBySystem(std::string_view text) {
+  return isModern() ? parseURLText(text) : parseLegacyURLText(text);
+}
+
 id initStrictly(id url, SEL command, std::string text) {
-  const std::optional<URLText> parsed = parseURLText(text);
+  const std::optional<URLText> parsed = parsedAsBySystem(text);
   if (!parsed) {
     zib::objc::release(url);
     return nullptr;
@@ -66,13 +78,17 @@ id initStrictly(id url, SEL command, std::string text) {
 }
 
 id initWithString(id url, SEL, id text) {
-  return initStrictly(url, selector<"initWithString:">().raw(), utf8From(text));
+  const std::string given = utf8From(text);
+  return initStrictly(
+      url, selector<"initWithString:">().raw(),
+      isModern() && !parseURLText(given) ? withInvalidCharactersEncoded(given) : given);
 }
 
 id initEncoding(id url, SEL, id text, BOOL encodes) {
   const std::string given = utf8From(text);
-  return initStrictly(url, selector<"initWithString:">().raw(),
-                      encodes != 0 ? withInvalidCharactersEncoded(given) : given);
+  return initStrictly(
+      url, selector<"initWithString:">().raw(),
+      encodes != 0 && !parseURLText(given) ? withInvalidCharactersEncoded(given) : given);
 }
 
 id urlWithString(id cls, SEL, id text) {
@@ -126,7 +142,7 @@ id initComponents(id components, SEL command, id url, BOOL resolves) {
   const id made = callImplementation<id>(originals.initComponents, components,
                                          zib::Selector(command), url, resolves);
   const std::string text = utf8From(send<id>(url, selector<"absoluteString">()));
-  const std::optional<URLText> parsed = parseURLText(text);
+  const std::optional<URLText> parsed = parsedAsBySystem(text);
   if (made != nullptr && parsed && parsed->query) {
     send<void>(made, selector<"setQueryItems:">(), queryItemsFrom(*parsed->query));
   }
@@ -141,13 +157,18 @@ void installURLs() {
   originals.baseURL = class_getInstanceVariable(url.raw(), "_baseURL");
   originals.initWithString = installMethod(url, "initWithString:", &initWithString);
   originals.absoluteString = installMethod(url, "absoluteString", &absoluteString);
-  installMethod(url, "initWithString:encodingInvalidCharacters:", &initEncoding);
   installClassMethod(url, "URLWithString:", &urlWithString);
-  installClassMethod(url, "URLWithString:encodingInvalidCharacters:", &urlEncoding);
 
   const Class components = Class::named("NSURLComponents");
   originals.initComponents =
       installMethod(components, "initWithURL:resolvingAgainstBaseURL:", &initComponents);
+}
+
+void installURLsOfVersion() {
+  if (!isModern()) return;
+  const Class url = Class::named("NSURL");
+  installMethod(url, "initWithString:encodingInvalidCharacters:", &initEncoding);
+  installClassMethod(url, "URLWithString:encodingInvalidCharacters:", &urlEncoding);
 }
 
 }  // namespace sim

@@ -1,5 +1,6 @@
-// The host app's delegate classes, made from a description. Each method only records that it ran,
-// and does what the description says: answers, or calls the completion.
+// The host app's delegate classes, made from a description. Each method records that it ran, and
+// does what the description says: answers, calls the completion, raises, or goes on to its
+// superclass.
 
 #pragma once
 
@@ -21,6 +22,8 @@ enum class HostMethod {
   willPresent,
   didReceive,
   token,
+  openURLFromSource,
+  handleOpenURL,
 };
 
 template <>
@@ -32,7 +35,47 @@ struct Names<HostMethod> {
                                                {openURLContexts, "openURLContexts"},
                                                {willPresent, "willPresent"},
                                                {didReceive, "didReceive"},
-                                               {token, "token"}};
+                                               {token, "token"},
+                                               {openURLFromSource, "openURLFromSource"},
+                                               {handleOpenURL, "handleOpenURL"}};
+};
+
+// Whether and when a method calls the completion that it gets: at once, twice, in a later turn of
+// the main queue, or on another thread.
+enum class Completes { never, once, twice, later, elsewhere };
+
+template <>
+struct Names<Completes> {
+  static constexpr Named<Completes> rows[] = {{Completes::twice, "twice"},
+                                              {Completes::later, "later"},
+                                              {Completes::elsewhere, "elsewhere"}};
+};
+
+// How a method calls its superclass's: with its own arguments, with others (of URL contexts all but
+// the first, or the same anew; else equal ones), or with its own in a later turn of the main queue.
+enum class SuperCall { same, filtered, later };
+
+template <>
+struct Names<SuperCall> {
+  static constexpr Named<SuperCall> rows[] = {
+      {SuperCall::same, "same"}, {SuperCall::filtered, "filtered"}, {SuperCall::later, "later"}};
+};
+
+// How an object answers for another one: by naming it, by passing the message on, or by passing it
+// on as an object that is no NSObject.
+enum class Forwarding { target, invocation, proxy };
+
+template <>
+struct Names<Forwarding> {
+  static constexpr Named<Forwarding> rows[] = {{Forwarding::target, "target"},
+                                               {Forwarding::invocation, "invocation"},
+                                               {Forwarding::proxy, "proxy"}};
+};
+
+struct RaisedException {
+  std::string name;
+  std::string reason;
+  friend bool operator==(const RaisedException&, const RaisedException&) = default;
 };
 
 struct HostClassDescription {
@@ -42,7 +85,12 @@ struct HostClassDescription {
   std::set<HostMethod> implements;
   bool openURLReturns = true;
   zib::objc::UInteger options = 0;
-  bool completes = true;
+  Completes completes = Completes::once;
+  std::map<HostMethod, RaisedException> throws;
+  std::map<HostMethod, SuperCall> callsSuper;
+  // The name of another described class, or empty. Each object has one of its own to forward to.
+  std::string forwardsTo;
+  Forwarding forwarding = Forwarding::target;
   friend bool operator==(const HostClassDescription&, const HostClassDescription&) = default;
 };
 

@@ -59,6 +59,10 @@ const Kind<DeviceDescription>& kinds::device() {
                     "the main bundle's path; one that ends in .appex is an app extension")
           .optional("application", &Description::application, oneOf<uikit::ApplicationPresence>(),
                     "what there is of the application object")
+          .optional("bundleIdentifier", &Description::bundleIdentifier, textOrNull(),
+                    "the main bundle's identifier; null, a test process without a host")
+          .optional("asksDelegate", &Description::asksDelegate, oneOf<uikit::AsksDelegate>(),
+                    "when the application asks its delegate which optional methods it has")
           .custom({"authorization", "how the user answers the request for permission", false,
                    authorization().schema},
                   [](const Node& node, Reading& reading, Description& device) {
@@ -70,7 +74,13 @@ const Kind<DeviceDescription>& kinds::device() {
                     "what the system reports when it was asked to open a URL")
           .optional("documents", &Description::documents, oneOf<Documents>(),
                     "what there is of the Documents directory");
-  static const Kind<DeviceDescription> kind = objectOf(record);
+  static const Kind<DeviceDescription> kind{
+      [](const Node& node, Reading& reading) {
+        DeviceDescription device = record.read(node, reading);
+        reading.isApplicationLate = device.application == uikit::ApplicationPresence::late;
+        return device;
+      },
+      schemaOf(record.fields())};
   return kind;
 }
 

@@ -4,18 +4,25 @@
 
 #include "Simulator/Network/URLSession.h"
 #include "Simulator/ObjectiveC/StandIn.h"
+#include "Simulator/XCTest/XCTest.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 
 namespace sim {
 namespace {
 
-bool isCircular(const HostClassDescription& added, const HostClassDescriptions& classes) {
-  for (std::string name = added.superclass; !name.empty();) {
-    if (name == added.name) return true;
-    const auto above = classes.find(name);
-    name = above == classes.end() ? std::string() : above->second.superclass;
-  }
-  return false;
+// The classes that one needs: its superclass, and what its objects forward to.
+std::vector<std::string> neededBy(const HostClassDescription& description) {
+  return {description.superclass, description.forwardsTo};
+}
+
+bool needs(const std::string& name, const std::string& wanted,
+           const HostClassDescriptions& classes) {
+  const auto found = classes.find(name);
+  if (found == classes.end()) return false;
+  const auto needed = neededBy(found->second);
+  return std::any_of(needed.begin(), needed.end(), [&](const std::string& each) {
+    return !each.empty() && (each == wanted || needs(each, wanted, classes));
+  });
 }
 
 // The classes that a device has before the host's come: the system's own, and those that the module
@@ -23,8 +30,9 @@ bool isCircular(const HostClassDescription& added, const HostClassDescriptions& 
 bool isSystemClass(const std::string& name) {
   static const std::set<std::string_view> registeredLater = [] {
     std::set<std::string_view> names{"ZibMessaging", "ZibSwizzleManager", orderedSetClass};
-    for (const auto& standIns : {uikit::classNames(), usernotifications::classNames(),
-                                 firebase::classNames(), urlsession::classNames()}) {
+    for (const auto& standIns :
+         {uikit::classNames(), usernotifications::classNames(), firebase::classNames(),
+          urlsession::classNames(), xctest::classNames()}) {
       names.insert(standIns.begin(), standIns.end());
     }
     return names;
@@ -44,8 +52,12 @@ void addClass(const Node& node, const HostClassDescription& description,
     node.require("class").fail("a class of the system is called " + description.name,
                                "another name");
   }
-  if (isCircular(description, classes)) {
-    node.fail("the class \"" + description.name + "\" is its own superclass", "another superclass");
+  if (needs(description.name, description.name, classes)) {
+    const bool isSuperclass = needs(description.superclass, description.name, classes) ||
+                              description.superclass == description.name;
+    node.fail("the class \"" + description.name +
+                  (isSuperclass ? "\" is its own superclass" : "\" forwards to itself"),
+              isSuperclass ? "another superclass" : "another class");
   }
   if (classes.size() > maximumHostClasses) {
     node.fail("too many classes", std::to_string(maximumHostClasses));
@@ -58,11 +70,41 @@ std::string readClassName(const Node& node, Reading& /*reading*/) {
   return name;
 }
 
+// What the fields say together.
+void checkClass(const Node& node, const HostClassDescription& description,
+                const HostClassDescriptions& classes) {
+  for (const auto& [method, ignored] : description.callsSuper) {
+    if (description.implements.contains(method) && !description.superclass.empty()) continue;
+    node.require("callsSuper")
+        .require(nameOf(method))
+        .fail(description.superclass.empty() ? "the class has no superclass of the host's"
+                                             : "the class does not implement this method",
+              "methods that it implements, where it has a \"superclass\"");
+  }
+  for (const auto& [method, ignored] : description.throws) {
+    if (description.implements.contains(method)) continue;
+    node.require("throws")
+        .require(nameOf(method))
+        .fail("the class does not implement this method", "methods that it implements");
+  }
+  const auto forwarding = node.find("forwarding");
+  if (forwarding && description.forwardsTo.empty()) {
+    forwarding->fail("there is nothing to forward to", "\"forwarding\" beside \"forwardsTo\"");
+  }
+  const auto above = classes.find(description.superclass);
+  if (description.forwarding == Forwarding::proxy && above != classes.end() &&
+      above->second.forwarding != Forwarding::proxy) {
+    forwarding->fail("the superclass is an NSObject", "a superclass that is a proxy too, or none");
+  }
+}
+
 std::string readClass(const Node& node, Reading& reading) {
   const std::size_t errorsBefore = reading.errors.size();
   HostClassDescription description = hostClassRecord().read(node, reading);
   // What is half read would only be found to differ from the same class elsewhere.
-  if (reading.errors.size() == errorsBefore) addClass(node, description, reading.classes);
+  if (reading.errors.size() > errorsBefore) return description.name;
+  checkClass(node, description, reading.classes);
+  addClass(node, description, reading.classes);
   return description.name;
 }
 
@@ -122,6 +164,60 @@ Record<HostDescription> makeHostRecord() {
                 "what the host's URL callback answers; null, there is none");
 }
 
+Kind<Completes> completes() {
+  return {[](const Node& node, Reading&) {
+            if (node.value().is_boolean())
+              return node.boolean() ? Completes::once : Completes::never;
+            if (!node.value().is_string()) {
+              node.failType("true, false, " + quotedList(allNames<Completes>()));
+            }
+            return Names<Completes>::rows[node.choice(allNames<Completes>())].value;
+          },
+          {{"enum", {true, false, "twice", "later", "elsewhere"}}, {"default", true}}};
+}
+
+Kind<RaisedException> exception() {
+  static const auto record =
+      Record<RaisedException>()
+          .required("name", &RaisedException::name, kinds::text(), "its name")
+          .required("reason", &RaisedException::reason, kinds::text(), "its reason");
+  return objectOf(record);
+}
+
+// Another class of the host's, by its description; null stands for none.
+Kind<std::string> otherClass() {
+  return {[](const Node& node, Reading& reading) {
+            return node.hasObject() ? readClass(node, reading) : std::string();
+          },
+          schemaOrNull(referenceTo("delegate"))};
+}
+
+Record<HostClassDescription> makeHostClassRecord() {
+  const Kind<std::string> className{&readClassName, {{"type", "string"}, {"minLength", 1}}};
+  using Description = HostClassDescription;
+  return Record<Description>()
+      .required("class", &Description::name, className, "the class's name")
+      .optional("superclass", &Description::superclass, otherClass(),
+                "its superclass; null or left out, NSObject")
+      .optional("implements", &Description::implements, kinds::setOf(kinds::oneOf<HostMethod>()),
+                "the delegate methods that it has")
+      .optional("openURLReturns", &Description::openURLReturns, kinds::boolean(),
+                "what the methods that open a URL answer")
+      .optional("options", &Description::options, kinds::natural(),
+                "the presentation options that willPresent completes with")
+      .optional("completes", &Description::completes, completes(),
+                "whether and when willPresent and didReceive call their completions")
+      .optional("throws", &Description::throws, kinds::mapOf<HostMethod>(exception()),
+                "the exceptions that its methods raise once they are recorded")
+      .optional("callsSuper", &Description::callsSuper,
+                kinds::mapOf<HostMethod>(kinds::oneOf<SuperCall>()),
+                "how its methods call the superclass's once they are recorded")
+      .optional("forwardsTo", &Description::forwardsTo, otherClass(),
+                "the class of an object for which its own answer by forwarding")
+      .optional("forwarding", &Description::forwarding, kinds::oneOf<Forwarding>(),
+                "by naming that object, by passing messages on, or by that as an NSProxy");
+}
+
 HostDescription readHost(const Node& node, Reading& reading) {
   static const Record<HostDescription> record = makeHostRecord();
   if (!node.value().is_object()) node.failType("an object");
@@ -132,33 +228,14 @@ HostDescription readHost(const Node& node, Reading& reading) {
     reading.classes.emplace(standard.name, standard);
   }
   HostDescription host = record.read(node, reading);
-  reading.connectedScenes = host.scenes.size();
+  (reading.isApplicationLate ? reading.lateScenes : reading.connectedScenes) = host.scenes.size();
   return host;
 }
 
 }  // namespace
 
 const Record<HostClassDescription>& hostClassRecord() {
-  static const Kind<std::string> className{&readClassName, {{"type", "string"}, {"minLength", 1}}};
-  static const Kind<std::string> superclass{[](const Node& node, Reading& reading) {
-                                              return node.hasObject() ? readClass(node, reading)
-                                                                      : std::string();
-                                            },
-                                            schemaOrNull(referenceTo("delegate"))};
-  using Description = HostClassDescription;
-  static const auto record =
-      Record<Description>()
-          .required("class", &Description::name, className, "the class's name")
-          .optional("superclass", &Description::superclass, superclass,
-                    "its superclass; null or left out, NSObject")
-          .optional("implements", &Description::implements,
-                    kinds::setOf(kinds::oneOf<HostMethod>()), "the delegate methods that it has")
-          .optional("openURLReturns", &Description::openURLReturns, kinds::boolean(),
-                    "what openURL answers")
-          .optional("options", &Description::options, kinds::natural(),
-                    "the presentation options that willPresent completes with")
-          .optional("completes", &Description::completes, kinds::boolean(),
-                    "whether willPresent and didReceive call their completions");
+  static const Record<HostClassDescription> record = makeHostClassRecord();
   return record;
 }
 

@@ -123,8 +123,12 @@ const Kind<std::optional<zib::ValueMap>>& payloadOrNull() {
 }
 
 const Kind<std::string>& url() {
-  static const Kind<std::string> kind{[](const Node& node, Reading&) {
-                                        if (!parseURLText(node.text())) node.failType("a URL");
+  static const Kind<std::string> kind{[](const Node& node, Reading& reading) {
+                                        constexpr long firstStrict = 17;
+                                        const auto parsed = reading.osVersion.major < firstStrict
+                                                                ? parseLegacyURLText(node.text())
+                                                                : parseURLText(node.text());
+                                        if (!parsed) node.failType("a URL");
                                         return node.text();
                                       },
                                       {{"type", "string"}, {"minLength", 1}}};

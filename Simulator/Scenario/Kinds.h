@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -59,6 +60,26 @@ Kind<std::set<T>> setOf(const Kind<T>& element) {
             return std::set<T>(list.begin(), list.end());
           },
           {{"type", "array"}, {"items", element.schema}}};
+}
+
+// An object whose keys are the names of an enumeration.
+template <class Enumeration, class T>
+Kind<std::map<Enumeration, T>> mapOf(const Kind<T>& value) {
+  Json properties = Json::object();
+  for (const std::string_view name : allNames<Enumeration>()) {
+    properties[std::string(name)] = value.schema;
+  }
+  return {[read = value.read](const Node& node, Reading& reading) {
+            node.checkKeys(allNames<Enumeration>(), reading.errors);
+            std::map<Enumeration, T> map;
+            for (const auto& row : Names<Enumeration>::rows) {
+              const auto found = node.find(row.name);
+              if (!found) continue;
+              reading.collectErrorOf([&] { map.emplace(row.value, read(*found, reading)); });
+            }
+            return map;
+          },
+          {{"type", "object"}, {"properties", properties}, {"additionalProperties", false}}};
 }
 
 // Null stands for none.

@@ -19,6 +19,9 @@ struct Reading {
   HostClassDescriptions classes;
   // Of the scenes that are connected when the step begins that is read.
   std::size_t connectedScenes = 0;
+  // Of those that connect when the application, which is late, has launched.
+  std::size_t lateScenes = 0;
+  bool isApplicationLate = false;
   std::vector<ScenarioError> errors;
 
   // What is wrong in one place does not keep the rest from being looked at.

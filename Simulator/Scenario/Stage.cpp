@@ -1,8 +1,11 @@
 #include "Simulator/Scenario/Stage.h"
 
+#include <cstdlib>
 #include <utility>
 
+#include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Host/RecordingCore.h"
+#include "Simulator/Timeline/Timeline.h"
 
 namespace sim {
 
@@ -13,13 +16,18 @@ Stage::Stage(const Scenario& scenario, const std::filesystem::path& documents)
   installRecordingCore();
   setCoreConfig(scenario.core.config);
   setPushConfigEndpoint(scenario.core.pushConfigEndpoint);
-  setUpHost(scenario.host);
+  setUpHost(scenario.host, scenario.device.application == uikit::ApplicationPresence::late);
 }
 
-void Stage::setUpHost(const HostDescription& host) {
-  uikit::setAppDelegate(makeDelegate(host.appDelegate));
+void Stage::setUpHost(const HostDescription& host, bool isLate) {
+  appDelegate_ = makeDelegate(host.appDelegate);
+  uikit::setAppDelegate(appDelegate_);
   usernotifications::setDelegate(makeDelegate(host.notificationDelegate));
-  for (const SceneDescription& scene : host.scenes) connectScene(scene);
+  if (isLate) {
+    lateScenes_ = host.scenes;
+  } else {
+    for (const SceneDescription& scene : host.scenes) connectScene(scene);
+  }
   if (host.firebase) applyFirebase(*host.firebase);
   Module::setURLDelegate(host.urlDelegate);
   using MessagingDelegate = HostDescription::MessagingDelegate;
@@ -27,23 +35,47 @@ void Stage::setUpHost(const HostDescription& host) {
   if (host.messagingDelegate == MessagingDelegate::released) module_.letDelegateGo();
 }
 
-zib::Object Stage::makeDelegate(const DelegateDescription& description) {
+void Stage::finishLaunching() {
+  uikit::finishLaunching();
+  for (const SceneDescription& scene : std::exchange(lateScenes_, {})) connectScene(scene);
+}
+
+void Stage::callBack(const char* of, std::function<void()> callback) {
+  const auto guarded = [of, call = std::move(callback)] {
+    try {
+      call();
+    } catch (...) {
+      Timeline::shared().add("problem",
+                             {{"code", "uncaughtException"},
+                              {"of", of},
+                              {"message", std::string("an exception came back from ") + of}});
+      std::abort();
+    }
+  };
+  if (currentThreadName() == mainThreadName) {
+    Scheduler::shared().submitNow(guarded);
+  } else {
+    guarded();
+  }
+}
+
+zib::Object Stage::makeDelegate(const DelegateDescription& description) const {
   switch (description.kind) {
     case DelegateDescription::Kind::none:
       return {};
     case DelegateDescription::Kind::appDelegate:
-      return zib::Object::retained(uikit::appDelegate());
+      return appDelegate_;
     case DelegateDescription::Kind::object:
       return makeHostObject(description.className);
   }
   return {};
 }
 
-void Stage::connectScene(const SceneDescription& scene) {
+void Stage::connectScene(const SceneDescription& scene) const {
   uikit::connectScene(scene.hasWindow, makeDelegate(scene.delegate));
 }
 
-void Stage::applyFirebase(const FirebaseDescription& firebase) {
+void Stage::applyFirebase(const FirebaseDescription& firebase) const {
   firebase::set(firebase.pieces);
   if (firebase.delegate) firebase::setDelegate(makeDelegate(*firebase.delegate));
 }

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <vector>
 
 #include "Simulator/Device/Device.h"
 #include "Simulator/Host/Module.h"
@@ -23,9 +25,15 @@ class Stage {
   [[nodiscard]] Module& module() noexcept { return module_; }
   [[nodiscard]] CompletionWatch& completions() noexcept { return completions_; }
 
-  static zib::Object makeDelegate(const DelegateDescription& description);
-  static void connectScene(const SceneDescription& scene);
-  static void applyFirebase(const FirebaseDescription& firebase);
+  // The application appears or has launched, and its scenes connect.
+  void finishLaunching();
+  // The system calls back: on the main thread in a turn of its own, on another one at once. An
+  // exception that comes back ends the process, as it would an app.
+  static void callBack(const char* of, std::function<void()> callback);
+
+  [[nodiscard]] zib::Object makeDelegate(const DelegateDescription& description) const;
+  void connectScene(const SceneDescription& scene) const;
+  void applyFirebase(const FirebaseDescription& firebase) const;
 
   // Time passes when the step that is played is done with the thread that it runs on.
   void passTimeAfterStep(double seconds) { secondsAfterStep_ += seconds; }
@@ -33,11 +41,14 @@ class Stage {
   void endStep();
 
  private:
-  void setUpHost(const HostDescription& host);
+  void setUpHost(const HostDescription& host, bool isLate);
 
   Device device_;
   Module module_;
   CompletionWatch completions_;
+  zib::Object appDelegate_;
+  // Those that connect once an application that is late has launched.
+  std::vector<SceneDescription> lateScenes_;
   double secondsAfterStep_ = 0;
 };
 

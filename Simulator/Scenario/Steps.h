@@ -92,6 +92,10 @@ struct Call {
   const OperationRow* operation = nullptr;
   Operation arguments;
 };
+struct FinishLaunching {};
+struct Busy {
+  double seconds = 0;
+};
 struct Advance {
   double seconds = 0;
 };
@@ -106,6 +110,6 @@ using Action =
                  steps::OpenURL, steps::SceneOpenURLs, steps::SetNotificationDelegate,
                  steps::ConnectScene, steps::SetFirebase, steps::ReleaseMessagingDelegate,
                  steps::SetURLDelegate, steps::SetConfig, steps::SetSwizzlingEnabled, steps::Call,
-                 steps::Advance, steps::State>;
+                 steps::FinishLaunching, steps::Busy, steps::Advance, steps::State>;
 
 }  // namespace sim

@@ -1,7 +1,9 @@
 #include "Simulator/Scenario/Verbs.h"
 
+#include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Scenario/DeviceReader.h"
+#include "Simulator/Scenario/Document.h"
 #include "Simulator/Scenario/HostReader.h"
 #include "Simulator/Scenario/Stage.h"
 #include "Simulator/Timeline/Timeline.h"
@@ -19,9 +21,9 @@ void addReturn(std::string_view of, const Json& value) {
 zib::URL urlFrom(const std::string& text) { return zib::URL::parse(text).value(); }
 
 void playConfigurePush(Stage& stage, const ConfigurePush& step) {
-  const auto configured = [firebase = step.firebase](const Json& config) {
+  const auto configured = [&stage, firebase = step.firebase](const Json& config) {
     Timeline::shared().add("firebaseConfig", {{"config", config}});
-    if (firebase) Stage::applyFirebase(*firebase);
+    if (firebase) stage.applyFirebase(*firebase);
   };
   std::function<void(bool)> completion;
   if (step.hasCompletion) {
@@ -45,20 +47,26 @@ void playPresent(Stage& stage, const Present& step) {
 }
 
 void playRespond(Stage& stage, const Respond& step) {
-  usernotifications::respond(step.userInfo, step.action,
-                             [&] { return stage.completions().make("didReceive"); });
+  Stage::callBack("didReceive", [&stage, step] {
+    usernotifications::respond(step.userInfo, step.action,
+                               [&] { return stage.completions().make("didReceive"); });
+  });
 }
 
 void playOpenURL(Stage& /*stage*/, const OpenURL& step) {
-  if (const auto result = uikit::deliverURL(urlFrom(step.url), step.options)) {
-    addReturn("openURL", *result);
-  }
+  Stage::callBack("openURL", [step] {
+    if (const auto result = uikit::deliverURL(urlFrom(step.url), step.options)) {
+      addReturn("openURL", *result);
+    }
+  });
 }
 
 void playSceneOpenURLs(Stage& /*stage*/, const SceneOpenURLs& step) {
-  std::vector<zib::URL> urls;
-  for (const std::string& url : step.urls) urls.push_back(urlFrom(url));
-  uikit::deliverURLContexts(step.scene, urls);
+  Stage::callBack("openURLContexts", [step] {
+    std::vector<zib::URL> urls;
+    for (const std::string& url : step.urls) urls.push_back(urlFrom(url));
+    uikit::deliverURLContexts(step.scene, urls);
+  });
 }
 
 void playCall(Stage& /*stage*/, const Call& step) {
@@ -81,6 +89,34 @@ const Kind<std::size_t>& connectedScene() {
                                       {{"type", "integer"}, {"minimum", 0}},
                                       [](const std::size_t& index) { return Json(index); }};
   return kind;
+}
+
+// A push payload as it stands in a file.
+zib::ValueMap readPayloadFile(const Node& name, Reading& reading) {
+  const std::string text = readNamedFile(name, reading.folder);
+  try {
+    return kinds::payload().read(Node(parseDocument(text), ""), reading);
+  } catch (const ScenarioError& error) {
+    name.fail("no payload: " + std::string(error.what()), "a file with a JSON object");
+  }
+}
+
+template <class T>
+Record<T> payloadRecord() {
+  static const Kind<zib::ValueMap> file{&readPayloadFile, {{"type", "string"}}};
+  return Record<T>()
+      .optional("userInfo", &T::userInfo, kinds::payload(), "its payload")
+      .optional("userInfoFile", &T::userInfo, file,
+                "a .json or .apns file with its payload, named from the scenario's folder on");
+}
+
+void checkPayload(const Node& step) {
+  const auto file = step.find("userInfoFile");
+  if (step.find("userInfo")) {
+    if (file) file->fail("a second payload", "one of \"userInfo\", \"userInfoFile\"");
+  } else if (!file) {
+    static_cast<void>(step.require("userInfo"));
+  }
 }
 
 // The operation's own fields stand below "arguments".
@@ -117,24 +153,26 @@ std::vector<Verb> makeVerbs() {
        answerFields<AnswerAuthorization>(), &playAnswerAuthorization},
       {"deviceToken", "the system hands the application delegate its device token",
        Record<DeviceToken>().required("hex", &DeviceToken::token, kinds::hex(), "its bytes"),
-       [](Stage&, const DeviceToken& step) { uikit::deliverDeviceToken(step.token); }},
+       [](Stage&, const DeviceToken& step) {
+         Stage::callBack("didRegister", [step] { uikit::deliverDeviceToken(step.token); });
+       }},
       {"registrationFailure", "the system tells the application delegate that there is no token",
        Record<RegistrationFailure>().required("error", &RegistrationFailure::error, kinds::error(),
                                               "why"),
        [](Stage&, const RegistrationFailure& step) {
-         uikit::deliverRegistrationFailure(step.error);
+         Stage::callBack("didFail", [step] { uikit::deliverRegistrationFailure(step.error); });
        }},
       {"fcmToken", "Firebase hands its delegate a registration token",
        Record<FCMToken>().required("token", &FCMToken::token, kinds::textOrNull(),
                                    "the token, or null"),
-       [](Stage&, const FCMToken& step) { firebase::deliverToken(step.token); }},
+       [](Stage&, const FCMToken& step) {
+         Stage::callBack("token", [step] { firebase::deliverToken(step.token); });
+       }},
       {"present", "a notification arrives while the app is in the foreground",
-       Record<Present>().required("userInfo", &Present::userInfo, kinds::payload(), "its payload"),
-       &playPresent},
+       payloadRecord<Present>(), &playPresent},
       {"respond", "the user acts on a notification",
-       Record<Respond>()
-           .required("userInfo", &Respond::userInfo, kinds::payload(), "its payload")
-           .optional("action", &Respond::action, kinds::text(), "the action's identifier"),
+       payloadRecord<Respond>().optional("action", &Respond::action, kinds::text(),
+                                         "the action's identifier"),
        &playRespond},
       {"openURL", "the system opens a URL in the app",
        Record<OpenURL>()
@@ -149,13 +187,13 @@ std::vector<Verb> makeVerbs() {
       {"setNotificationDelegate", "the host sets the notification centre's delegate",
        Record<SetNotificationDelegate>().required("delegate", &SetNotificationDelegate::delegate,
                                                   kinds::notificationDelegate(), "the delegate"),
-       [](Stage&, const SetNotificationDelegate& step) {
-         usernotifications::setDelegate(Stage::makeDelegate(step.delegate));
+       [](Stage& stage, const SetNotificationDelegate& step) {
+         usernotifications::setDelegate(stage.makeDelegate(step.delegate));
        }},
       {"connectScene", "a scene connects", sceneRecord<ConnectScene>(),
-       [](Stage&, const ConnectScene& step) { Stage::connectScene(step); }},
+       [](Stage& stage, const ConnectScene& step) { stage.connectScene(step); }},
       {"setFirebase", "Firebase appears, or changes", firebaseRecord<SetFirebase>(),
-       [](Stage&, const SetFirebase& step) { Stage::applyFirebase(step); }},
+       [](Stage& stage, const SetFirebase& step) { stage.applyFirebase(step); }},
       {"releaseMessagingDelegate", "the host lets its messaging delegate go",
        Record<ReleaseMessagingDelegate>(),
        [](Stage& stage, const ReleaseMessagingDelegate&) { stage.module().letDelegateGo(); }},
@@ -182,6 +220,13 @@ std::vector<Verb> makeVerbs() {
            .custom({"arguments", "what it takes", false, {{"type", "object"}}},
                    [](const Node&, Reading&, Call&) {}),
        &playCall},
+      {"finishLaunching",
+       "an application that is late appears; the application says that it has launched",
+       Record<FinishLaunching>(),
+       [](Stage& stage, const FinishLaunching&) { stage.finishLaunching(); }},
+      {"busy", "the main thread is busy: what falls due meanwhile is late",
+       Record<Busy>().required("seconds", &Busy::seconds, kinds::seconds(), "how long"),
+       [](Stage&, const Busy& step) { Scheduler::shared().passWithoutWork(step.seconds); }},
       {"advance", "virtual time passes",
        Record<Advance>().required("seconds", &Advance::seconds, kinds::seconds(), "how much"),
        [](Stage& stage, const Advance& step) { stage.passTimeAfterStep(step.seconds); }},
@@ -203,6 +248,12 @@ void checkOrder(const Node& node, const Action& action, Reading& reading) {
     checkScene(node, 0, reading.connectedScenes);
   }
   if (std::holds_alternative<ConnectScene>(action)) ++reading.connectedScenes;
+  if (std::holds_alternative<FinishLaunching>(action)) {
+    reading.connectedScenes += std::exchange(reading.lateScenes, 0);
+  }
+  if (std::holds_alternative<Present>(action) || std::holds_alternative<Respond>(action)) {
+    checkPayload(node);
+  }
 }
 
 Step readStep(const Node& node, Reading& reading) {
@@ -231,6 +282,9 @@ Json stepSchema(const Verb& verb) {
                                     {"default", "main"},
                                     {"description", "the thread that it runs on"}};
   schema["required"].push_back("do");
+  if (schema["properties"].contains("userInfoFile")) {
+    schema["oneOf"] = {{{"required", {"userInfo"}}}, {{"required", {"userInfoFile"}}}};
+  }
   return schema;
 }
 

@@ -12,6 +12,9 @@ inline constexpr zib::FixedString didRegister =
 inline constexpr zib::FixedString didFailToRegister =
     "application:didFailToRegisterForRemoteNotificationsWithError:";
 inline constexpr zib::FixedString openURLWithOptions = "application:openURL:options:";
+inline constexpr zib::FixedString openURLFromSource =
+    "application:openURL:sourceApplication:annotation:";
+inline constexpr zib::FixedString handleOpenURL = "application:handleOpenURL:";
 inline constexpr zib::FixedString sceneOpenURLContexts = "scene:openURLContexts:";
 
 inline void sendDeviceToken(zib::objc::id delegate, zib::objc::id application,
@@ -28,6 +31,17 @@ inline bool sendURL(zib::objc::id delegate, zib::objc::id application, zib::objc
                     zib::objc::id options) {
   return zib::send<zib::objc::BOOL>(delegate, zib::selector<openURLWithOptions>(), application, url,
                                     options) != 0;
+}
+
+inline bool sendURLFromSource(zib::objc::id delegate, zib::objc::id application, zib::objc::id url,
+                              zib::objc::id source, zib::objc::id annotation) {
+  return zib::send<zib::objc::BOOL>(delegate, zib::selector<openURLFromSource>(), application, url,
+                                    source, annotation) != 0;
+}
+
+inline bool sendURLToHandle(zib::objc::id delegate, zib::objc::id application, zib::objc::id url) {
+  return zib::send<zib::objc::BOOL>(delegate, zib::selector<handleOpenURL>(), application, url) !=
+         0;
 }
 
 inline void sendURLContexts(zib::objc::id delegate, zib::objc::id scene, zib::objc::id contexts) {

@@ -35,10 +35,21 @@ constexpr const char* sceneClass = "UIScene";
 constexpr const char* windowSceneClass = "UIWindowScene";
 constexpr const char* contextClass = "UIOpenURLContext";
 
+constexpr const char* optionalMethods[] = {didRegister.data(), didFailToRegister.data(),
+                                           openURLWithOptions.data(), openURLFromSource.data(),
+                                           handleOpenURL.data()};
+
 struct State {
   bool opensURLs = true;
+  bool hasLaunched = true;
+  AsksDelegate asksDelegate = AsksDelegate::eachTime;
   Object application;
-  Object appDelegate;
+  // Not retained, as on the phone.
+  id delegate = nullptr;
+  // Which of the optional methods the delegate had when it was set.
+  std::array<bool, std::size(optionalMethods)> answers{};
+  // What the host keeps alive.
+  Object hostsDelegate;
   std::vector<Object> scenes;
 };
 
@@ -53,8 +64,37 @@ void record(const char* operation, Json fields = Json::object()) {
 }
 
 id sharedApplication(id, SEL) { return state().application.raw(); }
-id delegate(id, SEL) { return state().appDelegate.raw(); }
-void setDelegate(id, SEL, id newDelegate) { state().appDelegate = Object::retained(newDelegate); }
+id delegate(id, SEL) { return state().delegate; }
+
+void useDelegate(id newDelegate) {
+  state().delegate = newDelegate;
+  for (std::size_t index = 0; index < std::size(optionalMethods); ++index) {
+    state().answers.at(index) = responds(newDelegate, zib::Selector(optionalMethods[index]));
+  }
+}
+
+void recordAndSetDelegate(id, SEL, id newDelegate) {
+  record("setApplicationDelegate",
+         {{"class",
+           newDelegate == nullptr ? Json() : Json(Class::visibleClassOf(newDelegate).name())}});
+  useDelegate(newDelegate);
+}
+
+// Whether the application calls that method of its delegate.
+bool calls(zib::Selector method) {
+  if (state().asksDelegate == AsksDelegate::eachTime) return responds(appDelegate(), method);
+  for (std::size_t index = 0; index < std::size(optionalMethods); ++index) {
+    if (method == zib::Selector(optionalMethods[index])) return state().answers.at(index);
+  }
+  return false;
+}
+
+void post(const char* notification, id object) {
+  const id center =
+      send<id>(classNamed<"NSNotificationCenter">().object(), selector<"defaultCenter">());
+  send<void>(center, selector<"postNotificationName:object:">(),
+             zib::makeString(notification).raw(), object);
+}
 
 id connectedScenes(id, SEL) { return autoreleased(makeOrderedSet(state().scenes)); }
 
@@ -68,20 +108,24 @@ void openURL(id, SEL, id url, id options, BlockLayout* completion) {
       [kept = Completion::copied(completion)] { kept(static_cast<BOOL>(state().opensURLs)); });
 }
 
+void makeApplication() {
+  state().application =
+      Object::adopted(send<id>(Class::named(applicationClass).object(), selector<"new">()));
+}
+
 void registerApplication(ApplicationPresence presence) {
   zib::ClassBuilder builder(applicationClass, classNamed<"NSObject">());
   builder.classMethod("sharedApplication", &sharedApplication)
       .method("delegate", &delegate)
-      .method("setDelegate:", &setDelegate)
+      .method("setDelegate:", &recordAndSetDelegate)
       .method("connectedScenes", &connectedScenes)
       .method("registerForRemoteNotifications", &registerForRemoteNotifications);
   if (presence != ApplicationPresence::noOpenURL) {
     builder.method("openURL:options:completionHandler:", &openURL);
   }
-  const Class cls = builder.registerClass();
-  if (presence != ApplicationPresence::noInstance) {
-    state().application = Object::adopted(send<id>(cls.object(), selector<"new">()));
-  }
+  builder.registerClass();
+  using enum ApplicationPresence;
+  if (presence != noInstance && presence != late) makeApplication();
 }
 
 }  // namespace
@@ -90,8 +134,10 @@ std::vector<std::string_view> classNames() {
   return {applicationClass, sceneClass, windowSceneClass, contextClass};
 }
 
-void install(ApplicationPresence presence, bool opensURLs) {
+void install(ApplicationPresence presence, bool opensURLs, AsksDelegate asksDelegate) {
   state().opensURLs = opensURLs;
+  state().asksDelegate = asksDelegate;
+  state().hasLaunched = presence != ApplicationPresence::late;
   if (presence != ApplicationPresence::noClass) registerApplication(presence);
   const Class scene = registerStandIn(sceneClass, classNamed<"NSObject">(), {{"delegate"}});
   zib::ClassBuilder(windowSceneClass, scene).registerClass();
@@ -99,13 +145,28 @@ void install(ApplicationPresence presence, bool opensURLs) {
 }
 
 id application() { return state().application.raw(); }
-void setAppDelegate(Object delegate) { state().appDelegate = std::move(delegate); }
-id appDelegate() { return state().appDelegate.raw(); }
+
+void finishLaunching() {
+  if (!state().hasLaunched) {
+    state().hasLaunched = true;
+    makeApplication();
+    useDelegate(state().hostsDelegate.raw());
+  }
+  post("UIApplicationDidFinishLaunchingNotification", application());
+}
+
+void setAppDelegate(Object delegate) {
+  state().hostsDelegate = std::move(delegate);
+  if (state().hasLaunched) useDelegate(state().hostsDelegate.raw());
+}
+
+id appDelegate() { return state().delegate; }
 
 void connectScene(bool hasWindow, const Object& delegate) {
   Object scene = makeStandIn(Class::named(hasWindow ? windowSceneClass : sceneClass));
   setProperty(scene.raw(), "delegate", delegate);
-  state().scenes.push_back(std::move(scene));
+  state().scenes.push_back(scene);
+  post("UISceneWillConnectNotification", scene.raw());
 }
 
 id scene(std::size_t index) { return state().scenes.at(index).raw(); }
@@ -120,20 +181,28 @@ Object makeURLContexts(const std::vector<Object>& urls) {
 }
 
 void deliverDeviceToken(std::span<const std::uint8_t> token) {
-  if (!responds(appDelegate(), selector<didRegister>())) return;
+  if (!calls(selector<didRegister>())) return;
   sendDeviceToken(appDelegate(), application(), zib::makeData(token).raw());
 }
 
 void deliverRegistrationFailure(const std::optional<zib::Error>& error) {
-  if (!responds(appDelegate(), selector<didFailToRegister>())) return;
+  if (!calls(selector<didFailToRegister>())) return;
   const Object native = error ? error->nativeError() : Object();
   sendRegistrationFailure(appDelegate(), application(), native.raw());
 }
 
 std::optional<bool> deliverURL(const zib::URL& url, const zib::ValueMap& options) {
-  if (!responds(appDelegate(), selector<openURLWithOptions>())) return std::nullopt;
-  const Object dictionary = zib::objectFrom(options);
-  return sendURL(appDelegate(), application(), url.native(), dictionary.raw());
+  if (calls(selector<openURLWithOptions>())) {
+    const Object dictionary = zib::objectFrom(options);
+    return sendURL(appDelegate(), application(), url.native(), dictionary.raw());
+  }
+  if (calls(selector<openURLFromSource>())) {
+    return sendURLFromSource(appDelegate(), application(), url.native(), nullptr, nullptr);
+  }
+  if (calls(selector<handleOpenURL>())) {
+    return sendURLToHandle(appDelegate(), application(), url.native());
+  }
+  return std::nullopt;
 }
 
 void deliverURLContexts(std::size_t index, const std::vector<zib::URL>& urls) {

@@ -20,21 +20,31 @@
 
 namespace sim::uikit {
 
-enum class ApplicationPresence { present, noClass, noInstance, noOpenURL };
+enum class ApplicationPresence { present, noClass, noInstance, noOpenURL, late };
+
+// When the application asks its delegate which optional methods it has: once, when it is set, or
+// each time that it is about to call one.
+enum class AsksDelegate { whenSet, eachTime };
 
 // Of the classes that install() registers.
 std::vector<std::string_view> classNames();
 
 // Registers the classes. Once in a process.
-void install(ApplicationPresence presence, bool opensURLs);
+void install(ApplicationPresence presence, bool opensURLs,
+             AsksDelegate asksDelegate = AsksDelegate::eachTime);
 
 // The application object, or nil.
 zib::objc::id application();
+// An application that is late appears, asks its delegate, and says that it has launched; any other
+// only says so.
+void finishLaunching();
 
+// What the host sets it keeps alive; the application itself does not.
 void setAppDelegate(zib::Object delegate);
 zib::objc::id appDelegate();
 
-// Connects a scene; one without a window is no UIWindowScene. Scenes are numbered from 0.
+// Connects a scene, and says so; one without a window is no UIWindowScene. Scenes are numbered from
+// 0.
 void connectScene(bool hasWindow, const zib::Object& delegate);
 zib::objc::id scene(std::size_t index);
 
@@ -44,7 +54,7 @@ zib::Object makeURLContexts(const std::vector<zib::Object>& urls);
 // The system calls a delegate, if it responds.
 void deliverDeviceToken(std::span<const std::uint8_t> token);
 void deliverRegistrationFailure(const std::optional<zib::Error>& error);
-// What the delegate answers.
+// What the delegate answers: by the newest method for it that it has.
 std::optional<bool> deliverURL(const zib::URL& url, const zib::ValueMap& options);
 void deliverURLContexts(std::size_t scene, const std::vector<zib::URL>& urls);
 
@@ -56,5 +66,13 @@ struct sim::Names<sim::uikit::ApplicationPresence> {
   static constexpr Named<uikit::ApplicationPresence> rows[] = {{present, "present"},
                                                                {noClass, "noClass"},
                                                                {noInstance, "noInstance"},
-                                                               {noOpenURL, "noOpenURL"}};
+                                                               {noOpenURL, "noOpenURL"},
+                                                               {late, "late"}};
+};
+
+template <>
+struct sim::Names<sim::uikit::AsksDelegate> {
+  using enum uikit::AsksDelegate;
+  static constexpr Named<uikit::AsksDelegate> rows[] = {{whenSet, "whenSet"},
+                                                        {eachTime, "eachTime"}};
 };

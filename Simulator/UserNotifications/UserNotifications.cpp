@@ -1,5 +1,7 @@
 #include "Simulator/UserNotifications/UserNotifications.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <deque>
 #include <mutex>
 
@@ -9,11 +11,13 @@
 #include "Simulator/ObjectiveC/DelegateCall.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "Simulator/ObjectiveC/StandIn.h"
+#include "Simulator/ObjectiveC/WeakReference.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace sim::usernotifications {
@@ -41,15 +45,18 @@ constexpr const char* centerClass = "UNUserNotificationCenter";
 
 struct State {
   Object center;
-  Object delegate;
+  WeakReference delegate;
+  // What the host keeps alive.
+  Object hostsDelegate;
   std::optional<Answer> answer;
+  bool hasBundleIdentifier = true;
   std::mutex mutex;
   std::deque<Handler> requests;
 };
 
 State& state() {
-  static State state;
-  return state;
+  static zib::NeverDestroyed<State> state([] { return State(); });
+  return *state;
 }
 
 void record(const char* operation, Json fields) {
@@ -62,13 +69,22 @@ void give(const Handler& handler, const Answer& answer) {
   handler(static_cast<BOOL>(answer.granted), error.raw());
 }
 
-id currentNotificationCenter(id, SEL) { return state().center.raw(); }
-id getDelegate(id, SEL) { return state().delegate.raw(); }
+id currentNotificationCenter(id, SEL) {
+  if (!state().hasBundleIdentifier) {
+    std::fputs(
+        "zibsim: bundleProxyForCurrentProcess is nil: +currentNotificationCenter was called in "
+        "a process without a bundle identifier\n",
+        stderr);
+    std::abort();
+  }
+  return state().center.raw();
+}
+id getDelegate(id, SEL) { return state().delegate.get(); }
 
 void recordAndSetDelegate(id, SEL, id delegate) {
   record("setNotificationDelegate",
          {{"class", delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name())}});
-  state().delegate = Object::retained(delegate);
+  state().delegate.set(delegate);
 }
 
 void requestAuthorization(id, SEL, UInteger options, BlockLayout* handler) {
@@ -149,7 +165,8 @@ std::vector<std::string_view> classNames() {
           actionClass,  categoryClass, centerClass};
 }
 
-void install(std::optional<Answer> answer) {
+void install(std::optional<Answer> answer, bool hasBundleIdentifier) {
+  state().hasBundleIdentifier = hasBundleIdentifier;
   state().answer = std::move(answer);
   registerValueClasses();
   const Class cls =
@@ -163,8 +180,12 @@ void install(std::optional<Answer> answer) {
   state().center = Object::adopted(send<id>(cls.object(), selector<"new">()));
 }
 
-void setDelegate(Object delegate) { state().delegate = std::move(delegate); }
-id delegate() { return state().delegate.raw(); }
+void setDelegate(Object delegate) {
+  state().delegate.set(delegate.raw());
+  state().hostsDelegate = std::move(delegate);
+}
+
+id delegate() { return state().delegate.get(); }
 
 bool answerOldestRequest(const Answer& answer) {
   std::optional<Handler> handler;

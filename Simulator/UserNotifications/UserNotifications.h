@@ -28,9 +28,11 @@ std::vector<std::string_view> classNames();
 
 // Registers the classes. The user answers each request with `answer`, at once, on the thread
 // "system"; without one, requests wait for answerOldestRequest(). Once in a process.
-void install(std::optional<Answer> answer);
+// Without a bundle identifier, asking for the notification centre ends the process.
+void install(std::optional<Answer> answer, bool hasBundleIdentifier = true);
 
-// What the host does, without a trace in the timeline.
+// What the host does, without a trace in the timeline. What it sets it keeps alive; the centre
+// itself holds its delegate weakly.
 void setDelegate(zib::Object delegate);
 zib::objc::id delegate();
 

@@ -4,9 +4,11 @@
 
 #include <vector>
 
+#include "Simulator/Foundation/Foundation.h"
 #include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -107,8 +109,27 @@ TEST_F(URLTest, InvalidTextsAreNoURLs) {
   for (const std::string& text : texts) {
     SCOPED_TRACE(text);
     EXPECT_FALSE(URL::parse(text));
-    EXPECT_EQ(urlWithString(text), nullptr);
   }
+}
+
+TEST_F(URLTest, TheSystemRepairsUnlessItIsToldNotTo) {
+  EXPECT_EQ(absoluteString(urlWithString("http://h/a b")), "http://h/a%20b");
+  EXPECT_EQ(absoluteString(urlWithString("http://h/?a[]=1")), "http://h/?a%5B%5D=1");
+}
+
+// Not of the fixture, whose system is of a later version.
+TEST(LegacyURLTest, BracketsStandAnywhereAndNothingIsRepaired) {
+  const zib::AutoreleasePool pool;
+  sim::setSystemVersion(16, 4);
+  sim::installFoundation();
+  for (const char* text : {"http://h/?a[]=1", "http://h/[x]#[y]", "http://[::1]/?a[]=1"}) {
+    EXPECT_EQ(absoluteString(urlWithString(text)), text);
+    EXPECT_EQ(URL::parse(text).value().absoluteString(), text);
+  }
+  EXPECT_EQ(URL::parse("http://h/?a[]=1&b=2")->queryItems().front().name, "a[]");
+  EXPECT_EQ(urlWithString("http://h/a b"), nullptr);
+  EXPECT_FALSE(classNamed<"NSURL">().instanceMethod(
+      selector<"initWithString:encodingInvalidCharacters:">()));
 }
 
 TEST_F(URLTest, NilIsNoURL) {

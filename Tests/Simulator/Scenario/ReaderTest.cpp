@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Mistake{"InTheDevice", R"({"steps": [], "device": {"os": "17.0"}})",
                 R"(/device/os: unknown key; allowed: "osVersion", "bundlePath", "application", )"
-                R"("authorization", "opensURLs", "documents")"},
+                R"("bundleIdentifier", "asksDelegate", "authorization", "opensURLs", "documents")"},
         Mistake{
             "InTheAuthorization", R"({"steps": [], "device": {"authorization": {"deny": true}}})",
             R"(/device/authorization/deny: unknown key; allowed: "granted", "error", "answer")"},
@@ -88,14 +88,17 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"InTheHost", withHost(R"({"delegate": null})"),
                 R"(/host/delegate: unknown key; allowed: "appDelegate", "notificationDelegate", )"
                 R"("scenes", "firebase", "messagingDelegate", "urlDelegate")"},
-        Mistake{"InADelegate", withHost(R"({"appDelegate": {"class": "A", "methods": []}})"),
-                R"(/host/appDelegate/methods: unknown key; allowed: "class", "superclass", )"
-                R"("implements", "openURLReturns", "options", "completes")"},
+        Mistake{
+            "InADelegate", withHost(R"({"appDelegate": {"class": "A", "methods": []}})"),
+            R"(/host/appDelegate/methods: unknown key; allowed: "class", "superclass", )"
+            R"("implements", "openURLReturns", "options", "completes", "throws", "callsSuper", )"
+            R"("forwardsTo", "forwarding")"},
         Mistake{
             "InASuperclass",
             withHost(R"({"appDelegate": {"class": "A", "superclass": {"name": "B"}}})"),
             R"(/host/appDelegate/superclass/name: unknown key; allowed: "class", "superclass", )"
-            R"("implements", "openURLReturns", "options", "completes")"},
+            R"("implements", "openURLReturns", "options", "completes", "throws", "callsSuper", )"
+            R"("forwardsTo", "forwarding")"},
         Mistake{
             "InAScene", withHost(R"({"scenes": [{}, {"windows": true}]})"),
             R"(/host/scenes/1/windows: unknown key, did you mean "window"?; allowed: "window", )"
@@ -127,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{
             "Application", R"({"steps": [], "device": {"application": "absent"}})",
             R"(/device/application: got "absent"; allowed: "present", "noClass", "noInstance", )"
-            R"("noOpenURL")"},
+            R"("noOpenURL", "late")"},
         Mistake{"Answer", R"({"steps": [], "device": {"authorization": {"answer": "never"}}})",
                 R"(/device/authorization/answer: got "never"; allowed: "auto", "manual")"},
         Mistake{"Boolean", R"({"steps": [], "device": {"opensURLs": 1}})",
@@ -147,7 +150,8 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{
             "Method", withHost(R"({"appDelegate": {"class": "A", "implements": ["didTap"]}})"),
             R"(/host/appDelegate/implements/0: got "didTap"; allowed: "didRegister", "didFail", )"
-            R"("openURL", "openURLContexts", "willPresent", "didReceive", "token")"},
+            R"("openURL", "openURLContexts", "willPresent", "didReceive", "token", )"
+            R"("openURLFromSource", "handleOpenURL")"},
         Mistake{"NegativeOptions", withHost(R"({"appDelegate": {"class": "A", "options": -1}})"),
                 "/host/appDelegate/options: got -1; allowed: a number of options from 0"},
         Mistake{"DelegateWithoutAClass", withHost(R"({"appDelegate": {"implements": []}})"),
@@ -320,7 +324,7 @@ TEST(ReaderTest, FillsInWhatADelegateLeavesOut) {
   EXPECT_EQ(cls.superclass, "");
   EXPECT_TRUE(cls.openURLReturns);
   EXPECT_EQ(cls.options, 0U);
-  EXPECT_TRUE(cls.completes);
+  EXPECT_EQ(cls.completes, sim::Completes::once);
 }
 
 TEST(ReaderTest, TakesOneClassTwiceIfItIsDescribedAlike) {
