@@ -30,7 +30,7 @@ struct DeviceDescription {
   // None is a test process without a host.
   std::optional<std::string> bundleIdentifier = "com.example.HostApp";
   uikit::ApplicationPresence application = uikit::ApplicationPresence::present;
-  uikit::AsksDelegate asksDelegate = uikit::AsksDelegate::eachTime;
+  uikit::AsksDelegate asksDelegate = uikit::AsksDelegate::whenSet;
   // How the user answers, and whether without being told to.
   usernotifications::Answer authorization;
   bool answersByItself = true;

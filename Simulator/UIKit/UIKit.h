@@ -31,7 +31,7 @@ std::vector<std::string_view> classNames();
 
 // Registers the classes. Once in a process.
 void install(ApplicationPresence presence, bool opensURLs,
-             AsksDelegate asksDelegate = AsksDelegate::eachTime);
+             AsksDelegate asksDelegate = AsksDelegate::whenSet);
 
 // The application object, or nil.
 zib::objc::id application();

@@ -14,12 +14,12 @@ void record(const char* operation, sim::Json fields) {
 }  // namespace
 
 void RecordingMessagingDelegate::zibMessagingDidReceiveToken(ZibMessaging& /*messaging*/,
-                                                 std::string_view token) {
+                                                             std::string_view token) {
   record("zibMessaging(_:didReceiveToken:)", {{"token", token}});
 }
 
-void RecordingMessagingDelegate::zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
-                                                        const zib::Dictionary& userInfo) {
+void RecordingMessagingDelegate::zibMessagingDidReceiveNotification(
+    ZibMessaging& /*messaging*/, const zib::Dictionary& userInfo) {
   record("zibMessaging(_:didReceiveNotification:)",
          {{"userInfo", sim::jsonFrom(userInfo.values())}});
 }
@@ -32,7 +32,7 @@ void RecordingMessagingDelegate::zibMessagingDidReceiveNotificationResponse(
 }
 
 void RecordingMessagingDelegate::zibMessagingDidFailToRegisterWithError(ZibMessaging& /*messaging*/,
-                                                            const zib::Error& error) {
+                                                                        const zib::Error& error) {
   record("zibMessaging(_:didFailToRegisterWithError:)", {{"error", sim::jsonFrom(error)}});
 }
 
