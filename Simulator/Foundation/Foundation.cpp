@@ -12,6 +12,7 @@ void prepareFoundation() {
   static std::once_flag installed;
   std::call_once(installed, [] {
     objc_thread_add();
+    keepThrownExceptions();
     const zib::AutoreleasePool pool;
     installClock();
     installDateFormatter();
@@ -30,7 +31,10 @@ void prepareFoundation() {
 void installFoundation() {
   prepareFoundation();
   static std::once_flag installed;
-  std::call_once(installed, &installURLsOfVersion);
+  std::call_once(installed, [] {
+    const zib::AutoreleasePool pool;
+    installURLsOfVersion();
+  });
 }
 
 }  // namespace sim

@@ -15,6 +15,7 @@ void installBundleAndProcessInfo();
 void installPropertyListSerialization();
 void installStrings();
 void installURLs();
+void keepThrownExceptions();
 
 // The part of installURLs() that not every version of the system has.
 void installURLsOfVersion();

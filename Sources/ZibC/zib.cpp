@@ -441,9 +441,7 @@ void zib_messaging_configure(zib_object application) {
 }
 
 void zib_messaging_register_for_push(zib_object application) {
-  const Operation operation(__func__);
-  if (!operation.has("application", application)) return;
-  operation.run(
+  Operation(__func__).run(
       [&] { ZibMessaging::shared().registerForPush(zib::Application::retained(application)); });
 }
 
@@ -568,8 +566,7 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
   operation.run([&] {
     const auto flow = std::make_shared<Held<PushFlow>>(
         PushFlow{firebase_config_handler, completion, context, release});
-    if (!operation.has("application", application) ||
-        !operation.has("firebase_config_handler",
+    if (!operation.has("firebase_config_handler",
                        reinterpret_cast<const void*>(firebase_config_handler))) {
       return;
     }
@@ -589,9 +586,7 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
 }
 
 void zib_push_config_register_for_push_simple(zib_object application) {
-  const Operation operation(__func__);
-  if (!operation.has("application", application)) return;
-  operation.run([&] {
+  Operation(__func__).run([&] {
     ZibPushConfig::shared().registerForPushSimple(zib::Application::retained(application));
   });
 }

@@ -188,8 +188,9 @@ ZIB_API bool zib_messaging_set_event_vendor(zib_text vendor);
 // null where there is none yet.
 ZIB_API void zib_messaging_configure(zib_object ZIB_NULLABLE application);
 // Asks the user for permission, and the system for a device token once it is granted. Both answers
-// arrive later, on the main thread. `application` is the UIApplication.
-ZIB_API void zib_messaging_register_for_push(zib_object application);
+// arrive later, on the main thread. Without the UIApplication, null, the user is asked all the same,
+// and no device token follows.
+ZIB_API void zib_messaging_register_for_push(zib_object ZIB_NULLABLE application);
 
 // What the application delegate was told; a host that integrates by hand forwards it. The token is
 // an NSData, the error an NSError or null. set_push_token is the same as the first.
@@ -248,15 +249,16 @@ typedef void (*zib_firebase_config_handler)(void* ZIB_NULLABLE context, zib_obje
 typedef void (*zib_push_config_completion)(void* ZIB_NULLABLE context, bool started);
 
 // Makes push depend on a remote switch, from the core's endpoint where `config_endpoint` is no
-// text. The context is released when the flow has ended, whichever way it did. `application` is the
-// UIApplication.
-ZIB_API void zib_push_config_configure_push(zib_object application, zib_text config_endpoint,
+// text. The context is released when the flow has ended, whichever way it did. `application` is
+// as in zib_messaging_register_for_push.
+ZIB_API void zib_push_config_configure_push(zib_object ZIB_NULLABLE application,
+                                            zib_text config_endpoint,
                                             zib_firebase_config_handler firebase_config_handler,
                                             zib_push_config_completion ZIB_NULLABLE completion,
                                             void* ZIB_NULLABLE context,
                                             zib_release ZIB_NULLABLE release);
 // Registers for push at once, without a remote configuration.
-ZIB_API void zib_push_config_register_for_push_simple(zib_object application);
+ZIB_API void zib_push_config_register_for_push_simple(zib_object ZIB_NULLABLE application);
 // Where the latest downloaded property list is stored; no text while there is no such file.
 ZIB_API zib_text zib_push_config_copy_saved_firebase_plist_path(void);
 

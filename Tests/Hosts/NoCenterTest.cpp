@@ -1,15 +1,19 @@
 // A process of unit tests that no app hosts: asking it for the notification centre would end it.
 
 #include "HostTest.h"
+#include "Simulator/Foundation/Foundation.h"
+#include "Simulator/XCTest/XCTest.h"
 #include "ZibMessaging/ZibPushConfig.h"
-#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 
 namespace hosts {
 namespace {
 
 class NoCenterTest : public HostTest {
  protected:
-  NoCenterTest() { zib::ClassBuilder("XCTestCase", zib::classNamed<"NSObject">()).registerClass(); }
+  NoCenterTest() {
+    sim::xctest::install();
+    sim::setMainBundleIdentifier(std::nullopt);
+  }
 };
 
 TEST_F(NoCenterTest, ConfigureSaysSoInOneErrorLine) {

@@ -323,8 +323,6 @@ const Missing everyMissing[] = {
     {"zib_core_install", [] { EXPECT_FALSE(zib_core_install(nullptr)); }, "core is null"},
     {"zib_messaging_set_event_vendor",
      [] { EXPECT_FALSE(zib_messaging_set_event_vendor(zib_text{})); }, "vendor is null"},
-    {"zib_messaging_register_for_push", [] { zib_messaging_register_for_push(nullptr); },
-     "application is null"},
     {"zib_messaging_did_register_for_remote_notifications",
      [] { zib_messaging_did_register_for_remote_notifications(nullptr); }, "device_token is null"},
     {"zib_messaging_did_register_for_remote_notifications",
@@ -360,19 +358,10 @@ const Missing everyMissing[] = {
      "source is null"},
     {"zib_push_config_configure_push",
      [] {
-       zib_push_config_configure_push(
-           nullptr, zib_text_of("https://config.example"), [](void*, zib_object) {}, nullptr,
-           nullptr, nullptr);
-     },
-     "application is null"},
-    {"zib_push_config_configure_push",
-     [] {
        zib_push_config_configure_push(Device::application().native(), zib_text{}, nullptr, nullptr,
                                       nullptr, nullptr);
      },
      "firebase_config_handler is null"},
-    {"zib_push_config_register_for_push_simple",
-     [] { zib_push_config_register_for_push_simple(nullptr); }, "application is null"},
     {"zib_payload_builder_create_notification_payload",
      [] {
        EXPECT_EQ(zib_payload_builder_create_notification_payload(nullptr, zib_text_of("e")),

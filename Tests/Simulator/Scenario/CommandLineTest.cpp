@@ -456,12 +456,11 @@ TEST_F(CommandLineTest, CarriesPayloadsOfEveryKindUnchanged) {
 
 TEST_F(CommandLineTest, WritesNothingThatBreaksALine) {
   const Outcome outcome = zibsim({"run", "--format", "jsonl", "-"},
-                                 R"({"steps": [{"do": "call", "operation": "setFCMToken",
-                     "arguments": {"token": "a\u0085b\u2028c\u2029d\ne"}}]})");
-  EXPECT_NE(outcome.output.find(R"(a\u0085b\u2028c\u2029d\ne...)"), std::string::npos);
-  EXPECT_EQ(entriesIn(outcome.output).back().at("message"),
-            "⚠️ Ignoring FCM token received before APNS registration: "
-            "a\u0085b\u2028c\u2029d\ne...");
+                                 R"({"steps": [{"do": "call", "operation": "createEventPayload",
+                     "arguments": {"eventName": "a\u0085b\u2028c\u2029d\ne"}}]})");
+  EXPECT_NE(outcome.output.find(R"("a\u0085b\u2028c\u2029d\ne")"), std::string::npos);
+  EXPECT_EQ(entriesIn(outcome.output).back().at("value").at("event_name"),
+            "a\u0085b\u2028c\u2029d\ne");
 }
 
 TEST_F(CommandLineTest, TakesNullForWhatIsNotThere) {
