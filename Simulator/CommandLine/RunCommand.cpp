@@ -170,6 +170,7 @@ int runScenarios(const RunOptions& options) {
   std::optional<Output> junit;
   if (!options.junit.empty()) junit.emplace(options.junit);
   std::vector<Scenario> scenarios;
+  scenarios.reserve(files.size());
   for (const ScenarioFile& file : files) scenarios.push_back(file.scenario);
   Run run(options, files, output);
   playInProcesses(scenarios, jobsFor(options), run);

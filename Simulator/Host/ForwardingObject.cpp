@@ -7,7 +7,6 @@ namespace sim {
 namespace {
 
 using zib::Class;
-using zib::classNamed;
 using zib::Object;
 using zib::selector;
 using zib::send;

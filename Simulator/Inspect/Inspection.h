@@ -66,7 +66,7 @@ struct Inspection {
 
 // Throws ScenarioError for what is no payload. Needs installFoundation(), and a pool on this
 // thread.
-Inspection inspect(std::string_view payload, std::string_view eventType);
+Inspection inspect(std::string_view text, std::string_view eventType);
 
 Json jsonFrom(const Inspection& inspection);
 

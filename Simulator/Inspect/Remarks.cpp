@@ -158,13 +158,13 @@ void remarkOnFixedFields(const Payload& payload, Remarks& remarks) {
 // What is said in words where a URL cannot be.
 std::string whatIsNoURL(const std::string& candidate) {
   if (trimmed(candidate) != candidate) return " has a space before or after it";
-  for (std::size_t at = 0; at < candidate.size(); ++at) {
-    const auto code = static_cast<unsigned char>(candidate[at]);
+  for (const char character : candidate) {
+    const auto code = static_cast<unsigned char>(character);
     if (code == ' ') return " has a space in it (write %20)";
     if (code >= 0x80) return " has a character beyond ASCII in it (percent-encode it)";
     if (code < 0x20 || code == 0x7F) return " has a control character in it";
-    if (std::string_view("\\^{}|<>\"`").find(candidate[at]) != std::string_view::npos) {
-      return std::string(" has ") + candidate[at] + " in it (percent-encode it)";
+    if (std::string_view("\\^{}|<>\"`").find(character) != std::string_view::npos) {
+      return std::string(" has ") + character + " in it (percent-encode it)";
     }
   }
   return " is no valid URL";
@@ -241,8 +241,9 @@ void remarkOnEventType(const Inspection& inspection, Remarks& remarks) {
 }
 
 void remarkOnEmptyTexts(const Inspection& inspection, Remarks& remarks) {
+  const Json emptyText = "";
   for (const InspectedField& field : inspection.event) {
-    if (field.value != "" || field.key == "event_type") continue;
+    if (field.value != emptyText || field.key == "event_type") continue;
     remarks.push_back(
         {field.key, inQuotes(field.key) + " is reported as an empty text, not as null"});
   }

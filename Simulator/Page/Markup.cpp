@@ -1,5 +1,7 @@
 #include "Simulator/Page/Markup.h"
 
+#include <algorithm>
+
 namespace sim {
 namespace {
 
@@ -66,9 +68,8 @@ Markup& Markup::add(const Markup& other) {
 
 std::string Markup::str() const {
   std::string html = html_;
-  for (auto tag = open_.rbegin(); tag != open_.rend(); ++tag) {
-    html.append("</").append(*tag).append(">");
-  }
+  std::for_each(open_.rbegin(), open_.rend(),
+                [&html](std::string_view tag) { html.append("</").append(tag).append(">"); });
   return html;
 }
 

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <vector>
 
 #include "Simulator/Timeline/Timeline.h"
@@ -120,6 +120,7 @@ struct Pipes {
 pid_t start(const std::string& program, const Pipes& pipes) {
   std::vector<std::string> words{program, "run", "--format", "html", "--jobs", "1", "-"};
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   const pid_t child = ::fork();

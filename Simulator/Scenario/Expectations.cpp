@@ -68,13 +68,17 @@ std::vector<std::size_t> nearestEntries(const Json& expected, const std::vector<
   return nearest;
 }
 
+std::string placeOf(const std::string& way, const std::string& key) {
+  return way.empty() ? key : way + "." + key;
+}
+
 // What of an entry is not as expected, each with the way to it.
 void addDifferences(const Json& expected, const Json& actual, const std::string& way,
                     std::string& text) {
   if (matches(expected, actual)) return;
   if (expected.is_object() && actual.is_object()) {
     for (const auto& [key, value] : expected.items()) {
-      const std::string place = way.empty() ? key : way + "." + key;
+      const std::string place = placeOf(way, key);
       const auto member = actual.find(key);
       if (member == actual.end()) {
         text += "\n      " + place + " is not there; expected: " + value.dump();

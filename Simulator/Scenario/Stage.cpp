@@ -82,9 +82,9 @@ void Stage::applyFirebase(const FirebaseDescription& firebase) const {
 
 void Stage::endStep() {
   if (const double seconds = std::exchange(secondsAfterStep_, 0); seconds > 0) {
-    device_.advance(seconds);
+    Device::advance(seconds);
   }
-  device_.settle();
+  Device::settle();
 }
 
 }  // namespace sim

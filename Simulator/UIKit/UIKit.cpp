@@ -209,6 +209,7 @@ void deliverURLContexts(std::size_t index, const std::vector<zib::URL>& urls) {
   const id delegate = send<id>(scene(index), selector<"delegate">());
   if (!responds(delegate, selector<sceneOpenURLContexts>())) return;
   std::vector<Object> objects;
+  objects.reserve(urls.size());
   for (const zib::URL& url : urls) objects.push_back(Object::retained(url.native()));
   sendURLContexts(delegate, scene(index), makeURLContexts(objects).raw());
 }

@@ -56,7 +56,7 @@ void deliverDeviceToken(std::span<const std::uint8_t> token);
 void deliverRegistrationFailure(const std::optional<zib::Error>& error);
 // What the delegate answers: by the newest method for it that it has.
 std::optional<bool> deliverURL(const zib::URL& url, const zib::ValueMap& options);
-void deliverURLContexts(std::size_t scene, const std::vector<zib::URL>& urls);
+void deliverURLContexts(std::size_t index, const std::vector<zib::URL>& urls);
 
 }  // namespace sim::uikit
 
