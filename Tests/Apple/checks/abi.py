@@ -22,9 +22,10 @@ class PlatformAbi:
 
 def method_types(compiler):
     text = "".join(path.read_text() for path in source_files())
-    # Each by its name where it is added to a class, or, for interceptors, in their table.
+    # Each by its name where it is added to a class, or, for interceptors, in their table. All of
+    # these take something, which tells their selectors from the names in zib.h.
     registrations = (re.findall(r'\.(?:method|classMethod)\(\s*"', text)
-                     + sorted(set(re.findall(r'"zib_[\w:]+"', text))))
+                     + sorted(set(re.findall(r'"zib_\w+:[\w:]*"', text))))
     made = {target: platform_abi(compiler, target) for target in TARGETS}
     for abi in made.values():
         require([selector for _, selector, _ in abi.methods if f'"{selector}"' not in text],

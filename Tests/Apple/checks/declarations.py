@@ -45,7 +45,8 @@ def declarations(compiler):
 def comparable_declarations():
     """Our name and the platform's symbol of each declaration that a header of the platform has."""
     native = re.sub(r"^ *(#|//).*$", "", NATIVE.read_text(), flags=re.M)
-    bound = re.findall(r"(\w+)(?:\([^;]*\)|\[\d+\])?\s+ZIB_SYMBOL\((\w+)\);", native)
+    # A pointer to a function has its name in parentheses.
+    bound = re.findall(r"(\w+)\)?(?:\([^;]*\)|\[\d+\])?\s+ZIB_SYMBOL\((\w+)\);", native)
     if len(bound) != native.count("ZIB_SYMBOL("):
         raise Failure("Native.h binds a symbol in a way that the check cannot read")
     return [(name, symbol) for name, symbol in bound
