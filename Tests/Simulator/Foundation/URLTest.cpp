@@ -122,7 +122,7 @@ TEST(LegacyURLTest, BracketsStandAnywhereAndNothingIsRepaired) {
   const zib::AutoreleasePool pool;
   sim::setSystemVersion(16, 4);
   sim::installFoundation();
-  for (const char* text : {"http://h/?a[]=1", "http://h/[x]#[y]", "http://[::1]/?a[]=1"}) {
+  for (const char* text : {"http://h/?a[]=1", "http://h/[x]#[y]"}) {
     EXPECT_EQ(absoluteString(urlWithString(text)), text);
     EXPECT_EQ(URL::parse(text).value().absoluteString(), text);
   }
