@@ -188,8 +188,8 @@ ZIB_API bool zib_messaging_set_event_vendor(zib_text vendor);
 // null where there is none yet.
 ZIB_API void zib_messaging_configure(zib_object ZIB_NULLABLE application);
 // Asks the user for permission, and the system for a device token once it is granted. Both answers
-// arrive later, on the main thread. Without the UIApplication, null, the user is asked all the same,
-// and no device token follows.
+// arrive later, on the main thread. Without the UIApplication, null, the user is asked all the
+// same, and no device token follows.
 ZIB_API void zib_messaging_register_for_push(zib_object ZIB_NULLABLE application);
 
 // What the application delegate was told; a host that integrates by hand forwards it. The token is
