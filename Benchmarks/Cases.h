@@ -2,13 +2,10 @@
 
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace bench {
 
@@ -38,10 +35,5 @@ inline constexpr std::string_view configureCase = "configure";
 inline constexpr double configureTarget = 2;
 void configureFloor();
 void configureOurs();
-
-// For the growth of costs: a notification's payload of that many keys, the usual 12 among them, and
-// a URL with that many campaign parameters.
-zib::Object payloadOf(std::size_t keys, std::size_t bytes = 0);
-std::string campaignURL(std::size_t parameters);
 
 }  // namespace bench

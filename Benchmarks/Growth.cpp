@@ -10,6 +10,7 @@
 
 #include "Benchmarks/Comparison.h"
 #include "Benchmarks/Device.h"
+#include "Benchmarks/Inputs.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"

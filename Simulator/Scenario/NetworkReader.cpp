@@ -141,8 +141,9 @@ void checkTarget(const Node& answer, std::string_view target) {
 Site readSite(const Node& node, Reading& reading) {
   if (!node.value().is_object()) node.failType("an object");
   Site site;
-  for (const auto& [target, ignored] : node.value().items()) {
-    reading.collectErrorOf([&, &target = target] {
+  for (const auto& listed : node.value().items()) {
+    const std::string& target = listed.key();
+    reading.collectErrorOf([&] {
       const Node answer = node.require(target);
       checkTarget(answer, target);
       site.emplace(target, readAnswer(answer, reading));
@@ -154,8 +155,9 @@ Site readSite(const Node& node, Reading& reading) {
 Sites readSites(const Node& node, Reading& reading) {
   if (!node.value().is_object()) node.failType("an object");
   Sites sites;
-  for (const auto& [host, ignored] : node.value().items()) {
-    reading.collectErrorOf([&, &host = host] {
+  for (const auto& listed : node.value().items()) {
+    const std::string& host = listed.key();
+    reading.collectErrorOf([&] {
       const Node site = node.require(host);
       checkHost(site, host);
       if (!sites.emplace(listedHost(host), readSite(site, reading)).second) {

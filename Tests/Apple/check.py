@@ -10,8 +10,8 @@ import sys
 import time
 from pathlib import Path
 
-from checks import (abi, builds, declarations, exports, hosts, imports, lines, refused, size,
-                    xcframework)
+from checks import (abi, builds, declarations, exports, hosts, imports, lines, on_device, refused,
+                    size, xcframework)
 from checks.compiler import Compiler
 from checks.outcome import Failure
 
@@ -53,6 +53,7 @@ def run_parts(run, compiler):
     asking = run.part("Objective-C++ hosts", EVERYTHING, hosts.objective_cpp_hosts, compiler)
     run.part("Objective-C face", PLATFORM, xcframework.face, compiler)
     run.part("refused expressions", EVERYTHING, refused.refused, compiler)
+    run.part("on-device bundle", EVERYTHING, on_device.bundle, compiler)
     built = run.part("compile and link", EVERYTHING, builds.compile_and_link, compiler)
     run.part("slices", EVERYTHING, builds.slices, compiler, built)
     run.part("exports", EVERYTHING, exports.exports, compiler, built, asking)

@@ -23,20 +23,22 @@ class Build:
 
 
 def compile_and_link(compiler):
-    builds = []
-    for number, configuration in enumerate(CONFIGURATIONS):
-        flags = compiler.flags(configuration.target) + list(configuration.flags)
-        # The first does without, which sees a missing #include.
-        if number > 0:
-            flags += compiler.precompiled(str(number), flags)
-        objects = compiler.compile_all(units(), str(number), flags)
-        library = compiler.build / str(number) / "libZibMessaging.a"
-        compiler.run("llvm-libtool-darwin", "-static", "-D", "-o", library, *objects)
-        if configuration.is_machine_code:
-            require_no_linker_options(compiler, library)
-        image = link(compiler, configuration, library)
-        builds.append(Build(configuration, library, image))
+    builds = [build(compiler, configuration) for configuration in CONFIGURATIONS]
     return Outcome(f"{len(units())} sources, {len(builds)} configurations", builds)
+
+
+def build(compiler, configuration):
+    folder = configuration.folder
+    flags = compiler.flags(configuration.target) + list(configuration.flags)
+    # The first does without, which sees a missing #include.
+    if configuration != CONFIGURATIONS[0]:
+        flags += compiler.precompiled(folder, flags)
+    objects = compiler.compile_all(units(), folder, flags)
+    library = compiler.build / folder / "libZibMessaging.a"
+    compiler.run("llvm-libtool-darwin", "-static", "-D", "-o", library, *objects)
+    if configuration.is_machine_code:
+        require_no_linker_options(compiler, library)
+    return Build(configuration, library, link(compiler, configuration, library))
 
 
 def require_no_linker_options(compiler, library):
@@ -50,15 +52,19 @@ def link(compiler, configuration, library):
     defined = compiler.symbols(library, "--extern-only", "--defined-only")
     require(sorted(exports.listed() - set(defined.values())),
             f"{exports.LIST} names what the module does not define")
-    names = library.parent / "exports"
-    names.write_text("".join(f"_{name}\n" for name in sorted(exports.listed())))
     image = library.parent / "libZibMessaging.dylib"
+    return link_image(compiler, configuration, [f"-Wl,-force_load,{library}"], exports.listed(),
+                      image)
+
+
+def link_image(compiler, configuration, inputs, exported, image):
+    names = image.parent / "exports"
+    names.write_text("".join(f"_{name}\n" for name in sorted(exported)))
     compiler.run(
         "clang++", f"--target={configuration.target.triple}", "-isysroot", compiler.sdk,
         "-fuse-ld=lld", "-dynamiclib", "-nostdlib", "-Wl,-undefined,dynamic_lookup",
         "-Wl,-dead_strip", f"-Wl,-exported_symbols_list,{names}", "-Wl,-fatal_warnings",
-        "-install_name", "@rpath/libZibMessaging.dylib", *configuration.flags,
-        f"-Wl,-force_load,{library}", "-o", image)
+        "-install_name", "@rpath/libZibMessaging.dylib", *configuration.flags, *inputs, "-o", image)
     return image
 
 

@@ -17,7 +17,7 @@ def size(compiler, builds):
         raise Failure(f"{total} bytes of __TEXT sections, over the budget of {TEXT_BUDGET}: "
                       f"{detail}")
     return Outcome(f"{total} of {TEXT_BUDGET} bytes", details=tuple(
-        f"  {build.configuration.name:26} {sum(sections[build].values()):7} bytes of __TEXT "
+        f"  {build.configuration.name:35} {sum(sections[build].values()):7} bytes of __TEXT "
         f"sections, {stripped_size(compiler, build.image):7} in the stripped file"
         for build in builds))
 

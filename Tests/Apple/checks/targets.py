@@ -33,14 +33,21 @@ class Configuration:
     flags: tuple
 
     @property
+    def folder(self):
+        """Of what is made, below the build folder."""
+        return str(CONFIGURATIONS.index(self))
+
+    @property
     def is_machine_code(self):
         return "-flto" not in self.flags
 
 
-SMALLEST = Configuration("device, -Oz, LTO, release", DEVICE, ("-Oz", "-flto", "-DNDEBUG"))
+RELEASE = ("-Oz", "-flto", "-DNDEBUG")
+SMALLEST = Configuration("device, -Oz, LTO, release", DEVICE, RELEASE)
 CONFIGURATIONS = [
     Configuration("device, -Os", DEVICE, ("-Os",)),
     Configuration("arm64 simulator, -Os", TARGETS[1], ("-Os",)),
     Configuration("x86_64 simulator, -Os", TARGETS[2], ("-Os",)),
     SMALLEST,
+    Configuration("x86_64 simulator, -Oz, LTO, release", TARGETS[2], RELEASE),
 ]
