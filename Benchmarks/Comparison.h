@@ -6,6 +6,7 @@
 
 #include "Benchmarks/Allocations.h"
 #include "Benchmarks/Cases.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace bench {
 
