@@ -24,6 +24,11 @@
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 
+// What hosts must not do is what is tried here.
+#if defined(__clang__)
+#pragma clang diagnostic ignored "-Wnonnull"
+#endif
+
 namespace {
 
 using namespace std::string_literals;
