@@ -6,6 +6,8 @@ _zibsim_options() {
     run) echo "--help --format --output --junit --jobs --strict" ;;
     inspect) echo "--help --event-type --format" ;;
     serve) echo "--help --port" ;;
+    diff) echo "--help" ;;
+    schema) echo "--help" ;;
   esac
 }
 
@@ -17,7 +19,7 @@ _zibsim() {
     run:--format) choices="timeline jsonl html" ;;
     inspect:--format) choices="text json html" ;;
     inspect:--event-type) choices="notification-clicked notification-delivered" ;;
-    :*) choices="run inspect serve $(_zibsim_options '')" ;;
+    :*) choices="run inspect serve diff schema $(_zibsim_options '')" ;;
     *) [[ $word != -* ]] || choices=$(_zibsim_options "$command") ;;
   esac
   if [ -n "$choices" ]; then
