@@ -31,8 +31,15 @@ int round() {
       ++started;
       int rest = callbacksAfter;
       for (int done = 0; rest > 0; ++done) {
-        if (isConfigured && done >= callbacksBefore) --rest;
-        index % 2 == 0 ? host.present() : host.respond();
+        const bool isAfter = isConfigured;
+        if (isAfter && done >= callbacksBefore) --rest;
+        if (index % 2 == 0) {
+          host.present();
+        } else if (isAfter) {
+          host.respond();
+        } else {
+          host.respondWithoutLink();
+        }
       }
     });
   }
@@ -63,7 +70,10 @@ int main(int argc, char** argv) {
     if (child == 0) std::exit(round());  // NOLINT(concurrency-mt-unsafe): the threads have ended
     int status = 0;
     ::waitpid(child, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != EXIT_SUCCESS) return 1;
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != EXIT_SUCCESS) {
+      std::cerr << "round " << index + 1 << " ended with the wait status " << status << '\n';
+      return 1;
+    }
   }
   std::cout << rounds << " rounds, all callbacks complete\n";
   return 0;

@@ -18,6 +18,9 @@ class Host {
   // The system shows a notification, or the user taps one. Any thread.
   void present();
   void respond();
+  // As respond(), with a notification that has no link: nothing of it comes to the main queue,
+  // which configure() would otherwise never see empty while other threads go on.
+  void respondWithoutLink();
 
   [[nodiscard]] long sent() const { return sent_; }
   [[nodiscard]] long callbacks() const;
@@ -25,10 +28,13 @@ class Host {
   [[nodiscard]] long events() const { return events_; }
 
  private:
+  void respondTo(const zib::Object& response);
+
   zib::AutoreleasePool pool_;
   zib::Object delegate_;
   zib::Object notification_;
   zib::Object response_;
+  zib::Object linkless_;
   std::atomic<long> sent_ = 0;
   std::atomic<long> completions_ = 0;
   std::atomic<long> events_ = 0;
