@@ -26,7 +26,7 @@ let package = Package(
       path: "Sources/ZibC",
       resources: [.copy("PrivacyInfo.xcprivacy")],
       publicHeadersPath: ".",
-      cxxSettings: [.headerSearchPath("..")] + released
+      cxxSettings: [.headerSearchPath("..")] + checked
     ),
     .target(
       name: "ZibMessagingCxx",
@@ -34,7 +34,7 @@ let package = Package(
       exclude: ["CMakeLists.txt", "ZibC", "ZibObjectiveC"],
       sources: ["ZibPlatform", "ZibCoreBoundary", "ZibMessaging"],
       publicHeadersPath: ".",
-      cxxSettings: [.headerSearchPath(".")] + released,
+      cxxSettings: [.headerSearchPath(".")] + checked,
       // The module finds both by name, and would find nothing in an app that links neither.
       linkerSettings: [
         .linkedFramework("UIKit", .when(platforms: [.iOS])),
@@ -45,5 +45,4 @@ let package = Package(
   cxxLanguageStandard: .cxx20
 )
 
-// Without it the checks of debug builds would ship.
-var released: [CXXSetting] { [.define("NDEBUG", .when(configuration: .release))] }
+var checked: [CXXSetting] { [.define("ZIB_CHECKS_SENDS", .when(configuration: .debug))] }

@@ -27,7 +27,6 @@ Pod::Spec.new do |spec|
     'HEADER_SEARCH_PATHS' => '"${PODS_TARGET_SRCROOT}/Sources" ' \
                              '"${PODS_TARGET_SRCROOT}/Sources/ZibC" ' \
                              '"${PODS_TARGET_SRCROOT}/Sources/ZibObjectiveC"',
-    # Without it the checks of debug builds would ship.
-    'GCC_PREPROCESSOR_DEFINITIONS[config=Release]' => '$(inherited) NDEBUG=1'
+    'GCC_PREPROCESSOR_DEFINITIONS[config=Debug]' => '$(inherited) ZIB_CHECKS_SENDS=1'
   }
 end

@@ -163,7 +163,7 @@ void ZibMessaging::didRegisterForRemoteNotifications(
     const ShownHexText shown(deviceToken);
     apnsToken_.store(zib::Bytes(deviceToken.begin(), deviceToken.end()));
     hasReceivedAPNSToken_.store(true, std::memory_order_release);
-    logLine("📱 APNS token registered: ", shown.view(), "...");
+    logLine("📱 APNS token registered: ", shown, "...");
     logLine("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
   });
 }

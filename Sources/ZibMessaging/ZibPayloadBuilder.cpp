@@ -19,52 +19,48 @@ using From = NotificationField::From;
 void setEventType(Value& value, std::string_view eventType) {
   for (const zib::SharedText& own : {zib::deliveredEvent, zib::clickedEvent}) {
     if (eventType == own.text) {
-      value = own.value();
+      value.setConstant(own.value());
       return;
     }
   }
   value.setText(eventType);
 }
 
-void fill(Value& value, const NotificationField& field, const zib::Dictionary& userInfo,
-          std::string_view eventType) {
-  switch (field.from) {
-    case From::userInfo:
-      if (const zib::StringRef text = userInfo.text(field.source)) {
-        value.setText(zib::Utf8(text).view());
-      }
-      break;
-    case From::constant:
-      value = field.constant.value();
-      break;
-    case From::eventType:
-      setEventType(value, eventType);
-      break;
-    case From::nothing:
-      break;
+void fillFrom(const zib::Dictionary& userInfo, Value& value, const NotificationField& field) {
+  if (const zib::StringRef text = userInfo.text(field.source)) {
+    value.setText(zib::Utf8(text).view());
   }
+}
+
+void fillOwn(Value& value, const NotificationField& field, std::string_view eventType) {
+  if (field.from == From::constant) value.setConstant(field.constant.value());
+  if (field.from == From::eventType) setEventType(value, eventType);
 }
 
 }  // namespace
 
 zib::ValueMap ZibPayloadBuilder::createNotificationPayload(const zib::Dictionary& userInfo,
                                                            std::string_view eventType) noexcept {
+  constexpr std::string_view operation = "createNotificationPayload";
   zib::ValueMap payload;
-  contained("createNotificationPayload", [&] {
-    // Of a dictionary that breaks its promise the rest is not asked for.
-    bool isReadable =
-        zib::containedOr(false, "createNotificationPayload", [&] { return !userInfo.empty(); });
-    payload.reserve(zib::notificationFields.size());
-    for (const NotificationField& field : zib::notificationFields) {
+  const NotificationField* rest = zib::notificationFields.begin();
+  const auto appendRest = [&](bool isReadable) {
+    while (rest != zib::notificationFields.end()) {
+      const NotificationField& field = *rest++;
       Value& value = payload.append(field.key);
       if (field.from != From::userInfo) {
-        fill(value, field, userInfo, eventType);
+        fillOwn(value, field, eventType);
       } else if (isReadable) {
-        isReadable = contained("createNotificationPayload",
-                               [&] { fill(value, field, userInfo, eventType); });
+        fillFrom(userInfo, value, field);
       }
     }
+  };
+  const bool isWhole = contained(operation, [&] {
+    payload.reserve(zib::notificationFields.size());
+    appendRest(!userInfo.empty());
   });
+  // A dictionary that breaks its promise is not asked for what is left.
+  if (!isWhole) contained(operation, [&] { appendRest(false); });
   return payload;
 }
 

@@ -1,6 +1,7 @@
 #include "ZibMessaging/Private/Containment.h"
 
 #include <exception>
+#include <memory>
 #include <utility>
 
 #include "ZibCoreBoundary/ZibLogger.h"
@@ -21,14 +22,15 @@ std::string describeHandledException() noexcept {
 
 bool containedCall(std::string_view operation, void (*call)(const void* work),
                    const void* work) noexcept {
-  std::string description;
+  // Not a text of its own, which would cost each call that goes well.
+  std::unique_ptr<std::string> description;
   try {
     call(work);
     return true;
   } catch (...) {
-    description = describeHandledException();
+    description = std::make_unique<std::string>(describeHandledException());
   }
-  reportContained(operation, std::move(description));
+  reportContained(operation, *std::move(description));
   return false;
 }
 

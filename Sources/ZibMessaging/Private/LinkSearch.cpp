@@ -21,8 +21,10 @@ StringRef findLink(const Dictionary& userInfo) {
 }
 
 std::optional<URL> urlOfLink(StringRef candidate, std::string_view text) {
+  constexpr auto none = std::string_view::npos;
+  if (text.find('[') == none && text.find(']') == none) return URL::parse(candidate);
   const std::size_t afterPath = std::min(text.find_first_of("?#"), text.size());
-  if (text.find_first_of("[]", afterPath) == std::string_view::npos) return URL::parse(candidate);
+  if (text.find_first_of("[]", afterPath) == none) return URL::parse(candidate);
   std::string encoded(text.substr(0, afterPath));
   for (const char each : text.substr(afterPath)) {
     if (each == '[') {

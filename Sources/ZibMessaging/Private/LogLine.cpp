@@ -11,40 +11,34 @@
 namespace zib {
 namespace {
 
-using Parts = std::array<const LinePart*, 4>;
+using Parts = std::span<const LinePart>;
 
-bool areOneLine(const Parts& parts) noexcept {
-  return std::all_of(parts.begin(), parts.end(), [](const LinePart* part) {
-    return !part->isForeign() || isOneLine(part->text());
-  });
-}
-
-std::string escaped(const Parts& parts) {
+std::string escaped(Parts parts) {
   std::string line;
-  for (const LinePart* part : parts) {
-    if (part->isForeign()) {
-      appendOneLine(line, part->text());
+  for (const LinePart& part : parts) {
+    if (part.isForeign()) {
+      appendOneLine(line, part.text());
     } else {
-      line.append(part->text());
+      line.append(part.text());
     }
   }
   return line;
 }
 
-void write(const Parts& parts) {
+void write(Parts parts) {
   constexpr std::size_t shortLine = 768;
-  std::size_t size = 0;
-  for (const LinePart* part : parts) size += part->text().size();
-  if (size > shortLine || !areOneLine(parts)) {
-    ZibLogger::shared().log(escaped(parts));
-    return;
-  }
   std::array<char, shortLine> line;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   char* end = line.data();
-  for (const LinePart* part : parts) {
-    end = std::copy(part->text().begin(), part->text().end(), end);
+  for (const LinePart& part : parts) {
+    const std::string_view text = part.text();
+    const auto room = static_cast<std::size_t>(line.data() + line.size() - end);
+    if (text.size() > room || (part.isForeign() && !isOneLine(text))) {
+      ZibLogger::shared().log(escaped(parts));
+      return;
+    }
+    end = std::copy(text.begin(), text.end(), end);
   }
-  ZibLogger::shared().log({line.data(), size});
+  ZibLogger::shared().log({line.data(), static_cast<std::size_t>(end - line.data())});
 }
 
 }  // namespace
@@ -53,9 +47,8 @@ void logLine(std::string_view line) noexcept {
   contained("ZibLogger.log", [&] { ZibLogger::shared().log(line); });
 }
 
-void logLine(const LinePart& one, const LinePart& two, const LinePart& three,
-             const LinePart& four) noexcept {
-  contained("ZibLogger.log", [&] { write({&one, &two, &three, &four}); });
+void logParts(std::span<const LinePart> parts) noexcept {
+  contained("ZibLogger.log", [&] { write(parts); });
 }
 
 void logError(std::string_view line, const std::optional<Error>& error) noexcept {

@@ -3,9 +3,11 @@
 
 #pragma once
 
+#include <array>
 #include <concepts>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <type_traits>
 
@@ -40,8 +42,11 @@ class LinePart {
 void logLine(std::string_view line) noexcept;
 // Puts one line together from its parts, without an allocation where the line is short: most
 // callbacks write one, on the app's main thread.
-void logLine(const LinePart& one, const LinePart& two, const LinePart& three = "",
-             const LinePart& four = "") noexcept;
+void logParts(std::span<const LinePart> parts) noexcept;
+template <class... Parts>
+requires(sizeof...(Parts) > 1) void logLine(const Parts&... parts) noexcept {
+  logParts(std::array<LinePart, sizeof...(Parts)>{parts...});
+}
 
 // A failure, with the error where there is one.
 void logError(std::string_view line, const std::optional<Error>& error = std::nullopt) noexcept;

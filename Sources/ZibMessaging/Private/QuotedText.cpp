@@ -62,29 +62,32 @@ void forEachCharacter(std::string_view text, Use use) {
   }
 }
 
-// Eight bytes at once: not zero if one of them is below a space, is DEL, or is no ASCII.
-std::uint64_t suspiciousBytes(std::uint64_t bytes) noexcept {
-  constexpr std::uint64_t each = 0x0101010101010101U;
-  constexpr std::uint64_t highest = each * 0x80U;
-  const std::uint64_t lessThanSpace = bytes - each * 0x20U;
-  const std::uint64_t greaterThanTilde = bytes + each;
-  return (lessThanSpace | greaterThanTilde | bytes) & highest;
+constexpr std::uint64_t each = 0x0101010101010101U;
+constexpr std::uint64_t allSpaces = each * 0x20U;
+constexpr std::uint64_t highest = each * 0x80U;
+
+// Eight bytes at once: the highest bit of one is set if one is below a space, is DEL, or is no
+// ASCII.
+std::uint64_t suspicions(std::uint64_t bytes) noexcept {
+  return (bytes - allSpaces) | (bytes + each) | bytes;
 }
 
 }  // namespace
 
 bool isOneLine(std::string_view text) noexcept {
-  std::uint64_t suspicious = 0;
-  std::uint64_t bytes = 0;
-  for (; text.size() >= sizeof(bytes); text.remove_prefix(sizeof(bytes))) {
-    std::memcpy(&bytes, text.data(), sizeof(bytes));
-    suspicious |= suspiciousBytes(bytes);
+  std::uint64_t bytes = allSpaces;
+  if (text.size() < sizeof(bytes)) {
+    std::copy(text.begin(), text.end(), reinterpret_cast<char*>(&bytes));
+    return (suspicions(bytes) & highest) == 0;
   }
-  for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    suspicious |= static_cast<std::uint64_t>(byte < 0x20 || byte >= 0x7F);
+  std::uint64_t found = 0;
+  const char* const last = text.data() + text.size() - sizeof(bytes);
+  for (const char* at = text.data(); at < last; at += sizeof(bytes)) {
+    std::memcpy(&bytes, at, sizeof(bytes));
+    found |= suspicions(bytes);
   }
-  return suspicious == 0;
+  std::memcpy(&bytes, last, sizeof(bytes));
+  return ((found | suspicions(bytes)) & highest) == 0;
 }
 
 void appendOneLine(std::string& line, std::string_view text) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -55,10 +57,22 @@ char32_t nextCharacter(std::string_view utf8, std::size_t& at) {
   return character;
 }
 
+// Eight bytes at a time; where they end, or are no ASCII, the rest begins.
+std::size_t widenASCII(std::string_view utf8, objc::UniChar* out) {
+  constexpr std::uint64_t beyondASCII = 0x8080808080808080U;
+  std::size_t done = 0;
+  for (std::uint64_t bytes = 0; utf8.size() - done >= sizeof(bytes); done += sizeof(bytes)) {
+    std::memcpy(&bytes, utf8.data() + done, sizeof(bytes));
+    if ((bytes & beyondASCII) != 0) return done;
+    std::copy_n(utf8.data() + done, sizeof(bytes), out + done);
+  }
+  return done;
+}
+
 // Writes at most as many units as `utf8` has bytes.
 std::size_t writeUtf16(std::string_view utf8, objc::UniChar* out) {
-  std::size_t length = 0;
-  for (std::size_t at = 0; at < utf8.size();) {
+  std::size_t length = widenASCII(utf8, out);
+  for (std::size_t at = length; at < utf8.size();) {
     const char32_t character = nextCharacter(utf8, at);
     if (character < 0x10000) {
       out[length++] = static_cast<objc::UniChar>(character);

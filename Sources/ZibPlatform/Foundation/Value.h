@@ -155,6 +155,9 @@ class Value {
   // Replaces the value by a copy of the text, made in place.
   void setText(std::string_view text) { storage_.emplace<std::string>(text); }
 
+  // Replaces the value by one of constant()'s, whose text it shares.
+  void setConstant(const Value& constant) { storage_ = std::get<Constant>(constant.storage_); }
+
   friend bool operator==(const Value& one, const Value& other);
 
  private:

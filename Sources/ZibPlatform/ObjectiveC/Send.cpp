@@ -28,12 +28,6 @@ std::string withBlocksAsObjects(std::string types) {
 
 }  // namespace
 
-#if defined(NDEBUG)
-const bool sendsAreChecked = false;
-#else
-const bool sendsAreChecked = true;
-#endif
-
 void checkSend(objc::id receiver, Selector selector, const char* types) {
   const Method method = Class::ofObject(receiver).instanceMethod(selector);
   const char* actual = method ? method.typeEncoding() : nullptr;

@@ -3,9 +3,10 @@
 // A message to nil gives R{}. Not noexcept: an unknown selector, and any method, can throw the
 // platform's exception, which unwinds C++ frames.
 //
-// A debug build of the module checks each send against the type encoding of the method that it
-// reaches, and a disagreement ends the process with a message that names the class, the selector
-// and both types: a wrong cast here corrupts the stack on a phone and shows nowhere else.
+// A build with ZIB_CHECKS_SENDS, as debug builds have, checks each send against the type encoding
+// of the method that it reaches, and a disagreement ends the process with a message that names the
+// class, the selector and both types: a wrong cast here corrupts the stack on a phone and shows
+// nowhere else.
 
 #pragma once
 
@@ -17,20 +18,25 @@
 
 namespace zib {
 
-// Whether the module was built to check its sends. A fact of the library: hosts that are built in
-// another way than it share the function templates below with it.
-extern const bool sendsAreChecked;
-
 // Ends the process unless `types` and the method that `receiver` answers `selector` with agree.
 // Methods that the receiver only forwards cannot be checked and pass.
 void checkSend(objc::id receiver, Selector selector, const char* types);
+
+// Of each build its own, so that the linker cannot take one for the other.
+#if defined(ZIB_CHECKS_SENDS)
+inline namespace checked {
+inline constexpr bool sendsAreChecked = true;
+#else
+inline namespace unchecked {
+inline constexpr bool sendsAreChecked = false;
+#endif
 
 template <class Result, class... Arguments>
 Result send(objc::id receiver, Selector selector, Arguments... arguments) {
   static_assert(std::is_void_v<Result> || std::is_scalar_v<Result>,
                 "a structure is returned in another way on each architecture");
   if (receiver == nullptr) return Result();
-  if (sendsAreChecked) {
+  if constexpr (sendsAreChecked) {
     checkSend(receiver, selector,
               encoding::Method<Result(objc::id, objc::SEL, Arguments...)>::value.data());
   }
@@ -38,6 +44,8 @@ Result send(objc::id receiver, Selector selector, Arguments... arguments) {
   return objc::functionFor<Function>(receiver, selector.raw())(receiver, selector.raw(),
                                                                arguments...);
 }
+
+}  // namespace
 
 // Calls a saved or looked-up implementation as the method that it is. `function` is not nil.
 template <class Result, class... Arguments>

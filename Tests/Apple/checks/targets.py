@@ -42,12 +42,13 @@ class Configuration:
         return "-flto" not in self.flags
 
 
-RELEASE = ("-Oz", "-flto", "-DNDEBUG")
+CHECKED = ("-Os", "-DZIB_CHECKS_SENDS")
+RELEASE = ("-Oz", "-flto")
 SMALLEST = Configuration("device, -Oz, LTO, release", DEVICE, RELEASE)
 CONFIGURATIONS = [
-    Configuration("device, -Os", DEVICE, ("-Os",)),
-    Configuration("arm64 simulator, -Os", TARGETS[1], ("-Os",)),
-    Configuration("x86_64 simulator, -Os", TARGETS[2], ("-Os",)),
+    Configuration("device, -Os", DEVICE, CHECKED),
+    Configuration("arm64 simulator, -Os", TARGETS[1], CHECKED),
+    Configuration("x86_64 simulator, -Os", TARGETS[2], CHECKED),
     SMALLEST,
     Configuration("x86_64 simulator, -Oz, LTO, release", TARGETS[2], RELEASE),
 ]
