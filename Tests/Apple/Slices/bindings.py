@@ -1,6 +1,7 @@
 """What each import of a slice is bound to, as the loader reports it, and whether it is meant to."""
 
 import re
+from fnmatch import fnmatchcase
 
 from elf import PREFIX_OF_SHIMS, c_name
 from mach_o import NotConvertible
@@ -14,8 +15,9 @@ class Unbound(Exception):
 
 
 def listed(path):
-    """{import: what it may be bound to}. A line in brackets names what those below are bound to."""
-    table, provider = {}, None
+    """[(import, what it may be bound to)]. A line in brackets names what those below are bound to; a `*` in
+    an import is any text."""
+    pairs, provider = [], None
     for number, line in enumerate(path.read_text().splitlines(), 1):
         line = line.split("#")[0].strip()
         if line.startswith("["):
@@ -23,8 +25,17 @@ def listed(path):
         elif line and provider is None:
             raise NotConvertible(f"{path}:{number}: an import before any [library]")
         elif line:
-            table.setdefault(line, set()).add(provider)
-    return table
+            pairs.append((line, provider))
+    return pairs
+
+
+def is_listed(symbol, provider, pairs):
+    return any(provider == allowed and fnmatchcase(symbol, pattern) for pattern, allowed in pairs)
+
+
+def unused(pairs, table):
+    """Lines that no import of `table`, pairs of an import and what it is bound to, needs."""
+    return [pair for pair in pairs if not any(is_listed(*each, [pair]) for each in table)]
 
 
 def of_process(log):

@@ -111,12 +111,11 @@ class CheckSlices:
                 raise Failure(f"{each.name}: an import that is bound to nothing: {symbol}\n"
                               + log[-1000:])
             require(sorted(f"{symbol}: {provider}" for symbol, provider in table.items()
-                           if provider not in listed.get(symbol, {})),
+                           if not bindings.is_listed(symbol, provider, listed)),
                     f"{each.name}: imports that are not bound as bindings.txt says")
             seen |= set(table.items())
             self.require_module_from(library, hosts, log)
-        require(sorted(f"{symbol}: {provider}" for symbol, providers in listed.items()
-                       for provider in providers if (symbol, provider) not in seen),
+        require([f"{symbol}: {provider}" for symbol, provider in bindings.unused(listed, seen)],
                 "bindings.txt has what nothing imports")
         return f"{len({symbol for symbol, _ in seen})} imports, each as listed; the module from the slice alone"
 
