@@ -100,6 +100,7 @@ struct Advance {
   double seconds = 0;
 };
 struct State {};
+struct Report {};
 
 }  // namespace steps
 
@@ -110,6 +111,6 @@ using Action =
                  steps::OpenURL, steps::SceneOpenURLs, steps::SetNotificationDelegate,
                  steps::ConnectScene, steps::SetFirebase, steps::ReleaseMessagingDelegate,
                  steps::SetURLDelegate, steps::SetConfig, steps::SetSwizzlingEnabled, steps::Call,
-                 steps::FinishLaunching, steps::Busy, steps::Advance, steps::State>;
+                 steps::FinishLaunching, steps::Busy, steps::Advance, steps::State, steps::Report>;
 
 }  // namespace sim

@@ -232,6 +232,8 @@ std::vector<Verb> makeVerbs() {
        [](Stage& stage, const Advance& step) { stage.passTimeAfterStep(step.seconds); }},
       {"state", "shows the module's state", Record<State>(),
        [](Stage&, const State&) { Timeline::shared().add("state", Module::state()); }},
+      {"report", "shows who stands between the system and the host's delegates", Record<Report>(),
+       [](Stage&, const Report&) { Timeline::shared().add("report", Module::report()); }},
   };
 }
 
