@@ -416,6 +416,14 @@ bool writeTo(const Operation& operation, const char* name, Table& result, Table 
   return true;
 }
 
+// None where they cannot be taken: the event goes on without them.
+std::optional<zib::ValueMap> propertiesFrom(const Operation& operation, zib_object properties) {
+  const auto values = zib::Dictionary::retained(properties).values();
+  if (values) return *values;
+  operation.fail("properties are left out: " + values.error().description);
+  return std::nullopt;
+}
+
 // Functions that come with a context of their own.
 
 struct URLDelegate {
@@ -768,7 +776,7 @@ zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_obj
   if (!operation.has("event_name", event_name)) return nullptr;
   return operation.run([&] {
     std::optional<zib::ValueMap> values;
-    if (properties != nullptr) values = zib::Dictionary::retained(properties).values();
+    if (properties != nullptr) values = propertiesFrom(operation, properties);
     return zib::objectFrom(
                ZibPayloadBuilder::createEventPayload(stringOf(event_name), std::move(values)))
         .relinquish();
@@ -794,7 +802,12 @@ zib_object zib_string_create(zib_text text) {
 zib_text zib_json_copy(zib_object object) {
   const Operation operation(__func__);
   if (!operation.has("object", object)) return {};
-  return operation.run([&] { return copyOf(zib::jsonTextOf(zib::valueFrom(object))); });
+  return operation.run([&] {
+    const auto value = zib::valueFrom(object);
+    if (value) return copyOf(zib::jsonTextOf(*value));
+    operation.fail("object cannot be written: " + value.error().description);
+    return zib_text{};
+  });
 }
 
 zib_object zib_json_create(zib_text json) {

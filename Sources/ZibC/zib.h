@@ -331,7 +331,8 @@ ZIB_API zib_text zib_push_config_copy_saved_firebase_plist_path(void);
 
 ZIB_API zib_object ZIB_NULLABLE zib_payload_builder_create_notification_payload(
     zib_object user_info, zib_text event_type) ZIB_OWNED_BY_CALLER;
-// The properties are an NSDictionary with text for keys.
+// The properties are an NSDictionary with text for keys, of at most 256 levels and 100,000 values:
+// larger ones are left out of the event, with an error line.
 ZIB_API zib_object ZIB_NULLABLE zib_payload_builder_create_event_payload(
     zib_text event_name, zib_object ZIB_NULLABLE properties) ZIB_OWNED_BY_CALLER;
 
@@ -343,7 +344,8 @@ ZIB_API zib_text zib_string_copy(zib_object string);
 ZIB_API zib_object ZIB_NULLABLE zib_string_create(zib_text text) ZIB_OWNED_BY_CALLER;
 
 // Any object as JSON, its members by name. What JSON has no word for is written as text: bytes in
-// base64, a date in ISO 8601.
+// base64, a date in ISO 8601. No text, and one error line, for more than 256 levels or 100,000
+// values.
 ZIB_API zib_text zib_json_copy(zib_object object);
 // Null, and one error line, for what is no JSON object or array.
 ZIB_API zib_object ZIB_NULLABLE zib_json_create(zib_text json) ZIB_OWNED_BY_CALLER;

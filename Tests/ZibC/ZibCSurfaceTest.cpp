@@ -24,6 +24,7 @@
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 // What hosts must not do is what is tried here.
 #if defined(__clang__)
@@ -689,7 +690,7 @@ TEST(ZibCPayloadTest, IsTheSameAsTheModules) {
   const Device device;
   const zib_object made =
       zib_payload_builder_create_notification_payload(payload().raw(), zib_text_of("opened"));
-  const ValueMap values = zib::Dictionary::retained(made).values();
+  const ValueMap values = *zib::Dictionary::retained(made).values();
   EXPECT_EQ(values.size(), 14U);
   EXPECT_EQ(*values.find("event_type"), Value("opened"));
   EXPECT_EQ(*values.find("pn_campaign_id"), Value("autumn"));
@@ -699,13 +700,46 @@ TEST(ZibCPayloadTest, IsTheSameAsTheModules) {
 TEST(ZibCPayloadTest, OfAnEventHasPropertiesOnlyWhereThereAreSome) {
   const Device device;
   const zib_object bare = zib_payload_builder_create_event_payload(zib_text_of("e"), nullptr);
-  EXPECT_EQ(zib::Dictionary::retained(bare).values().size(), 3U);
+  EXPECT_EQ(zib::Dictionary::retained(bare).values()->size(), 3U);
   zib_object_release(bare);
   const zib_object full =
       zib_payload_builder_create_event_payload(zib_text_of("e"), payload().raw());
-  EXPECT_EQ(*zib::Dictionary::retained(full).values().find("properties"),
+  EXPECT_EQ(*zib::Dictionary::retained(full).values()->find("properties"),
             Value(ValueMap{{"pn_campaign_id", "autumn"}}));
   zib_object_release(full);
+}
+
+// Deeper than is taken.
+std::vector<Object> deepDictionaries() {
+  std::vector<Object> all{zib::objectFrom(ValueMap())};
+  for (int level = 0; level < 300; ++level) {
+    const Object outer = zib::objectFrom(ValueMap());
+    zib::send<void>(outer.raw(), zib::selector<"setObject:forKey:">(), all.back().raw(),
+                    zib::makeString("in").raw());
+    all.push_back(outer);
+  }
+  return all;
+}
+
+TEST(ZibCPayloadTest, GoesOnWithoutPropertiesThatAreTooDeep) {
+  const Device device;
+  const auto deep = deepDictionaries();
+  const zib_object event =
+      zib_payload_builder_create_event_payload(zib_text_of("e"), deep.back().raw());
+  EXPECT_EQ(zib::Dictionary::retained(event).values()->size(), 3U);
+  zib_object_release(event);
+  EXPECT_EQ(device.errorLines(),
+            Lines{"zib_payload_builder_create_event_payload: properties are left out: nested too "
+                  "deep at \"in\"; 256 levels are allowed"});
+}
+
+TEST(ZibJSONTest, IsNoneOfWhatIsTooDeep) {
+  const Device device;
+  const auto deep = deepDictionaries();
+  EXPECT_EQ(zib_json_copy(deep.back().raw()).bytes, nullptr);
+  EXPECT_EQ(device.errorLines(),
+            Lines{"zib_json_copy: object cannot be written: nested too deep at "
+                  "\"in\"; 256 levels are allowed"});
 }
 
 TEST(ZibJSONTest, HasWordsForEveryValue) {
@@ -720,7 +754,7 @@ TEST(ZibJSONTest, HasWordsForEveryValue) {
 TEST(ZibJSONTest, IsReadAsThePlatformReadsIt) {
   const Device device;
   const zib_object object = zib_json_create(zib_text_of(R"({"a":[1,"b"]})"));
-  EXPECT_EQ(zib::Dictionary::retained(object).values(), (ValueMap{{"a", zib::Array{1, "b"}}}));
+  EXPECT_EQ(*zib::Dictionary::retained(object).values(), (ValueMap{{"a", zib::Array{1, "b"}}}));
   zib_object_release(object);
   EXPECT_EQ(zib_json_create(zib_text_of("{")), nullptr);
   EXPECT_EQ(device.errorLines(), std::vector{"zib_json_create: json cannot be read"s});
