@@ -42,7 +42,7 @@ void record(const char* operation, Json details = Json::object()) {
 // What the main queue holds after a callback runs in turns of its own.
 void runMainQueue() { sim::Device::settle(); }
 
-ValueMap valuesOf(id userInfo) { return *zib::valueFrom(userInfo).get<ValueMap>(); }
+ValueMap valuesOf(id userInfo) { return *zib::valueFrom(userInfo)->get<ValueMap>(); }
 
 }  // namespace
 

@@ -19,6 +19,13 @@ static void tapped(void* context, zib_object response, zib_text action, zib_obje
   printf("tapped: %s\n", action.bytes);
 }
 
+void print_report_in_c(void);
+void print_report_in_c(void) {
+  zib_integration_report* const report = zib_integration_report_create();
+  puts(zib_integration_report_text(report).bytes);
+  zib_integration_report_free(report);
+}
+
 void start_in_c(zib_object application);
 void start_in_c(zib_object application) {
   const zib_core core = {

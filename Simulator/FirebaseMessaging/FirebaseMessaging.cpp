@@ -2,6 +2,7 @@
 
 #include "Simulator/FirebaseMessaging/DelegateMessages.h"
 #include "Simulator/ObjectiveC/DelegateCall.h"
+#include "Simulator/ObjectiveC/HostsAct.h"
 #include "Simulator/ObjectiveC/WeakReference.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "ZibPlatform/Foundation/Strings.h"
@@ -42,8 +43,10 @@ id sharedMessaging(id, SEL) { return state().pieces.instance ? state().messaging
 id getDelegate(id, SEL) { return state().delegate.get(); }
 
 void recordAndSetDelegate(id, SEL, id delegate) {
-  const Json name = delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name());
-  Timeline::shared().add("system", {{"operation", "setFirebaseDelegate"}, {"class", name}});
+  if (!HostsAct::isRunning()) {
+    const Json name = delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name());
+    Timeline::shared().add("system", {{"operation", "setFirebaseDelegate"}, {"class", name}});
+  }
   state().delegate.set(delegate);
 }
 
@@ -82,17 +85,28 @@ Object makeMessaging() {
   return Object::adopted(send<id>(cls.object(), selector<"new">()));
 }
 
+// As Firebase does for its own parts.
+void sayThatItIsConfigured() {
+  send<void>(send<id>(classNamed<"NSNotificationCenter">().object(), selector<"defaultCenter">()),
+             selector<"postNotificationName:object:">(),
+             zib::makeString("FIRAppReadyToConfigureSDKNotification").raw(), id{nullptr});
+}
+
 }  // namespace
 
 std::vector<std::string_view> classNames() { return {messagingClass}; }
 
 void set(const Pieces& pieces) {
+  const bool wasThere = state().messaging && state().pieces.instance;
   state().pieces = pieces;
   if (!state().messaging) state().messaging = makeMessaging();
+  if (pieces.instance && !wasThere) sayThatItIsConfigured();
 }
 
 void setDelegate(Object delegate) {
-  state().delegate.set(delegate.raw());
+  // As hosts do, since others may stand before the setter.
+  const HostsAct act;
+  send<void>(messaging(), selector<"setDelegate:">(), delegate.raw());
   state().hostsDelegate = std::move(delegate);
 }
 

@@ -92,7 +92,7 @@ class Examiner {
                           isKindOf(object, classNamed<"NSNumber">()) ||
                           isKindOf(object, classNamed<"NSDate">());
     if (!isScalar) throw FormatError("it holds an object that is " + nameOf(object));
-    return zib::valueFrom(object);
+    return *zib::valueFrom(object);
   }
 
  private:

@@ -173,7 +173,7 @@ struct Methods {
                           BlockLayout* completion) {
     const auto userInfo = zib::Notification::retained(notification).userInfo();
     begin<void>(HostMethod::willPresent, cls(), self, selector,
-                {{"userInfo", jsonFrom(userInfo.values())}}, center, notification, completion);
+                {{"userInfo", jsonFrom(valuesOf(userInfo))}}, center, notification, completion);
     complete(cls().completes, completion, cls().options);
   }
 
@@ -181,7 +181,7 @@ struct Methods {
     const auto response = zib::NotificationResponse::retained(object);
     begin<void>(HostMethod::didReceive, cls(), self, selector,
                 {{"action", response.actionIdentifier()},
-                 {"userInfo", jsonFrom(response.notification().userInfo().values())}},
+                 {"userInfo", jsonFrom(valuesOf(response.notification().userInfo()))}},
                 center, object, completion);
     complete(cls().completes, completion);
   }

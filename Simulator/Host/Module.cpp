@@ -36,6 +36,48 @@ struct Flow {
 
 Json jsonTaken(zib_object created) { return jsonFromObject(zib::Object::adopted(created).raw()); }
 
+Json textOrNull(zib_text text) { return text.bytes == nullptr ? Json() : Json(textOf(text)); }
+
+std::string_view nameOfState(std::int64_t state) {
+  switch (state) {
+    case ZIB_INTEGRATION_SWAPPED:
+      return "swapped";
+    case ZIB_INTEGRATION_ADDED:
+      return "added";
+    case ZIB_INTEGRATION_FORWARDING:
+      return "forwarding";
+    default:
+      return "none";
+  }
+}
+
+Json chainOf(const zib_integration_report* report, std::size_t row, std::size_t count) {
+  Json chain = Json::array();
+  for (std::size_t index = 0; index < count; ++index) {
+    zib_integration_function function{};
+    function.size = sizeof(function);
+    zib_integration_report_get_function(report, row, index, &function);
+    chain.push_back(
+        {{"image", textOrNull(function.image)}, {"symbol", textOrNull(function.symbol)}});
+  }
+  return chain;
+}
+
+Json rowOf(const zib_integration_report* report, std::size_t index) {
+  zib_integration_row row{};
+  row.size = sizeof(row);
+  zib_integration_report_get_row(report, index, &row);
+  Json remarks = Json::array();
+  for (std::size_t remark = 0; remark < row.remark_count; ++remark) {
+    remarks.push_back(textOf(zib_integration_report_remark(report, index, remark)));
+  }
+  return {{"method", textOf(row.method)},
+          {"class", textOrNull(row.delegate_class)},
+          {"state", nameOfState(row.state)},
+          {"chain", chainOf(report, index, row.function_count)},
+          {"remarks", remarks}};
+}
+
 }  // namespace
 
 void Module::setDelegate() { delegate_ = setRecordingMessagingDelegate(); }
@@ -141,6 +183,21 @@ Json Module::createEventPayload(const std::string& eventName,
                                 const std::optional<zib::ValueMap>& properties) {
   const zib::Object given = properties ? zib::objectFrom(*properties) : zib::Object();
   return jsonTaken(zib_payload_builder_create_event_payload(cText(eventName), given.raw()));
+}
+
+void Module::setDelegateDiscovery(DelegateDiscovery discovery) {
+  zib_messaging_set_delegate_discovery(discovery == DelegateDiscovery::continuous
+                                           ? ZIB_DELEGATE_DISCOVERY_CONTINUOUS
+                                           : ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY);
+}
+
+Json Module::report() {
+  const std::unique_ptr<zib_integration_report, void (*)(zib_integration_report*)> report(
+      zib_integration_report_create(), &zib_integration_report_free);
+  Json rows = Json::array();
+  const std::size_t count = zib_integration_report_row_count(report.get());
+  for (std::size_t index = 0; index < count; ++index) rows.push_back(rowOf(report.get(), index));
+  return {{"rows", rows}};
 }
 
 Json Module::state() {

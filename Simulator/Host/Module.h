@@ -12,10 +12,21 @@
 #include <string>
 
 #include "Simulator/Json/Json.h"
+#include "Simulator/Json/Names.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Value.h"
 
 namespace sim {
+
+// How the module finds delegates.
+enum class DelegateDiscovery { onceWithRetry, continuous };
+
+template <>
+struct Names<DelegateDiscovery> {
+  static constexpr Named<DelegateDiscovery> rows[] = {
+      {DelegateDiscovery::onceWithRetry, "onceWithRetry"},
+      {DelegateDiscovery::continuous, "continuous"}};
+};
 
 // Each call is for the application object as it is then, or for none.
 class Module {
@@ -54,8 +65,11 @@ class Module {
   static Json createEventPayload(const std::string& eventName,
                                  const std::optional<zib::ValueMap>& properties);
 
-  // The fields of a `state` entry.
+  static void setDelegateDiscovery(DelegateDiscovery discovery);
+
+  // The fields of a `state` entry, and of a `report` entry.
   static Json state();
+  static Json report();
 
  private:
   std::shared_ptr<const void> delegate_;

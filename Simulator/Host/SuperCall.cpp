@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "Simulator/Json/Values.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
 #include "ZibPlatform/Foundation/Data.h"
@@ -32,12 +33,12 @@ Object filteredContexts(id contexts) {
 
 Object copiedNotification(id notification) {
   return usernotifications::makeNotification(
-      zib::Notification::retained(notification).userInfo().values());
+      valuesOf(zib::Notification::retained(notification).userInfo()));
 }
 
 Object copiedResponse(id object) {
   const auto response = zib::NotificationResponse::retained(object);
-  return usernotifications::makeResponse(response.notification().userInfo().values(),
+  return usernotifications::makeResponse(valuesOf(response.notification().userInfo()),
                                          response.actionIdentifier());
 }
 
@@ -58,7 +59,7 @@ Object filteredArgument(id object) {
   if (const auto url = zib::URL::retained(object)) {
     return Object::retained(zib::URL::parse(url->absoluteString()).value().native());
   }
-  if (zib::isKind<"NSDictionary">(object)) return zib::objectFrom(zib::valueFrom(object));
+  if (zib::isKind<"NSDictionary">(object)) return zib::objectFrom(valueOf(object));
   if (zib::isKind<"UNNotification">(object)) return copiedNotification(object);
   if (zib::isKind<"UNNotificationResponse">(object)) return copiedResponse(object);
   return Object::retained(object);

@@ -37,7 +37,19 @@ Json jsonFrom(const zib::Error& error) {
   return {{"domain", error.domain}, {"code", error.code}, {"description", error.description}};
 }
 
-Json jsonFromObject(zib::objc::id object) { return jsonFrom(zib::valueFrom(object)); }
+zib::Value valueOf(zib::objc::id object) {
+  constexpr zib::Extent deepest{.levels = zib::maximumNesting, .values = 100'000'000};
+  const auto value = zib::valueFrom(object, deepest);
+  return value ? *value : zib::Value();
+}
+
+zib::ValueMap valuesOf(const zib::Dictionary& dictionary) {
+  const zib::Value value = valueOf(dictionary.native().raw());
+  const auto* map = value.get<zib::ValueMap>();
+  return map == nullptr ? zib::ValueMap() : *map;
+}
+
+Json jsonFromObject(zib::objc::id object) { return jsonFrom(valueOf(object)); }
 
 std::string hexFrom(std::span<const std::uint8_t> bytes) {
   constexpr std::string_view digits = "0123456789abcdef";

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Simulator/Json/Json.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Value.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
@@ -17,6 +18,10 @@ namespace sim {
 Json jsonFrom(const zib::Value& value);
 Json jsonFrom(const zib::ValueMap& map);
 Json jsonFrom(const zib::Error& error);
+// All of an object, deeper than the module takes them: as deep as scenarios have them. What is
+// deeper still becomes the null marker.
+zib::Value valueOf(zib::objc::id object);
+zib::ValueMap valuesOf(const zib::Dictionary& dictionary);
 // A platform object of any kind.
 Json jsonFromObject(zib::objc::id object);
 // Bytes as two lowercase hexadecimal digits each.

@@ -15,12 +15,25 @@ const std::string* partOf(const Json& expected) {
   return isPart ? expected.at("contains").get_ptr<const std::string*>() : nullptr;
 }
 
+bool matches(const Json& expected, const Json& actual);
+
+// {"contains": ITEM}, which stands for each list with an element that matches the item.
+// NOLINTNEXTLINE(misc-no-recursion): as deep as what is expected
+bool isIn(const Json& actual, const Json& expected) {
+  return expected.is_object() && expected.size() == 1 && expected.contains("contains") &&
+         std::any_of(actual.begin(), actual.end(), [&](const Json& element) {
+           return matches(expected.at("contains"), element);
+         });
+}
+
 // Objects match key by key, everything else exactly.
+// NOLINTNEXTLINE(misc-no-recursion): as deep as what is expected
 bool matches(const Json& expected, const Json& actual) {
   const std::string* const part = partOf(expected);
   if (part != nullptr && actual.is_string()) {
     return actual.get_ref<const std::string&>().find(*part) != std::string::npos;
   }
+  if (actual.is_array() && isIn(actual, expected)) return true;
   if (!expected.is_object()) return expected == actual;
   if (!actual.is_object()) return false;
   const auto items = expected.items();

@@ -1,6 +1,5 @@
 #include "Simulator/Scenario/Operations.h"
 
-#include "Simulator/Host/Module.h"
 #include "Simulator/Scenario/Kinds.h"
 
 namespace sim {
@@ -120,6 +119,14 @@ std::vector<OperationRow> makeRows() {
                      "its properties"),
        [](const CreateEventPayload& call) -> Result {
          return Module::createEventPayload(call.eventName, call.properties);
+       }},
+      {"setDelegateDiscovery", "how the module finds delegates, before it is configured",
+       Record<SetDelegateDiscovery>().required("value", &SetDelegateDiscovery::discovery,
+                                               kinds::oneOf<DelegateDiscovery>(),
+                                               "once, with a retry, or as they come"),
+       [](const SetDelegateDiscovery& call) -> Result {
+         Module::setDelegateDiscovery(call.discovery);
+         return nothing;
        }},
   };
 }

@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "Simulator/Host/Module.h"
 #include "Simulator/Json/Json.h"
 #include "Simulator/Scenario/Row.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
@@ -65,17 +66,22 @@ struct CreateEventPayload {
   std::string eventName;
   std::optional<zib::ValueMap> properties;
 };
+struct SetDelegateDiscovery {
+  DelegateDiscovery discovery = DelegateDiscovery::onceWithRetry;
+};
 
 }  // namespace operations
 
-using Operation = std::variant<
-    operations::SetupAutoSwizzling, operations::SetupAsNotificationDelegate,
-    operations::EnsureFirebaseMessagingDelegate, operations::DidRegisterForRemoteNotifications,
-    operations::SetPushToken, operations::DidFailToRegisterForRemoteNotifications,
-    operations::SetFCMToken, operations::DidReceiveRegistrationToken, operations::WillPresent,
-    operations::DidReceive, operations::TrackNotificationReceived,
-    operations::TrackNotificationOpened, operations::HandleNotificationURL, operations::HandleURL,
-    operations::CreateNotificationPayload, operations::CreateEventPayload>;
+using Operation =
+    std::variant<operations::SetupAutoSwizzling, operations::SetupAsNotificationDelegate,
+                 operations::EnsureFirebaseMessagingDelegate,
+                 operations::DidRegisterForRemoteNotifications, operations::SetPushToken,
+                 operations::DidFailToRegisterForRemoteNotifications, operations::SetFCMToken,
+                 operations::DidReceiveRegistrationToken, operations::WillPresent,
+                 operations::DidReceive, operations::TrackNotificationReceived,
+                 operations::TrackNotificationOpened, operations::HandleNotificationURL,
+                 operations::HandleURL, operations::CreateNotificationPayload,
+                 operations::CreateEventPayload, operations::SetDelegateDiscovery>;
 
 // Calling one gives what it returns, or none for one that returns nothing.
 struct OperationRow : Row<Operation, std::optional<Json>> {

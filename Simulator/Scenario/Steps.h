@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
+#include "Simulator/Host/HostClasses.h"
 #include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Scenario/Operations.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
@@ -92,6 +93,10 @@ struct Call {
   const OperationRow* operation = nullptr;
   Operation arguments;
 };
+struct ReplaceMethod {
+  std::string className;
+  HostMethod method = HostMethod::didRegister;
+};
 struct FinishLaunching {};
 struct Busy {
   double seconds = 0;
@@ -100,6 +105,7 @@ struct Advance {
   double seconds = 0;
 };
 struct State {};
+struct Report {};
 
 }  // namespace steps
 
@@ -110,6 +116,7 @@ using Action =
                  steps::OpenURL, steps::SceneOpenURLs, steps::SetNotificationDelegate,
                  steps::ConnectScene, steps::SetFirebase, steps::ReleaseMessagingDelegate,
                  steps::SetURLDelegate, steps::SetConfig, steps::SetSwizzlingEnabled, steps::Call,
-                 steps::FinishLaunching, steps::Busy, steps::Advance, steps::State>;
+                 steps::ReplaceMethod, steps::FinishLaunching, steps::Busy, steps::Advance,
+                 steps::State, steps::Report>;
 
 }  // namespace sim

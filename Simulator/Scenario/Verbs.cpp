@@ -1,6 +1,7 @@
 #include "Simulator/Scenario/Verbs.h"
 
 #include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Host/OtherLibrary.h"
 #include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Scenario/DeviceReader.h"
 #include "Simulator/Scenario/Document.h"
@@ -73,6 +74,27 @@ void playCall(Stage& /*stage*/, const Call& step) {
   if (const auto result = step.operation->play(step.arguments)) {
     addReturn(step.operation->name, *result);
   }
+}
+
+void playReplaceMethod(Stage& /*stage*/, const ReplaceMethod& step) {
+  if (replaceByOtherLibrary(step.className, step.method)) return;
+  Timeline::shared().add(
+      "problem", {{"code", "methodNotReplaced"},
+                  {"of", "replaceMethod"},
+                  {"message", "there is no method " + std::string(nameOf(step.method)) + " of " +
+                                  step.className + " to replace, or it was replaced before"}});
+}
+
+// One that was described up to here.
+const Kind<std::string>& hostClass() {
+  static const Kind<std::string> kind{[](const Node& node, Reading& reading) {
+                                        const std::string name = node.text();
+                                        if (reading.classes.contains(name)) return name;
+                                        node.fail("no class of the host's is \"" + name + "\"",
+                                                  "a class that is described before");
+                                      },
+                                      {{"type", "string"}}};
+  return kind;
 }
 
 void checkScene(const Node& node, std::int64_t index, std::size_t count) {
@@ -220,6 +242,11 @@ std::vector<Verb> makeVerbs() {
            .custom({"arguments", "what it takes", false, {{"type", "object"}}},
                    [](const Node&, Reading&, Call&) {}),
        &playCall},
+      {"replaceMethod", "another library puts itself before a method of one of the host's classes",
+       Record<ReplaceMethod>()
+           .required("class", &ReplaceMethod::className, hostClass(), "the class")
+           .required("method", &ReplaceMethod::method, kinds::oneOf<HostMethod>(), "the method"),
+       &playReplaceMethod},
       {"finishLaunching",
        "an application that is late appears; the application says that it has launched",
        Record<FinishLaunching>(),
@@ -232,6 +259,8 @@ std::vector<Verb> makeVerbs() {
        [](Stage& stage, const Advance& step) { stage.passTimeAfterStep(step.seconds); }},
       {"state", "shows the module's state", Record<State>(),
        [](Stage&, const State&) { Timeline::shared().add("state", Module::state()); }},
+      {"report", "shows who stands between the system and the host's delegates", Record<Report>(),
+       [](Stage&, const Report&) { Timeline::shared().add("report", Module::report()); }},
   };
 }
 

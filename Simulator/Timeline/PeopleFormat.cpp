@@ -118,6 +118,18 @@ std::string describeFile(const Json& entry) {
 
 std::string describeConfig(const Json& entry) { return shortened(textOf(entry.at("config"))); }
 
+// Of each method what was done with it, and what is odd.
+std::string describeReport(const Json& entry) {
+  std::string text;
+  for (const Json& row : entry.at("rows")) {
+    text.append(text.empty() ? "" : "; ").append(textOf(row.at("method"))).append(" ");
+    text.append(textOf(row.at("state")));
+    if (!row.at("class").is_null()) text.append(" on ").append(textOf(row.at("class")));
+    for (const Json& remark : row.at("remarks")) text.append(", ").append(textOf(remark));
+  }
+  return text;
+}
+
 std::string describeRest(const Json& entry) { return others(entry, {"t", "thread", "kind"}); }
 
 std::string padded(std::string text, std::size_t width) {
@@ -147,6 +159,7 @@ std::string describeEntry(const Json& entry) {
       {"http", &describeRequest},
       {"file", &describeFile},
       {"firebaseConfig", &describeConfig},
+      {"report", &describeReport},
   };
   const auto found = describers.find(entry.at("kind").get<std::string>());
   return found == describers.end() ? describeRest(entry) : found->second(entry);

@@ -9,6 +9,7 @@
 #include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Json/Values.h"
 #include "Simulator/ObjectiveC/DelegateCall.h"
+#include "Simulator/ObjectiveC/HostsAct.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "Simulator/ObjectiveC/StandIn.h"
 #include "Simulator/ObjectiveC/WeakReference.h"
@@ -82,8 +83,10 @@ id currentNotificationCenter(id, SEL) {
 id getDelegate(id, SEL) { return state().delegate.get(); }
 
 void recordAndSetDelegate(id, SEL, id delegate) {
-  record("setNotificationDelegate",
-         {{"class", delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name())}});
+  if (!HostsAct::isRunning()) {
+    const Json name = delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name());
+    record("setNotificationDelegate", {{"class", name}});
+  }
   state().delegate.set(delegate);
 }
 
@@ -181,7 +184,9 @@ void install(std::optional<Answer> answer, bool hasBundleIdentifier) {
 }
 
 void setDelegate(Object delegate) {
-  state().delegate.set(delegate.raw());
+  // As hosts do, since others may stand before the setter.
+  const HostsAct act;
+  send<void>(center(), selector<"setDelegate:">(), delegate.raw());
   state().hostsDelegate = std::move(delegate);
 }
 

@@ -16,6 +16,7 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "ZibCoreBoundary/Zib.h"
 #include "ZibCoreBoundary/ZibLogger.h"
@@ -23,10 +24,12 @@
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Guarded.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibIntegrationReport.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
 #include "ZibMessaging/ZibPushConfig.h"
 #include "ZibMessaging/ZibPushError.h"
+#include "ZibMessaging/ZibVersion.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/JSON.h"
 #include "ZibPlatform/Foundation/JSONText.h"
@@ -40,6 +43,22 @@ static_assert(ZIB_PUSH_ERROR_NO_DATA == static_cast<int>(ZibPushError::noData));
 static_assert(ZIB_PUSH_ERROR_INVALID_PLIST == static_cast<int>(ZibPushError::invalidPlist));
 static_assert(ZIB_PUSH_ERROR_FIREBASE_NOT_CONFIGURED ==
               static_cast<int>(ZibPushError::firebaseNotConfigured));
+
+using zib::DelegateDiscovery;
+using zib::IntegrationReport;
+
+static_assert(ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY ==
+              static_cast<int>(DelegateDiscovery::onceWithRetry));
+static_assert(ZIB_DELEGATE_DISCOVERY_CONTINUOUS == static_cast<int>(DelegateDiscovery::continuous));
+static_assert(ZIB_INTEGRATION_NONE == static_cast<int>(IntegrationReport::State::none));
+static_assert(ZIB_INTEGRATION_SWAPPED == static_cast<int>(IntegrationReport::State::swapped));
+static_assert(ZIB_INTEGRATION_ADDED == static_cast<int>(IntegrationReport::State::added));
+static_assert(ZIB_INTEGRATION_FORWARDING == static_cast<int>(IntegrationReport::State::forwarding));
+
+struct zib_integration_report {
+  IntegrationReport report;
+  std::string text;
+};
 
 namespace {
 
@@ -348,6 +367,63 @@ zib::Guarded<std::shared_ptr<ZibMessagingDelegate>>& keptDelegate() {
   return *kept;
 }
 
+// The integration report.
+
+zib_text borrowed(const std::string& text) noexcept { return {text.c_str(), text.size()}; }
+
+zib_text borrowedIfThere(const std::optional<std::string>& text) noexcept {
+  return text ? borrowed(*text) : zib_text{};
+}
+
+// Names of classes and functions are bytes, which can be anything.
+void makeWellFormed(std::optional<std::string>& text) {
+  if (text) text = zib::wellFormed(*text);
+}
+
+void makeWellFormed(IntegrationReport& report) {
+  for (IntegrationReport::Row& row : report.rows) {
+    makeWellFormed(row.delegateClass);
+    for (IntegrationReport::Function& each : row.chain) {
+      makeWellFormed(each.image);
+      makeWellFormed(each.symbol);
+    }
+    for (std::string& each : row.remarks) each = zib::wellFormed(each);
+  }
+}
+
+// An element of the report, or null, said in a line, where there is none.
+template <class T>
+const T* elementOf(const Operation& operation, const char* name, const std::vector<T>& all,
+                   std::size_t index) {
+  if (index < all.size()) return &all[index];
+  operation.fail(std::string("there is no ") + name + " " + std::to_string(index) + "; there are " +
+                 std::to_string(all.size()));
+  return nullptr;
+}
+
+// Fills in what the caller's version of a structure has.
+template <class Table>
+bool writeTo(const Operation& operation, const char* name, Table& result, Table table) {
+  constexpr std::size_t smallest = 2 * sizeof(std::size_t);
+  const std::size_t size = result.size;
+  if (size < smallest || size % sizeof(void*) != 0) {
+    operation.fail("size " + std::to_string(size) + " is that of no " + name +
+                   "; this version's is " + std::to_string(sizeof(Table)));
+    return false;
+  }
+  table.size = size;
+  std::memcpy(&result, &table, std::min(size, sizeof(Table)));
+  return true;
+}
+
+// None where they cannot be taken: the event goes on without them.
+std::optional<zib::ValueMap> propertiesFrom(const Operation& operation, zib_object properties) {
+  const auto values = zib::Dictionary::retained(properties).values();
+  if (values) return *values;
+  operation.fail("properties are left out: " + values.error().description);
+  return std::nullopt;
+}
+
 // Functions that come with a context of their own.
 
 struct URLDelegate {
@@ -370,6 +446,8 @@ zib_text zib_text_copy(zib_text text) {
 }
 
 void zib_text_free(zib_text text) { std::free(const_cast<char*>(text.bytes)); }
+
+zib_text zib_version(void) { return zib_text_of(ZIB_VERSION); }
 
 void zib_object_release(zib_object object) {
   Operation(__func__).run([&] { static_cast<void>(zib::Object::adopted(object)); });
@@ -433,6 +511,24 @@ bool zib_messaging_set_event_vendor(zib_text vendor) {
   const Operation operation(__func__);
   if (!operation.has("vendor", vendor)) return false;
   return operation.run([&] { return ZibMessaging::shared().setEventVendor(stringOf(vendor)); });
+}
+
+int32_t zib_messaging_delegate_discovery(void) {
+  return Operation(__func__).run(
+      [] { return static_cast<int32_t>(ZibMessaging::shared().delegateDiscovery()); });
+}
+
+bool zib_messaging_set_delegate_discovery(int32_t discovery) {
+  const Operation operation(__func__);
+  if (discovery != ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY &&
+      discovery != ZIB_DELEGATE_DISCOVERY_CONTINUOUS) {
+    operation.fail("discovery " + std::to_string(discovery) +
+                   " is unknown; 0 (once, with a retry) and 1 (continuous) are allowed");
+    return false;
+  }
+  return operation.run([&] {
+    return ZibMessaging::shared().setDelegateDiscovery(static_cast<DelegateDiscovery>(discovery));
+  });
 }
 
 void zib_messaging_configure(zib_object application) {
@@ -517,6 +613,72 @@ void zib_messaging_track_notification_opened(zib_object user_info) {
   if (!operation.has("user_info", user_info)) return;
   operation.run([&] {
     ZibMessaging::shared().trackNotificationOpened(zib::Dictionary::retained(user_info));
+  });
+}
+
+zib_integration_report* zib_integration_report_create(void) {
+  return Operation(__func__).run([] {
+    auto made = std::make_unique<zib_integration_report>();
+    made->report = zib::integrationReport();
+    makeWellFormed(made->report);
+    made->text = made->report.text();
+    return made.release();
+  });
+}
+
+void zib_integration_report_free(zib_integration_report* report) {
+  std::default_delete<zib_integration_report>()(report);
+}
+
+zib_text zib_integration_report_text(const zib_integration_report* report) {
+  if (!Operation(__func__).has("report", report)) return {};
+  return borrowed(report->text);
+}
+
+size_t zib_integration_report_row_count(const zib_integration_report* report) {
+  return Operation(__func__).has("report", report) ? report->report.rows.size() : 0;
+}
+
+bool zib_integration_report_get_row(const zib_integration_report* report, size_t row,
+                                    zib_integration_row* result) {
+  const Operation operation(__func__);
+  if (!operation.has("report", report) || !operation.has("result", result)) return false;
+  return operation.run([&] {
+    const auto* const found = elementOf(operation, "row", report->report.rows, row);
+    return found != nullptr && writeTo(operation, "zib_integration_row", *result,
+                                       {sizeof(zib_integration_row),
+                                        {found->method.data(), found->method.size()},
+                                        borrowedIfThere(found->delegateClass),
+                                        static_cast<std::int64_t>(found->state),
+                                        found->chain.size(),
+                                        found->remarks.size()});
+  });
+}
+
+bool zib_integration_report_get_function(const zib_integration_report* report, size_t row,
+                                         size_t function, zib_integration_function* result) {
+  const Operation operation(__func__);
+  if (!operation.has("report", report) || !operation.has("result", result)) return false;
+  return operation.run([&] {
+    const auto* const of = elementOf(operation, "row", report->report.rows, row);
+    if (of == nullptr) return false;
+    const auto* const found = elementOf(operation, "function", of->chain, function);
+    return found != nullptr &&
+           writeTo(operation, "zib_integration_function", *result,
+                   {sizeof(zib_integration_function), borrowedIfThere(found->image),
+                    borrowedIfThere(found->symbol)});
+  });
+}
+
+zib_text zib_integration_report_remark(const zib_integration_report* report, size_t row,
+                                       size_t remark) {
+  const Operation operation(__func__);
+  if (!operation.has("report", report)) return {};
+  return operation.run([&]() -> zib_text {
+    const auto* const of = elementOf(operation, "row", report->report.rows, row);
+    if (of == nullptr) return {};
+    const auto* const found = elementOf(operation, "remark", of->remarks, remark);
+    return found == nullptr ? zib_text{} : borrowed(*found);
   });
 }
 
@@ -614,7 +776,7 @@ zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_obj
   if (!operation.has("event_name", event_name)) return nullptr;
   return operation.run([&] {
     std::optional<zib::ValueMap> values;
-    if (properties != nullptr) values = zib::Dictionary::retained(properties).values();
+    if (properties != nullptr) values = propertiesFrom(operation, properties);
     return zib::objectFrom(
                ZibPayloadBuilder::createEventPayload(stringOf(event_name), std::move(values)))
         .relinquish();
@@ -640,7 +802,12 @@ zib_object zib_string_create(zib_text text) {
 zib_text zib_json_copy(zib_object object) {
   const Operation operation(__func__);
   if (!operation.has("object", object)) return {};
-  return operation.run([&] { return copyOf(zib::jsonTextOf(zib::valueFrom(object))); });
+  return operation.run([&] {
+    const auto value = zib::valueFrom(object);
+    if (value) return copyOf(zib::jsonTextOf(*value));
+    operation.fail("object cannot be written: " + value.error().description);
+    return zib_text{};
+  });
 }
 
 zib_object zib_json_create(zib_text json) {

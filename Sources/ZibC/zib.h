@@ -79,6 +79,9 @@ ZIB_API zib_text zib_text_copy(zib_text text);
 // Frees what a function whose name says copy has given. Once; no text is fine.
 ZIB_API void zib_text_free(zib_text text);
 
+// The module's version, such as "0.1.0". It lives as long as the process.
+ZIB_API zib_text zib_version(void);
+
 // Gives an object up that a function whose name says copy or create has given. ARC does so itself.
 #if !ZIB_HAS_FEATURE(objc_arc)
 ZIB_API void zib_object_release(zib_object ZIB_NULLABLE object);
@@ -183,6 +186,18 @@ ZIB_API zib_text zib_messaging_copy_notification_event_schema_uri(void);
 // refused with an error line and false.
 ZIB_API bool zib_messaging_set_event_vendor(zib_text vendor);
 
+// How the module finds the delegates of a host that it integrates itself into.
+enum {
+  // When configure runs, and once more within a second for those that are not there yet.
+  ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY = 0,
+  // As they come, at any time.
+  ZIB_DELEGATE_DISCOVERY_CONTINUOUS = 1
+};
+ZIB_API int32_t zib_messaging_delegate_discovery(void);
+// Before configure, which uses it; later, and for what is none of the above, it is refused with an
+// error line and false.
+ZIB_API bool zib_messaging_set_delegate_discovery(int32_t discovery);
+
 // Integrates the module into the host, or leaves that to the host, as the core's configuration
 // says. Once, on the main thread, at start-up: a second call only logs. The UIApplication may be
 // null where there is none yet.
@@ -220,6 +235,56 @@ ZIB_API void zib_messaging_did_receive(zib_object response);
 // Report a notification, by its NSDictionary, without a log line, a call of the delegate or a link.
 ZIB_API void zib_messaging_track_notification_received(zib_object user_info);
 ZIB_API void zib_messaging_track_notification_opened(zib_object user_info);
+
+// The integration report: who stands between the system and the host's delegates. A report is how
+// things were when it was made, and never changes; its texts live as long as it does.
+
+typedef struct zib_integration_report zib_integration_report;
+
+// What the module did with a method of a delegate.
+enum {
+  ZIB_INTEGRATION_NONE = 0,       // the module does not get the callback
+  ZIB_INTEGRATION_SWAPPED = 1,    // the delegate's method was replaced
+  ZIB_INTEGRATION_ADDED = 2,      // the delegate had no such method
+  ZIB_INTEGRATION_FORWARDING = 3  // it had none, but answers by forwarding to another object
+};
+
+// One of the methods that the module intercepts, on the delegate that the system has. `size` is
+// sizeof(zib_integration_row), and is set by the caller: no more is written.
+typedef struct zib_integration_row {
+  size_t size;
+  zib_text method;          // its selector
+  zib_text delegate_class;  // no text where there is no delegate
+  int64_t state;
+  size_t function_count;
+  size_t remark_count;
+} zib_integration_row;
+
+// One function that a callback runs through; no text for what cannot be told. `size` as above.
+typedef struct zib_integration_function {
+  size_t size;
+  zib_text image;  // the file name of the program or library that it lies in
+  zib_text symbol;
+} zib_integration_function;
+
+// How things are now; the caller frees it. Main thread. Null only where memory is short.
+ZIB_API zib_integration_report* ZIB_NULLABLE zib_integration_report_create(void);
+// Once; null is fine.
+ZIB_API void zib_integration_report_free(zib_integration_report* ZIB_NULLABLE report);
+// All of it, for a support ticket. No token, link or payload is in it.
+ZIB_API zib_text zib_integration_report_text(const zib_integration_report* report);
+ZIB_API size_t zib_integration_report_row_count(const zib_integration_report* report);
+// False, and one error line, for a row that there is not or a `size` that is too small for one;
+// nothing is written then.
+ZIB_API bool zib_integration_report_get_row(const zib_integration_report* report, size_t row,
+                                            zib_integration_row* result);
+// Of a row's functions, from the outermost, which the system calls, inwards. False as above.
+ZIB_API bool zib_integration_report_get_function(const zib_integration_report* report, size_t row,
+                                                 size_t function, zib_integration_function* result);
+// What a host may want to know, in plain words. No text, and one error line, for a remark that
+// there is not.
+ZIB_API zib_text zib_integration_report_remark(const zib_integration_report* report, size_t row,
+                                               size_t remark);
 
 // ZibDeepLinkHandler
 
@@ -266,7 +331,8 @@ ZIB_API zib_text zib_push_config_copy_saved_firebase_plist_path(void);
 
 ZIB_API zib_object ZIB_NULLABLE zib_payload_builder_create_notification_payload(
     zib_object user_info, zib_text event_type) ZIB_OWNED_BY_CALLER;
-// The properties are an NSDictionary with text for keys.
+// The properties are an NSDictionary with text for keys, of at most 256 levels and 100,000 values:
+// larger ones are left out of the event, with an error line.
 ZIB_API zib_object ZIB_NULLABLE zib_payload_builder_create_event_payload(
     zib_text event_name, zib_object ZIB_NULLABLE properties) ZIB_OWNED_BY_CALLER;
 
@@ -278,7 +344,8 @@ ZIB_API zib_text zib_string_copy(zib_object string);
 ZIB_API zib_object ZIB_NULLABLE zib_string_create(zib_text text) ZIB_OWNED_BY_CALLER;
 
 // Any object as JSON, its members by name. What JSON has no word for is written as text: bytes in
-// base64, a date in ISO 8601.
+// base64, a date in ISO 8601. No text, and one error line, for more than 256 levels or 100,000
+// values.
 ZIB_API zib_text zib_json_copy(zib_object object);
 // Null, and one error line, for what is no JSON object or array.
 ZIB_API zib_object ZIB_NULLABLE zib_json_create(zib_text json) ZIB_OWNED_BY_CALLER;

@@ -104,6 +104,17 @@ bool ZibMessaging::setEventVendor(std::string_view vendor) noexcept {
   });
 }
 
+bool ZibMessaging::setDelegateDiscovery(zib::DelegateDiscovery discovery) noexcept {
+  return containedOr(false, "setDelegateDiscovery", [&] {
+    if (swizzlingConfigured_) {
+      logError("ZibMessaging: the delegate discovery comes after configure() and is not taken");
+      return false;
+    }
+    discovery_ = discovery;
+    return true;
+  });
+}
+
 template <class Call>
 void ZibMessaging::tellDelegate(std::string_view operation, Call call) {
   if (const auto delegate = this->delegate()) contained(operation, [&] { call(*delegate); });

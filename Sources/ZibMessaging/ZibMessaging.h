@@ -62,8 +62,9 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
   // anything but letters, digits, ".", "-" and "_", it is refused with an error line and false.
   bool setEventVendor(std::string_view vendor) noexcept;
 
-  // Before configure(), which uses it.
-  void setDelegateDiscovery(zib::DelegateDiscovery discovery) noexcept { discovery_ = discovery; }
+  // Before configure(), which uses it; later it is refused with an error line and false.
+  bool setDelegateDiscovery(zib::DelegateDiscovery discovery) noexcept;
+  [[nodiscard]] zib::DelegateDiscovery delegateDiscovery() const noexcept { return discovery_; }
 
   // Integrates the module into the host, or leaves that to the host, as the core's configuration
   // says; without a configuration it integrates. Once, on the main thread, at start-up: a second

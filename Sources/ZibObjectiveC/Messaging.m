@@ -2,6 +2,7 @@
 #if __has_include(<UIKit/UIKit.h>)
 
 #include "Private/Core.h"
+#include "Private/IntegrationReport.h"
 #include "Private/Ownership.h"
 
 NSString *const ZIBPushErrorDomain = @ZIB_PUSH_ERROR_DOMAIN;
@@ -111,6 +112,18 @@ static void didFailToRegister(void *context, const zib_error *error) {
   const bool isSet = zib_messaging_set_event_vendor(text);
   zib_text_free(text);
   return isSet;
+}
+
+- (ZIBDelegateDiscovery)delegateDiscovery {
+  return zib_messaging_delegate_discovery();
+}
+
+- (void)setDelegateDiscovery:(ZIBDelegateDiscovery)discovery {
+  zib_messaging_set_delegate_discovery((int32_t)discovery);
+}
+
+- (ZIBIntegrationReport *)integrationReport {
+  return ZIBMakeIntegrationReport();
 }
 
 - (void)configureWithApplication:(UIApplication *)application {

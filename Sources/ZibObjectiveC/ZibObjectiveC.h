@@ -113,6 +113,79 @@ ZIB_SENDABLE
     NS_SWIFT_NAME(zibMessaging(_:didFailToRegisterWithError:));
 @end
 
+// How the module finds the delegates of a host that it integrates itself into.
+typedef NS_ENUM(NSInteger, ZIBDelegateDiscovery) {
+  // When the module is configured, and once more within a second for those that are not there yet.
+  ZIBDelegateDiscoveryOnceWithRetry = 0,
+  // As they come, at any time.
+  ZIBDelegateDiscoveryContinuous = 1,
+} NS_SWIFT_NAME(ZibDelegateDiscovery);
+
+// What the module did with a method of a delegate.
+typedef NS_ENUM(NSInteger, ZIBIntegrationState) {
+  ZIBIntegrationStateNone = 0,        // the module does not get the callback
+  ZIBIntegrationStateSwapped = 1,     // the delegate's method was replaced
+  ZIBIntegrationStateAdded = 2,       // the delegate had no such method
+  ZIBIntegrationStateForwarding = 3,  // it had none, but answers by forwarding to another object
+} NS_SWIFT_NAME(ZibIntegrationState);
+
+// One function that a callback runs through, as far as it can be told.
+NS_SWIFT_NAME(ZibIntegrationFunction)
+ZIB_SENDABLE
+__attribute__((objc_subclassing_restricted))
+@interface ZIBIntegrationFunction : NSObject {
+ @private
+  NSString *_image;
+  NSString *_symbol;
+}
+// The file name of the program or library that it lies in.
+@property(nonatomic, readonly, copy, nullable) NSString *image;
+@property(nonatomic, readonly, copy, nullable) NSString *symbol;
+- (instancetype)init __attribute__((unavailable("part of a report")));
++ (instancetype)new __attribute__((unavailable("part of a report")));
+@end
+
+// One of the methods that the module intercepts, on the delegate that the system has.
+NS_SWIFT_NAME(ZibIntegrationRow)
+ZIB_SENDABLE
+__attribute__((objc_subclassing_restricted))
+@interface ZIBIntegrationRow : NSObject {
+ @private
+  NSString *_method;
+  NSString *_delegateClass;
+  NSArray<ZIBIntegrationFunction *> *_chain;
+  NSArray<NSString *> *_remarks;
+  ZIBIntegrationState _state;
+}
+// Its selector.
+@property(nonatomic, readonly, copy) NSString *method;
+// Nil where there is no delegate.
+@property(nonatomic, readonly, copy, nullable) NSString *delegateClass;
+@property(nonatomic, readonly) ZIBIntegrationState state;
+// The outermost, which the system calls, first.
+@property(nonatomic, readonly, copy) NSArray<ZIBIntegrationFunction *> *chain;
+// What a host may want to know, in plain words.
+@property(nonatomic, readonly, copy) NSArray<NSString *> *remarks;
+- (instancetype)init __attribute__((unavailable("part of a report")));
++ (instancetype)new __attribute__((unavailable("part of a report")));
+@end
+
+// Who stands between the system and the host's delegates, as it was when the report was made.
+NS_SWIFT_NAME(ZibIntegrationReport)
+ZIB_SENDABLE
+__attribute__((objc_subclassing_restricted))
+@interface ZIBIntegrationReport : NSObject {
+ @private
+  NSArray<ZIBIntegrationRow *> *_rows;
+  NSString *_text;
+}
+@property(nonatomic, readonly, copy) NSArray<ZIBIntegrationRow *> *rows;
+// All of it, for a support ticket. No token, link or payload is in it.
+@property(nonatomic, readonly, copy) NSString *text;
+- (instancetype)init __attribute__((unavailable("use ZIBMessaging.integrationReport")));
++ (instancetype)new __attribute__((unavailable("use ZIBMessaging.integrationReport")));
+@end
+
 // The entry object.
 NS_SWIFT_NAME(ZibMessaging)
 ZIB_SENDABLE
@@ -136,6 +209,10 @@ __attribute__((objc_subclassing_restricted))
 // The vendor in that schema, in place of the one that the module was built with. Once, before
 // configure; NO, and an error line, otherwise and for what is no vendor.
 - (BOOL)setEventVendor:(NSString *)vendor NS_SWIFT_NAME(setEventVendor(_:));
+// Set before configure, which uses it; later it is refused with an error line.
+@property(nonatomic) ZIBDelegateDiscovery delegateDiscovery;
+// How things are now.
+- (ZIBIntegrationReport *)integrationReport NS_SWIFT_NAME(integrationReport()) ZIB_MAIN_ACTOR;
 
 // Integrates the module into the host, or leaves that to the host, as the core's configuration
 // says. Once, at start-up: a second call only logs. The application may be nil where there is none

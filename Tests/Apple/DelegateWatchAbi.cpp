@@ -8,6 +8,8 @@ namespace zib {
 namespace {
 
 static_assert(abi::isEncodedAs(abi::platformTypes("ZibDelegateWatch", "lookAround:"), &lookAround));
+static_assert(abi::isEncodedAs(abi::platformTypes("ZibDelegateWatch", "lookAtFirebase:"),
+                               &lookAtFirebase));
 
 }  // namespace
 }  // namespace zib

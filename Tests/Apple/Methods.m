@@ -43,6 +43,9 @@ typedef NSUInteger UNNotificationPresentationOptions;
 - (void)lookAround:(NSNotification *)notification {
 }
 
+- (void)lookAtFirebase:(NSNotification *)notification {
+}
+
 @end
 
 @interface ZibSwizzleManager : NSObject

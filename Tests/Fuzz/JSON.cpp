@@ -13,6 +13,6 @@ void fuzz::run(std::string_view input) {
   constexpr std::int64_t readersError = 3840;
   require(lenient.value || lenient.error.code == readersError, "what is refused is an error");
   if (!lenient.value) return;
-  require(zib::valueFrom(zib::objectFrom(*lenient.value).raw()) == *lenient.value,
+  require(sim::valueOf(zib::objectFrom(*lenient.value).raw()) == *lenient.value,
           "what is read goes to the platform and back");
 }

@@ -172,7 +172,7 @@ void PushFlow::start(const std::string& endpoint) {
       Device::application(), endpoint,
       [this](const zib::Dictionary& plist) {
         sim::Timeline::shared().add("firebaseConfig", Json::object());
-        handled_.push_back(plist.values());
+        handled_.push_back(*plist.values());
       },
       [endpoint](bool isRegistering) {
         sim::Timeline::shared().add("completion", {{"of", endpoint}, {"value", isRegistering}});

@@ -21,14 +21,14 @@ void RecordingMessagingDelegate::zibMessagingDidReceiveToken(ZibMessaging& /*mes
 void RecordingMessagingDelegate::zibMessagingDidReceiveNotification(
     ZibMessaging& /*messaging*/, const zib::Dictionary& userInfo) {
   record("zibMessaging(_:didReceiveNotification:)",
-         {{"userInfo", sim::jsonFrom(userInfo.values())}});
+         {{"userInfo", sim::jsonFrom(sim::valuesOf(userInfo))}});
 }
 
 void RecordingMessagingDelegate::zibMessagingDidReceiveNotificationResponse(
     ZibMessaging& /*messaging*/, const zib::NotificationResponse& response) {
   record("zibMessaging(_:didReceiveNotificationResponse:)",
          {{"action", response.actionIdentifier()},
-          {"userInfo", sim::jsonFrom(response.notification().userInfo().values())}});
+          {"userInfo", sim::jsonFrom(sim::valuesOf(response.notification().userInfo()))}});
 }
 
 void RecordingMessagingDelegate::zibMessagingDidFailToRegisterWithError(ZibMessaging& /*messaging*/,

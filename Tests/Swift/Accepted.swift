@@ -39,8 +39,18 @@ final class Core: NSObject, ZibCore {
   ZibMessaging.install(core: Core())
   let isSet: Bool = ZibMessaging.shared.setEventVendor("com.example")
   ZibMessaging.shared.delegate = isSet ? delegate : nil
+  ZibMessaging.shared.delegateDiscovery = .continuous
   ZibMessaging.shared.configure(application: nil)
   ZibMessaging.shared.configure(application: application)
+}
+
+@MainActor func readReport() -> [String] {
+  let report: ZibIntegrationReport = ZibMessaging.shared.integrationReport()
+  let taken = report.rows.filter { row in row.state != .none && row.delegateClass != nil }
+  let symbols: [String] = taken.flatMap { row in row.chain.compactMap { each in each.symbol } }
+  let images = report.rows.flatMap { row in row.chain.compactMap { each in each.image } }
+  return symbols + images + report.rows.map { row in row.method }
+    + report.rows.flatMap { row in row.remarks } + [report.text]
 }
 
 func readState() -> Bool {
@@ -107,3 +117,5 @@ func isOurs(_ error: Error) -> Bool {
 func send() -> [any Sendable] {
   [ZibMessaging.shared, ZibPushConfig.shared, ZibDeepLinkHandler.shared, Core(), EveryNews()]
 }
+
+func send(_ report: ZibIntegrationReport) -> [any Sendable] { [report, report.rows] }

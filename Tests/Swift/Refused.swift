@@ -9,6 +9,10 @@ func configureAnywhere(_ application: UIApplication) {
   // refused: call to main actor-isolated instance method 'configure(application:)' in a synchronous nonisolated context
   ZibMessaging.shared.configure(application: application)
 }
+func reportAnywhere() -> ZibIntegrationReport {
+  // refused: call to main actor-isolated instance method 'integrationReport()' in a synchronous nonisolated context
+  ZibMessaging.shared.integrationReport()
+}
 func makeAnother() {
   // refused: 'init()' is unavailable: use ZIBMessaging.shared
   _ = ZibMessaging()

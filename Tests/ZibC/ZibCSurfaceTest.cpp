@@ -18,11 +18,13 @@
 #include "Tests/Support/RowName.h"
 #include "Tests/ZibC/CSurface.h"
 #include "ZibC/zib.h"
+#include "ZibMessaging/ZibVersion.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Send.h"
 
 // What hosts must not do is what is tried here.
 #if defined(__clang__)
@@ -37,6 +39,7 @@ using test::Thrown;
 using zib::Object;
 using zib::Value;
 using zib::ValueMap;
+using Lines = std::vector<std::string>;
 
 Object deviceToken() { return zib::makeData(zib::Bytes{0x8f, 0x3a}); }
 Object payload() { return zib::objectFrom(ValueMap{{"pn_campaign_id", "autumn"}}); }
@@ -255,6 +258,157 @@ TEST(ZibCStateTest, HasTheVendorOfTheHost) {
             "iglu:com.example/notification_event/jsonschema/3-0-0");
 }
 
+TEST(ZibCStateTest, HasAVersion) {
+  EXPECT_STREQ(zib_version().bytes, ZIB_VERSION);
+  EXPECT_EQ(zib_version().size, std::strlen(ZIB_VERSION));
+}
+
+// How delegates are found.
+
+TEST(ZibCDelegateDiscoveryTest, IsOnceUnlessTheHostAsksForMore) {
+  const Device device;
+  EXPECT_EQ(zib_messaging_delegate_discovery(), ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY);
+  EXPECT_TRUE(zib_messaging_set_delegate_discovery(ZIB_DELEGATE_DISCOVERY_CONTINUOUS));
+  EXPECT_EQ(zib_messaging_delegate_discovery(), ZIB_DELEGATE_DISCOVERY_CONTINUOUS);
+  EXPECT_EQ(device.errorLines(), Lines());
+}
+
+TEST(ZibCDelegateDiscoveryTest, RefusesWhatIsNone) {
+  const Device device;
+  EXPECT_FALSE(zib_messaging_set_delegate_discovery(2));
+  EXPECT_FALSE(zib_messaging_set_delegate_discovery(-1));
+  EXPECT_EQ(zib_messaging_delegate_discovery(), ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY);
+  EXPECT_EQ(device.errorLines(),
+            (Lines{"zib_messaging_set_delegate_discovery: discovery 2 is unknown; 0 (once, with a "
+                   "retry) and 1 (continuous) are allowed",
+                   "zib_messaging_set_delegate_discovery: discovery -1 is unknown; 0 (once, with a "
+                   "retry) and 1 (continuous) are allowed"}));
+}
+
+TEST(ZibCDelegateDiscoveryTest, ComesBeforeConfigure) {
+  const Device device;
+  zib_messaging_configure(Device::application().native());
+  EXPECT_FALSE(zib_messaging_set_delegate_discovery(ZIB_DELEGATE_DISCOVERY_CONTINUOUS));
+  EXPECT_EQ(zib_messaging_delegate_discovery(), ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY);
+  EXPECT_EQ(device.errorLines(),
+            Lines{"ZibMessaging: the delegate discovery comes after configure() and is not taken"});
+}
+
+// The integration report.
+
+class ZibCIntegrationReportTest : public testing::Test {
+ protected:
+  ZibCIntegrationReportTest() {
+    zib_messaging_configure(Device::application().native());
+    Device::advance(2);
+    device_.forget();
+    report_.reset(zib_integration_report_create());
+  }
+
+  // The module's own notification methods, which it has intercepted.
+  static constexpr std::size_t presentation = 4;
+
+  Device device_;
+  std::unique_ptr<zib_integration_report, void (*)(zib_integration_report*)> report_{
+      nullptr, &zib_integration_report_free};
+};
+
+TEST_F(ZibCIntegrationReportTest, HasEveryRow) {
+  ASSERT_EQ(zib_integration_report_row_count(report_.get()), 7U);
+  zib_integration_row row{};
+  row.size = sizeof(row);
+  ASSERT_TRUE(zib_integration_report_get_row(report_.get(), presentation, &row));
+  EXPECT_EQ(row.size, sizeof(row));
+  EXPECT_STREQ(row.method.bytes,
+               "userNotificationCenter:willPresentNotification:withCompletionHandler:");
+  EXPECT_STREQ(row.delegate_class.bytes, "ZibMessaging");
+  EXPECT_EQ(row.state, ZIB_INTEGRATION_SWAPPED);
+  EXPECT_EQ(row.remark_count, 0U);
+  ASSERT_EQ(row.function_count, 2U);
+  zib_integration_function function{};
+  function.size = sizeof(function);
+  ASSERT_TRUE(zib_integration_report_get_function(report_.get(), presentation, 0, &function));
+  EXPECT_STREQ(function.image.bytes, "ZibTests");
+  EXPECT_STREQ(function.symbol.bytes,
+               "-[ZibSwizzleManager zib_willPresent:notification:completionHandler:]");
+  EXPECT_EQ(device_.errorLines(), Lines());
+}
+
+TEST_F(ZibCIntegrationReportTest, SaysWhatIsMissing) {
+  zib_integration_row row{};
+  row.size = sizeof(row);
+  ASSERT_TRUE(zib_integration_report_get_row(report_.get(), 0, &row));
+  EXPECT_EQ(row.delegate_class.bytes, nullptr);
+  EXPECT_EQ(row.state, ZIB_INTEGRATION_NONE);
+  EXPECT_EQ(row.function_count, 0U);
+  ASSERT_EQ(row.remark_count, 1U);
+  EXPECT_STREQ(zib_integration_report_remark(report_.get(), 0, 0).bytes, "no application delegate");
+  EXPECT_NE(
+      std::string(zib_integration_report_text(report_.get()).bytes).find("no application delegate"),
+      std::string::npos);
+}
+
+TEST_F(ZibCIntegrationReportTest, StaysAsItWas) {
+  const std::string before = zib_integration_report_text(report_.get()).bytes;
+  sim::usernotifications::setDelegate({});
+  EXPECT_EQ(zib_integration_report_text(report_.get()).bytes, before);
+}
+
+TEST_F(ZibCIntegrationReportTest, FillsInWhatAnOlderHostKnows) {
+  constexpr std::size_t older = offsetof(zib_integration_row, state);
+  zib_integration_row row{};
+  row.size = older;
+  row.state = -1;
+  ASSERT_TRUE(zib_integration_report_get_row(report_.get(), presentation, &row));
+  EXPECT_EQ(row.size, older);
+  EXPECT_STREQ(row.delegate_class.bytes, "ZibMessaging");
+  EXPECT_EQ(row.state, -1);
+}
+
+TEST_F(ZibCIntegrationReportTest, FillsInWhatANewerHostHasRoomFor) {
+  struct Newer {
+    zib_integration_row row{};
+    void* added = this;
+  } newer;
+  newer.row.size = sizeof(newer);
+  ASSERT_TRUE(zib_integration_report_get_row(report_.get(), presentation, &newer.row));
+  EXPECT_EQ(newer.row.state, ZIB_INTEGRATION_SWAPPED);
+  EXPECT_EQ(newer.added, &newer);
+}
+
+TEST_F(ZibCIntegrationReportTest, RefusesSizesThatNoVersionHas) {
+  zib_integration_row row{};
+  zib_integration_function function{};
+  for (const std::size_t size : {std::size_t{0}, sizeof(std::size_t), sizeof(row) - 1}) {
+    row.size = size;
+    function.size = size;
+    EXPECT_FALSE(zib_integration_report_get_row(report_.get(), 0, &row));
+    EXPECT_FALSE(zib_integration_report_get_function(report_.get(), presentation, 0, &function));
+    EXPECT_EQ(row.method.bytes, nullptr);
+  }
+  ASSERT_EQ(device_.errorLines().size(), 6U);
+  EXPECT_EQ(device_.errorLines()[0],
+            "zib_integration_report_get_row: size 0 is that of no zib_integration_row; this "
+            "version's is " +
+                std::to_string(sizeof(row)));
+}
+
+TEST_F(ZibCIntegrationReportTest, SaysWhatThereIsNot) {
+  zib_integration_row row{};
+  row.size = sizeof(row);
+  zib_integration_function function{};
+  function.size = sizeof(function);
+  EXPECT_FALSE(zib_integration_report_get_row(report_.get(), 7, &row));
+  EXPECT_FALSE(zib_integration_report_get_function(report_.get(), presentation, 2, &function));
+  EXPECT_FALSE(zib_integration_report_get_function(report_.get(), 7, 0, &function));
+  EXPECT_EQ(zib_integration_report_remark(report_.get(), presentation, 0).bytes, nullptr);
+  EXPECT_EQ(device_.errorLines(),
+            (Lines{"zib_integration_report_get_row: there is no row 7; there are 7",
+                   "zib_integration_report_get_function: there is no function 2; there are 2",
+                   "zib_integration_report_get_function: there is no row 7; there are 7",
+                   "zib_integration_report_remark: there is no remark 0; there are 0"}));
+}
+
 // Text.
 
 TEST(ZibTextTest, ThatIsNoUtf8IsReplacedAndNeverCut) {
@@ -382,6 +536,25 @@ const Missing everyMissing[] = {
     {"zib_payload_builder_create_event_payload",
      [] { EXPECT_EQ(zib_payload_builder_create_event_payload(zib_text{}, nullptr), nullptr); },
      "event_name is null"},
+    {"zib_integration_report_text",
+     [] { EXPECT_EQ(zib_integration_report_text(nullptr).bytes, nullptr); }, "report is null"},
+    {"zib_integration_report_row_count",
+     [] { EXPECT_EQ(zib_integration_report_row_count(nullptr), 0U); }, "report is null"},
+    {"zib_integration_report_get_row",
+     [] { EXPECT_FALSE(zib_integration_report_get_row(nullptr, 0, nullptr)); }, "report is null"},
+    {"zib_integration_report_get_row",
+     [] {
+       zib_integration_report* const report = zib_integration_report_create();
+       EXPECT_FALSE(zib_integration_report_get_row(report, 0, nullptr));
+       zib_integration_report_free(report);
+     },
+     "result is null"},
+    {"zib_integration_report_get_function",
+     [] { EXPECT_FALSE(zib_integration_report_get_function(nullptr, 0, 0, nullptr)); },
+     "report is null"},
+    {"zib_integration_report_remark",
+     [] { EXPECT_EQ(zib_integration_report_remark(nullptr, 0, 0).bytes, nullptr); },
+     "report is null"},
     {"zib_string_copy", [] { EXPECT_EQ(zib_string_copy(nullptr).bytes, nullptr); },
      "string is null"},
     {"zib_json_copy", [] { EXPECT_EQ(zib_json_copy(nullptr).bytes, nullptr); }, "object is null"},
@@ -517,7 +690,7 @@ TEST(ZibCPayloadTest, IsTheSameAsTheModules) {
   const Device device;
   const zib_object made =
       zib_payload_builder_create_notification_payload(payload().raw(), zib_text_of("opened"));
-  const ValueMap values = zib::Dictionary::retained(made).values();
+  const ValueMap values = *zib::Dictionary::retained(made).values();
   EXPECT_EQ(values.size(), 14U);
   EXPECT_EQ(*values.find("event_type"), Value("opened"));
   EXPECT_EQ(*values.find("pn_campaign_id"), Value("autumn"));
@@ -527,13 +700,46 @@ TEST(ZibCPayloadTest, IsTheSameAsTheModules) {
 TEST(ZibCPayloadTest, OfAnEventHasPropertiesOnlyWhereThereAreSome) {
   const Device device;
   const zib_object bare = zib_payload_builder_create_event_payload(zib_text_of("e"), nullptr);
-  EXPECT_EQ(zib::Dictionary::retained(bare).values().size(), 3U);
+  EXPECT_EQ(zib::Dictionary::retained(bare).values()->size(), 3U);
   zib_object_release(bare);
   const zib_object full =
       zib_payload_builder_create_event_payload(zib_text_of("e"), payload().raw());
-  EXPECT_EQ(*zib::Dictionary::retained(full).values().find("properties"),
+  EXPECT_EQ(*zib::Dictionary::retained(full).values()->find("properties"),
             Value(ValueMap{{"pn_campaign_id", "autumn"}}));
   zib_object_release(full);
+}
+
+// Deeper than is taken.
+std::vector<Object> deepDictionaries() {
+  std::vector<Object> all{zib::objectFrom(ValueMap())};
+  for (int level = 0; level < 300; ++level) {
+    const Object outer = zib::objectFrom(ValueMap());
+    zib::send<void>(outer.raw(), zib::selector<"setObject:forKey:">(), all.back().raw(),
+                    zib::makeString("in").raw());
+    all.push_back(outer);
+  }
+  return all;
+}
+
+TEST(ZibCPayloadTest, GoesOnWithoutPropertiesThatAreTooDeep) {
+  const Device device;
+  const auto deep = deepDictionaries();
+  const zib_object event =
+      zib_payload_builder_create_event_payload(zib_text_of("e"), deep.back().raw());
+  EXPECT_EQ(zib::Dictionary::retained(event).values()->size(), 3U);
+  zib_object_release(event);
+  EXPECT_EQ(device.errorLines(),
+            Lines{"zib_payload_builder_create_event_payload: properties are left out: nested too "
+                  "deep at \"in\"; 256 levels are allowed"});
+}
+
+TEST(ZibJSONTest, IsNoneOfWhatIsTooDeep) {
+  const Device device;
+  const auto deep = deepDictionaries();
+  EXPECT_EQ(zib_json_copy(deep.back().raw()).bytes, nullptr);
+  EXPECT_EQ(device.errorLines(),
+            Lines{"zib_json_copy: object cannot be written: nested too deep at "
+                  "\"in\"; 256 levels are allowed"});
 }
 
 TEST(ZibJSONTest, HasWordsForEveryValue) {
@@ -548,7 +754,7 @@ TEST(ZibJSONTest, HasWordsForEveryValue) {
 TEST(ZibJSONTest, IsReadAsThePlatformReadsIt) {
   const Device device;
   const zib_object object = zib_json_create(zib_text_of(R"({"a":[1,"b"]})"));
-  EXPECT_EQ(zib::Dictionary::retained(object).values(), (ValueMap{{"a", zib::Array{1, "b"}}}));
+  EXPECT_EQ(*zib::Dictionary::retained(object).values(), (ValueMap{{"a", zib::Array{1, "b"}}}));
   zib_object_release(object);
   EXPECT_EQ(zib_json_create(zib_text_of("{")), nullptr);
   EXPECT_EQ(device.errorLines(), std::vector{"zib_json_create: json cannot be read"s});

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <optional>
 #include <string>
 
 #include "Tests/Support/Delegates.h"
@@ -20,37 +22,60 @@ using zib::ValueMap;
 
 constexpr std::size_t megabyte = 1U << 20U;
 
-class DepthDelegate final : public ZibMessagingDelegate {
+class ReadingDelegate final : public ZibMessagingDelegate {
  public:
   void zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
                                           const zib::Dictionary& userInfo) override {
-    const ValueMap values = userInfo.values();
-    for (const Value* at = values.find("in"); at != nullptr; ++depth) {
-      const auto* map = at->get<ValueMap>();
-      at = map == nullptr ? nullptr : map->find("in");
-    }
+    read = userInfo.values();
   }
-  int depth = 0;
+  std::optional<zib::Result<ValueMap>> read;
 };
 
-TEST(LargeInputTest, APayloadOfAThousandLevelsIsDeliveredAndReadable) {
-  const Device device;
-  const auto delegate = std::make_shared<DepthDelegate>();
-  ZibMessaging::shared().setDelegate(delegate);
-  constexpr int levels = 1000;
-  Value inner = "innermost";
-  for (int level = 1; level < levels; ++level) {
-    ValueMap outer;
-    outer.append("in", std::move(inner));
-    inner = std::move(outer);
+int depthOf(const ValueMap& values) {
+  int depth = 0;
+  for (const Value* at = values.find("in"); at != nullptr; ++depth) {
+    const auto* map = at->get<ValueMap>();
+    at = map == nullptr ? nullptr : map->find("in");
   }
-  ValueMap userInfo{{"club", "A"}};
-  userInfo.append("in", std::move(inner));
-  const Object notification = sim::usernotifications::makeNotification(userInfo);
-  ZibMessaging::shared().willPresent(zib::Notification::retained(notification.raw()));
-  EXPECT_EQ(delegate->depth, levels);
-  EXPECT_EQ(device.entries("event").front().at("data").at("club"), "A");
-  EXPECT_TRUE(device.errorLines().empty());
+  return depth;
+}
+
+class DeepPayloadTest : public testing::Test {
+ protected:
+  // Whether the event is counted and the delegate told does not hang on the depth.
+  void receive(int levels) {
+    Value inner = "innermost";
+    for (int level = 1; level < levels; ++level) {
+      ValueMap outer;
+      outer.append("in", std::move(inner));
+      inner = std::move(outer);
+    }
+    ValueMap userInfo{{"club", "A"}};
+    userInfo.append("in", std::move(inner));
+    ZibMessaging::shared().setDelegate(delegate_);
+    const Object notification = sim::usernotifications::makeNotification(userInfo);
+    ZibMessaging::shared().willPresent(zib::Notification::retained(notification.raw()));
+    ASSERT_EQ(device_.entries("event").size(), 1U);
+    EXPECT_EQ(device_.entries("event").front().at("data").at("club"), "A");
+    EXPECT_TRUE(device_.errorLines().empty());
+    ASSERT_TRUE(delegate_->read);
+  }
+
+  Device device_;
+  std::shared_ptr<ReadingDelegate> delegate_ = std::make_shared<ReadingDelegate>();
+};
+
+TEST_F(DeepPayloadTest, Of256LevelsIsReadable) {
+  receive(256);
+  ASSERT_TRUE(*delegate_->read);
+  EXPECT_EQ(depthOf(**delegate_->read), 256);
+}
+
+TEST_F(DeepPayloadTest, OfAThousandLevelsIsCountedAndTellsWhyItIsNotRead) {
+  receive(1000);
+  ASSERT_FALSE(*delegate_->read);
+  EXPECT_EQ(delegate_->read->error().description,
+            "nested too deep at \"in\"; 256 levels are allowed");
 }
 
 TEST(LargeInputTest, APayloadOfAMegabyteIsDelivered) {

@@ -71,7 +71,8 @@ TEST_P(ZibPushErrorTest, CarriesNothingButTheDescription) {
   const zib::Object native = zib::errorFrom(GetParam().error).nativeError();
   const auto userInfo =
       zib::Dictionary::retained(zib::send<id>(native.raw(), zib::selector<"userInfo">()));
-  EXPECT_EQ(userInfo.values(), (zib::ValueMap{{"NSLocalizedDescription", GetParam().description}}));
+  EXPECT_EQ(*userInfo.values(),
+            (zib::ValueMap{{"NSLocalizedDescription", GetParam().description}}));
   EXPECT_EQ(zib::send<id>(native.raw(), zib::selector<"localizedFailureReason">()), nullptr);
   EXPECT_EQ(zib::send<id>(native.raw(), zib::selector<"localizedRecoverySuggestion">()), nullptr);
 }

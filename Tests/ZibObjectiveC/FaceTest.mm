@@ -220,6 +220,42 @@ TEST(ZIBMessagingTest, HasTheModulesState) {
       isEqual:@"iglu:com.example/notification_event/jsonschema/3-0-0"]);
 }
 
+TEST(ZIBMessagingTest, KeepsWatchWhereTheHostAsksForIt) {
+  const Device device;
+  EXPECT_EQ(ZIBMessaging.shared.delegateDiscovery, ZIBDelegateDiscoveryOnceWithRetry);
+  ZIBMessaging.shared.delegateDiscovery = ZIBDelegateDiscoveryContinuous;
+  EXPECT_EQ(ZIBMessaging.shared.delegateDiscovery, ZIBDelegateDiscoveryContinuous);
+  [ZIBMessaging.shared configureWithApplication:application()];
+  [ZIBMessaging.shared didReceiveNotificationResponse:response()];
+  EXPECT_EQ(device.errorLines(), Calls());
+}
+
+TEST(ZIBMessagingTest, ReportsWhoStandsBeforeTheDelegates) {
+  const zib::AutoreleasePool pool;
+  const Device device;
+  ZIBMessaging.shared.delegateDiscovery = ZIBDelegateDiscoveryContinuous;
+  [ZIBMessaging.shared configureWithApplication:application()];
+  ZIBIntegrationReport *const report = [ZIBMessaging.shared integrationReport];
+  ASSERT_EQ(report.rows.count, 7U);
+  ZIBIntegrationRow *const absent = [report.rows objectAtIndex:0];
+  EXPECT_EQ(absent.delegateClass, nil);
+  EXPECT_EQ(absent.state, ZIBIntegrationStateNone);
+  EXPECT_EQ(absent.chain.count, 0U);
+  EXPECT_TRUE([absent.remarks isEqual:@[ @"no application delegate" ]]);
+  ZIBIntegrationRow *const present = [report.rows objectAtIndex:4];
+  EXPECT_TRUE([present.method
+      isEqual:@"userNotificationCenter:willPresentNotification:withCompletionHandler:"]);
+  EXPECT_TRUE([present.delegateClass isEqual:@"ZibMessaging"]);
+  EXPECT_EQ(present.state, ZIBIntegrationStateSwapped);
+  ASSERT_EQ(present.chain.count, 2U);
+  ZIBIntegrationFunction *const outermost = [present.chain objectAtIndex:0];
+  EXPECT_TRUE([outermost.image isEqual:@"FaceTests"]);
+  EXPECT_TRUE([outermost.symbol
+      isEqual:@"-[ZibSwizzleManager zib_willPresent:notification:completionHandler:]"]);
+  EXPECT_EQ([report.text rangeOfString:@"no application delegate"].length, 23U);
+  EXPECT_EQ(device.errorLines(), Calls());
+}
+
 TEST(ZIBMessagingTest, CutsNoText) {
   const Device device;
   [ZIBMessaging.shared setPushToken:deviceToken()];

@@ -1,12 +1,13 @@
 #include "ZibMessaging/Private/DelegateWatch.h"
 
-#include <array>
 #include <atomic>
 
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Deferred.h"
 #include "ZibMessaging/Private/DelegateLook.h"
+#include "ZibMessaging/Private/FirebaseHookup.h"
 #include "ZibPlatform/Dispatch/MainQueue.h"
+#include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
@@ -54,20 +55,35 @@ void watchSetters() {
   watchSetter<setFirebaseDelegate, DelegateKind::firebase>("FIRMessaging");
 }
 
+void lookAroundOnMain() {
+  watchSetters();
+  for (const DelegateLook& look : delegateLooks) {
+    contained(look.operation, [&] { lookForNewDelegates(look); });
+  }
+}
+
 // What the system posts: a scene connects, or the app has launched. Any delegate may have come with
 // it, and Firebase too.
 void lookAround(id, SEL, id /*notification*/) {
-  contained(operation, [] {
-    watchSetters();
-    for (const DelegateLook& look : delegateLooks) {
-      contained(look.operation, [&] { lookForNewDelegates(look); });
-    }
+  if (isMainThread()) {
+    contained(operation, &lookAroundOnMain);
+  } else {
+    containedOnMain(operation, &lookAroundOnMain);
+  }
+}
+
+// Firebase has been configured. The host has the rest of this turn to set a delegate.
+void lookAtFirebase(id self, SEL command, id notification) {
+  lookAround(self, command, notification);
+  containedOnMain(operation, [] {
+    if (FirebaseMessaging::find().delegate() == nullptr) becomeFirebaseDelegate();
   });
 }
 
 Object makeObserver() {
   const Class cls = ClassBuilder("ZibDelegateWatch", classNamed<"NSObject">())
                         .method("lookAround:", &lookAround)
+                        .method("lookAtFirebase:", &lookAtFirebase)
                         .registerClass();
   return Object::adopted(send<id>(cls.object(), selector<"new">()));
 }
@@ -80,12 +96,13 @@ void watchForDelegates() {
   static const id observer = objc::retain(makeObserver().raw());
   const id center =
       send<id>(classNamed<"NSNotificationCenter">().object(), selector<"defaultCenter">());
-  constexpr std::array names{constantString<"UISceneWillConnectNotification">,
-                             constantString<"UIApplicationDidFinishLaunchingNotification">};
-  for (const ConstantString& name : names) {
-    send<void>(center, selector<"addObserver:selector:name:object:">(), observer,
-               selector<"lookAround:">().raw(), name.object(), id{});
-  }
+  const auto observe = [&](ConstantString name, Selector reaction) {
+    send<void>(center, selector<"addObserver:selector:name:object:">(), observer, reaction.raw(),
+               name.object(), id{});
+  };
+  observe(constantString<"UISceneWillConnectNotification">, selector<"lookAround:">());
+  observe(constantString<"UIApplicationDidFinishLaunchingNotification">, selector<"lookAround:">());
+  observe(constantString<"FIRAppReadyToConfigureSDKNotification">, selector<"lookAtFirebase:">());
 }
 
 }  // namespace zib

@@ -15,9 +15,11 @@ extern void _Block_release(const void *block);
 #if __has_feature(objc_arc)
 #define ZIB_AUTORELEASED(object) (object)
 #define ZIB_KEPT_FOR_CALLER(object) (object)
+#define ZIB_OWNED(object) (object)
 #else
 #define ZIB_AUTORELEASED(object) [(object) autorelease]
 #define ZIB_KEPT_FOR_CALLER(object) [[(object) retain] autorelease]
+#define ZIB_OWNED(object) [(object) retain]  // for an instance variable
 #endif
 
 // The reference that a context of zib.h holds, and its end.

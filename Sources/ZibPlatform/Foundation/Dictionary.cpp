@@ -54,10 +54,11 @@ std::optional<bool> Dictionary::boolean(ConstantString key) const {
   return number == 1;
 }
 
-ValueMap Dictionary::values() const {
-  if (!native_) return {};
-  const Value value = valueFrom(native_.raw());
-  const auto* map = value.get<ValueMap>();
+Result<ValueMap> Dictionary::values() const {
+  if (!native_) return ValueMap();
+  const Result<Value> value = valueFrom(native_.raw());
+  if (!value) return value.error();
+  const auto* map = value->get<ValueMap>();
   return map == nullptr ? ValueMap() : *map;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "ZibPlatform/Foundation/Result.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/Value.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
@@ -36,8 +37,9 @@ class Dictionary {
   // The truth value under exactly that key, if there is one: a boolean, or a number that is 1 or 0,
   // since the platform has one type for both.
   [[nodiscard]] std::optional<bool> boolean(ConstantString key) const;
-  // All of it, nested values included.
-  [[nodiscard]] ValueMap values() const;
+  // All of it, nested values included; an error where that is more than 256 levels or 100,000
+  // values, since a payload's extent is its sender's choice.
+  [[nodiscard]] Result<ValueMap> values() const;
   // The platform's object; an empty dictionary has one too.
   [[nodiscard]] Object native() const;
 

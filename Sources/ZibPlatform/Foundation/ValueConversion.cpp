@@ -1,9 +1,11 @@
 #include "ZibPlatform/Foundation/ValueConversion.h"
 
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 
+#include "ZibPlatform/Foundation/JSONText.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
@@ -11,7 +13,6 @@
 namespace zib {
 namespace {
 
-Value valueFrom(objc::id object, int nesting);
 Object objectFrom(const Value& value, int nesting);
 
 objc::id numberWithBool(bool value) {
@@ -35,50 +36,12 @@ Value valueFromNumber(objc::id number) {
   return std::int64_t{send<long long>(number, selector<"longLongValue">())};
 }
 
-template <class Use>
-void forEach(objc::id collection, Selector enumerator, Use use) {
-  const objc::id objects = send<objc::id>(collection, enumerator);
-  while (const objc::id object = send<objc::id>(objects, selector<"nextObject">())) use(object);
-}
-
 std::string description(objc::id object) {
   const objc::id text = send<objc::id>(object, selector<"description">());
   return isString(text) ? utf8From(text) : std::string();
 }
 
-// Keys that differ may have one text: of those, the entry of a string key stays.
-Value valueFromDictionary(objc::id dictionary, int nesting) {
-  ValueMap map;
-  std::set<std::string> texts;
-  const auto append = [&](const std::string& text, objc::id key) {
-    if (!texts.insert(text).second) return;
-    const objc::id value = send<objc::id>(dictionary, selector<"objectForKey:">(), key);
-    map.append(text, valueFrom(value, nesting));
-  };
-  bool hasOtherKeys = false;
-  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
-    if (isString(key)) {
-      append(utf8From(key), key);
-    } else {
-      hasOtherKeys = true;
-    }
-  });
-  if (!hasOtherKeys) return map;
-  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
-    if (!isString(key)) append(description(key), key);
-  });
-  return map;
-}
-
-Value valueFromCollection(objc::id collection, int nesting) {
-  Array array;
-  forEach(collection, selector<"objectEnumerator">(),
-          [&](objc::id element) { array.push_back(valueFrom(element, nesting)); });
-  return array;
-}
-
-Value valueFrom(objc::id object, int nesting) {
-  if (object == nullptr || !isNSObject(object)) return Null{};
+Value valueFromScalar(objc::id object) {
   if (isString(object)) return utf8From(object);
   if (isKindOf(object, classNamed<"NSNumber">())) return valueFromNumber(object);
   if (isKindOf(object, classNamed<"NSNull">())) return Null{};
@@ -89,13 +52,120 @@ Value valueFrom(objc::id object, int nesting) {
   if (isKindOf(object, classNamed<"NSDate">())) {
     return Date{send<double>(object, selector<"timeIntervalSince1970">())};
   }
+  return description(object);
+}
+
+// Takes an object apart, as far as is allowed.
+class Taker {
+ public:
+  explicit Taker(Extent allowed) noexcept : allowed_(allowed) {}
+
+  // The null marker where there is an error.
+  Value take(objc::id object, int level = 0);
+  [[nodiscard]] const std::optional<Error>& error() const noexcept { return error_; }
+
+ private:
+  Value takeDictionary(objc::id dictionary, int level);
+  Value takeCollection(objc::id collection, int level);
+  void fail(ValueError problem);
+  // What is taken now, of the outermost container's elements.
+  void moveTo(int level, std::string_view key) {
+    if (level == 1) place_ = key;
+  }
+  [[nodiscard]] std::string describePlace() const;
+
+  Extent allowed_;
+  std::size_t taken_ = 0;
+  std::string place_;
+  std::optional<Error> error_;
+};
+
+// Keys can be as long as a payload.
+std::string_view beginningOf(std::string_view text) {
+  constexpr std::size_t longest = 40;
+  if (text.size() <= longest) return text;
+  std::size_t end = longest;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  return text.substr(0, end);
+}
+
+std::string Taker::describePlace() const {
+  return place_.empty() ? "" : " at " + jsonTextOf(Value(beginningOf(place_)));
+}
+
+void Taker::fail(ValueError problem) {
+  if (error_) return;
+  const bool isDeep = problem == ValueError::nestedTooDeep;
+  const std::string limit =
+      isDeep ? std::to_string(allowed_.levels) : std::to_string(allowed_.values);
+  error_ = Error{std::string(valueErrorDomain),
+                 static_cast<std::int64_t>(problem),
+                 isDeep ? "nested too deep" + describePlace() + "; " + limit + " levels are allowed"
+                        : "too many values" + describePlace() + "; " + limit + " are allowed",
+                 {}};
+}
+
+// Calls `use` with each, until it says no.
+template <class Use>
+void forEach(objc::id collection, Selector enumerator, Use use) {
+  const objc::id objects = send<objc::id>(collection, enumerator);
+  while (const objc::id object = send<objc::id>(objects, selector<"nextObject">())) {
+    if (!use(object)) return;
+  }
+}
+
+// Keys that differ may have one text: of those, the entry of a string key stays.
+// NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
+Value Taker::takeDictionary(objc::id dictionary, int level) {
+  ValueMap map;
+  std::set<std::string> texts;
+  const auto append = [&](const std::string& text, objc::id key) {
+    if (!texts.insert(text).second) return;
+    moveTo(level, text);
+    const objc::id value = send<objc::id>(dictionary, selector<"objectForKey:">(), key);
+    map.append(text, take(value, level));
+  };
+  bool hasOtherKeys = false;
+  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
+    if (isString(key)) {
+      append(utf8From(key), key);
+    } else {
+      hasOtherKeys = true;
+    }
+    return !error_;
+  });
+  if (!hasOtherKeys || error_) return map;
+  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
+    if (!isString(key)) append(description(key), key);
+    return !error_;
+  });
+  return map;
+}
+
+// NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
+Value Taker::takeCollection(objc::id collection, int level) {
+  Array array;
+  forEach(collection, selector<"objectEnumerator">(), [&](objc::id element) {
+    moveTo(level, std::to_string(array.size()));
+    array.push_back(take(element, level));
+    return !error_;
+  });
+  return array;
+}
+
+// NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
+Value Taker::take(objc::id object, int level) {
+  if (++taken_ > allowed_.values) fail(ValueError::tooManyValues);
+  if (error_ || object == nullptr || !isNSObject(object)) return Null{};
   const bool isDictionary = isKindOf(object, classNamed<"NSDictionary">());
   const bool isCollection =
       isKindOf(object, classNamed<"NSArray">()) || isKindOf(object, classNamed<"NSSet">());
-  if (!isDictionary && !isCollection) return description(object);
-  if (nesting >= maximumNesting) return Null{};
-  return isDictionary ? valueFromDictionary(object, nesting + 1)
-                      : valueFromCollection(object, nesting + 1);
+  if (!isDictionary && !isCollection) return valueFromScalar(object);
+  if (level >= allowed_.levels) {
+    fail(ValueError::nestedTooDeep);
+    return Null{};
+  }
+  return isDictionary ? takeDictionary(object, level + 1) : takeCollection(object, level + 1);
 }
 
 Object newObject(Class cls) {
@@ -162,7 +232,12 @@ Object objectFrom(const Value& value, int nesting) { return value.visit(ObjectMa
 
 }  // namespace
 
-Value valueFrom(objc::id object) { return valueFrom(object, 0); }
+Result<Value> valueFrom(objc::id object, Extent allowed) {
+  Taker taker(allowed);
+  Value value = taker.take(object);
+  if (taker.error()) return *taker.error();
+  return value;
+}
 Object objectFrom(const Value& value) { return objectFrom(value, 0); }
 Object objectFrom(const ValueMap& map) { return objectFromMap(map, 1); }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "Simulator/Json/Values.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
@@ -38,7 +39,7 @@ inline zib::Object dataOf(std::string_view bytes) {
 
 inline Read outcome(zib::objc::id root, zib::objc::id error) {
   if (root == nullptr) return {std::nullopt, zib::Error::fromNative(error)};
-  return {zib::valueFrom(root), {}};
+  return {sim::valueOf(root), {}};
 }
 
 inline Read readJSON(std::string_view text, zib::objc::UInteger options = 0) {

@@ -115,6 +115,23 @@ TEST(ExpectationsTest, MatchTextsByAPart) {
   EXPECT_FALSE(areMet({{{"data", {{"list", {{"contains", "1"}}}}}}}));
 }
 
+TEST(ExpectationsTest, MatchListsByOneElement) {
+  const Json report = {{"kind", "report"},
+                       {"rows",
+                        {{{"class", "A"}, {"remarks", {"one", "two"}}},
+                         {{"class", "B"}, {"remarks", Json::array()}}}}};
+  const auto isMet = [&](const Json& row) {
+    const Json expected = {{"kind", "report"}, {"rows", {{"contains", row}}}};
+    return sim::unmetExpectations(Json::array({expected}), timeline({report})).empty();
+  };
+  EXPECT_TRUE(isMet({{"class", "B"}}));
+  EXPECT_TRUE(isMet({{"class", "A"}, {"remarks", {{"contains", "two"}}}}));
+  EXPECT_TRUE(isMet({{"remarks", {{"contains", {{"contains", "w"}}}}}}));
+  EXPECT_FALSE(isMet({{"class", "A"}, {"remarks", {{"contains", "three"}}}}));
+  EXPECT_FALSE(isMet({{"class", "B"}, {"remarks", {{"contains", "one"}}}}));
+  EXPECT_FALSE(isMet({{"class", "C"}}));
+}
+
 TEST(ExpectationsTest, MatchInAnyOrderWhereTheySaySo) {
   const Json anyLog = {{"kind", "log"}};
   EXPECT_TRUE(areMet({{{"unordered", {second, event, first}}}}));

@@ -152,7 +152,7 @@ TEST_F(FirebasePlistTest, IsRead) {
   const auto plist = zib::readFirebasePlist(reply(xmlPlist));
   ASSERT_TRUE(plist);
   EXPECT_EQ(plist->string("BUNDLE_ID"), "com.example.host");
-  EXPECT_EQ(plist->values(),
+  EXPECT_EQ(*plist->values(),
             (ValueMap{{"BUNDLE_ID", "com.example.host"}, {"IS_ADS_ENABLED", false}}));
 }
 

@@ -28,7 +28,7 @@ TEST_F(DictionaryTest, TheDefaultIsEmptyAndStillHasAnObject) {
   EXPECT_EQ(dictionary.string("a"), std::nullopt);
   EXPECT_EQ(dictionary.string(constantString<"a">), std::nullopt);
   EXPECT_EQ(dictionary.boolean(constantString<"a">), std::nullopt);
-  EXPECT_TRUE(dictionary.values().empty());
+  EXPECT_TRUE(dictionary.values()->empty());
   EXPECT_EQ(send<UInteger>(dictionary.native().raw(), selector<"count">()), 0U);
 }
 
@@ -98,7 +98,7 @@ TEST_F(DictionaryTest, OneAndZeroAreTruthValuesAndOtherNumbersAreNot) {
 TEST_F(DictionaryTest, ValuesComeBackWhole) {
   const ValueMap values{{"text", "value"},
                         {"map", ValueMap{{"list", zib::Array{1, "two", Null{}, false}}}}};
-  EXPECT_EQ(Dictionary::from(values).values(), values);
+  EXPECT_EQ(*Dictionary::from(values).values(), values);
 }
 
 TEST_F(DictionaryTest, KeysThatAreNoTextDoNotDisturbReading) {
@@ -110,7 +110,7 @@ TEST_F(DictionaryTest, KeysThatAreNoTextDoNotDisturbReading) {
   const Dictionary dictionary = Dictionary::retained(object.raw());
   EXPECT_EQ(dictionary.string("a"), "b");
   EXPECT_EQ(dictionary.string("7"), std::nullopt);
-  EXPECT_EQ(dictionary.values().size(), 3U);
+  EXPECT_EQ(dictionary.values()->size(), 3U);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ TEST_F(PlatformPropertyListTest, WritesXMLThatReadsBack) {
   EXPECT_NE(text.find("plist version=\"1.0\""), std::string::npos);
   const auto root = zib::parsePropertyList(bytes);
   ASSERT_TRUE(root);
-  EXPECT_EQ(zib::valueFrom(root->raw()), Value(values));
+  EXPECT_EQ(*zib::valueFrom(root->raw()), Value(values));
 }
 
 TEST_F(PlatformPropertyListTest, WritesAnEmptyDictionary) {
@@ -39,7 +39,7 @@ TEST_F(PlatformPropertyListTest, WritesAnEmptyDictionary) {
   ASSERT_TRUE(data);
   const auto root = zib::parsePropertyList(zib::bytesOf(data->raw()));
   ASSERT_TRUE(root);
-  EXPECT_EQ(zib::valueFrom(root->raw()), Value(ValueMap()));
+  EXPECT_EQ(*zib::valueFrom(root->raw()), Value(ValueMap()));
 }
 
 TEST_F(PlatformPropertyListTest, FailsWithAnErrorOnOtherBytes) {

@@ -13,6 +13,9 @@
 #define NS_ASSUME_NONNULL_BEGIN _Pragma("clang assume_nonnull begin")
 #define NS_ASSUME_NONNULL_END _Pragma("clang assume_nonnull end")
 #define NS_SWIFT_NAME(name) __attribute__((swift_name(#name)))
+#define NS_ENUM(type, name)                                        \
+  enum __attribute__((enum_extensibility(open))) name : type name; \
+  enum name : type
 #define NS_OPTIONS(type, name)                                                \
   enum __attribute__((flag_enum, enum_extensibility(open))) name : type name; \
   enum name : type
@@ -44,6 +47,11 @@ ZIB_BRIDGE("Swift.Dictionary")
 
 ZIB_BRIDGE("Swift.Array")
 @interface NSArray<Value> : NSObject
+@end
+
+@interface NSMutableArray<Value> : NSArray <Value>
++ (instancetype)array;
+- (void)addObject:(Value)object;
 @end
 
 ZIB_BRIDGE("Swift.Error")

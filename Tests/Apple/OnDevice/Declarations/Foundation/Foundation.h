@@ -7,6 +7,9 @@
 #define FOUNDATION_EXPORT extern
 #define NS_ASSUME_NONNULL_BEGIN _Pragma("clang assume_nonnull begin")
 #define NS_ASSUME_NONNULL_END _Pragma("clang assume_nonnull end")
+#define NS_ENUM(type, name) \
+  enum name : type name;    \
+  enum name : type
 #define NS_OPTIONS(type, name) \
   type name;                   \
   enum : type
