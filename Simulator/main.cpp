@@ -33,7 +33,8 @@ std::string describeParseError(const CLI::App& app, const CLI::ParseError& error
 // Options and what each command does with them.
 class CommandLine {
  public:
-  CommandLine() : app_("zibsim, the simulated device: what does the messaging module do?") {
+  CommandLine()
+      : app_("zibsim, the simulated device: what does the messaging module do?", "zibsim") {
     app_.set_version_flag("--version", version);
     app_.require_subcommand(1);
     app_.footer(
