@@ -7,6 +7,7 @@
 
 #include "Simulator/CommandLine/DiffCommand.h"
 #include "Simulator/CommandLine/InspectCommand.h"
+#include "Simulator/CommandLine/RecordCommand.h"
 #include "Simulator/CommandLine/RunCommand.h"
 #include "Simulator/CommandLine/ServeCommand.h"
 #include "Simulator/CommandLine/Usage.h"
@@ -46,6 +47,7 @@ class CommandLine {
     addInspect();
     addServe();
     addDiff();
+    addRecord();
     addSchema();
   }
 
@@ -117,6 +119,17 @@ class CommandLine {
     command->callback([this] { status_ = sim::compareTimelines(diff_); });
   }
 
+  void addRecord() {
+    CLI::App* const command = app_.add_subcommand(
+        "record", "Plays a scenario, and writes what the module was called with as another one");
+    command->add_option("--output", record_.output, "the file to write to");
+    command->add_flag("--with-texts", record_.hasTexts,
+                      "tokens and texts as they are; otherwise made unrecognisable");
+    command->add_option("SCENARIO.json", record_.file, "a scenario, or - for standard input")
+        ->required();
+    command->callback([this] { status_ = sim::recordScenario(record_); });
+  }
+
   void addSchema() {
     app_.add_subcommand("schema", "Prints the JSON Schema of a scenario")->callback([] {
       std::cout << sim::scenarioSchema().dump(2) << std::endl;
@@ -128,6 +141,7 @@ class CommandLine {
   sim::InspectOptions inspect_;
   sim::ServeOptions serve_;
   sim::DiffOptions diff_;
+  sim::RecordOptions record_;
   int status_ = sim::allAsExpected;
 };
 

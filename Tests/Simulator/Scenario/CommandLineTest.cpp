@@ -142,10 +142,11 @@ TEST_F(CommandLineTest, RefusesWhatItDoesNotKnow) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
       {{}, "zibsim: A subcommand is required; allowed: see zibsim --help\n"},
       {{"play"},
-       "zibsim: no command \"play\"; allowed: run, inspect, serve, diff, schema, --help, "
+       "zibsim: no command \"play\"; allowed: run, inspect, serve, diff, record, schema, --help, "
        "--version\n"},
       {{"a\nb"},
-       "zibsim: no command \"a\\u000ab\"; allowed: run, inspect, serve, diff, schema, --help, "
+       "zibsim: no command \"a\\u000ab\"; allowed: run, inspect, serve, diff, record, schema, "
+       "--help, "
        "--version\n"},
       {{"run"}, "zibsim: SCENARIO.json is required; allowed: see zibsim --help\n"},
       {{"run", "--format", "xml", "-"},
