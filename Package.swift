@@ -11,6 +11,8 @@ let package = Package(
     .library(name: "ZibMessagingC", targets: ["ZibMessagingC"]),
     // For those in C++.
     .library(name: "ZibMessagingCxx", targets: ["ZibMessagingCxx"]),
+    // Records an app's run as a scenario, in debug builds.
+    .library(name: "ZibRecorder", targets: ["ZibRecorder"]),
   ],
   targets: [
     .target(
@@ -40,6 +42,13 @@ let package = Package(
         .linkedFramework("UIKit", .when(platforms: [.iOS])),
         .linkedFramework("UserNotifications", .when(platforms: [.iOS])),
       ]
+    ),
+    .target(
+      name: "ZibRecorder",
+      dependencies: ["ZibMessagingCxx"],
+      path: "Recorder",
+      publicHeadersPath: ".",
+      cxxSettings: [.headerSearchPath(".."), .headerSearchPath("../Sources")] + released
     ),
   ],
   cxxLanguageStandard: .cxx20

@@ -7,6 +7,7 @@
 
 #include "Simulator/CommandLine/DiffCommand.h"
 #include "Simulator/CommandLine/InspectCommand.h"
+#include "Simulator/CommandLine/RecordCommand.h"
 #include "Simulator/CommandLine/RunCommand.h"
 #include "Simulator/CommandLine/ServeCommand.h"
 #include "Simulator/CommandLine/Usage.h"
@@ -33,7 +34,8 @@ std::string describeParseError(const CLI::App& app, const CLI::ParseError& error
 // Options and what each command does with them.
 class CommandLine {
  public:
-  CommandLine() : app_("zibsim, the simulated device: what does the messaging module do?") {
+  CommandLine()
+      : app_("zibsim, the simulated device: what does the messaging module do?", "zibsim") {
     app_.set_version_flag("--version", version);
     app_.require_subcommand(1);
     app_.footer(
@@ -45,6 +47,7 @@ class CommandLine {
     addInspect();
     addServe();
     addDiff();
+    addRecord();
     addSchema();
   }
 
@@ -116,6 +119,17 @@ class CommandLine {
     command->callback([this] { status_ = sim::compareTimelines(diff_); });
   }
 
+  void addRecord() {
+    CLI::App* const command = app_.add_subcommand(
+        "record", "Plays a scenario, and writes what the module was called with as another one");
+    command->add_option("--output", record_.output, "the file to write to");
+    command->add_flag("--with-texts", record_.hasTexts,
+                      "tokens and texts as they are; otherwise made unrecognisable");
+    command->add_option("SCENARIO.json", record_.file, "a scenario, or - for standard input")
+        ->required();
+    command->callback([this] { status_ = sim::recordScenario(record_); });
+  }
+
   void addSchema() {
     app_.add_subcommand("schema", "Prints the JSON Schema of a scenario")->callback([] {
       std::cout << sim::scenarioSchema().dump(2) << std::endl;
@@ -127,6 +141,7 @@ class CommandLine {
   sim::InspectOptions inspect_;
   sim::ServeOptions serve_;
   sim::DiffOptions diff_;
+  sim::RecordOptions record_;
   int status_ = sim::allAsExpected;
 };
 

@@ -30,9 +30,8 @@ std::vector<Json> fieldsOf(const std::vector<Step>& steps) {
 // How far a long run is, on a terminal that shows nothing else meanwhile.
 class Progress {
  public:
-  explicit Progress(std::size_t count)
-      : count_(count),
-        isShown_(count > 1 && ::isatty(STDERR_FILENO) != 0 && ::isatty(STDOUT_FILENO) == 0) {}
+  Progress(std::size_t count, bool isAlone)
+      : count_(count), isShown_(count > 1 && isAlone && ::isatty(STDERR_FILENO) != 0) {}
   ~Progress() {
     if (isShown_) std::cerr << "\r\x1b[K" << std::flush;
   }
@@ -65,7 +64,8 @@ class Run : public PlayListener {
         isForPeople_(options.format == "timeline"),
         // Where the timeline goes to somebody who does not see what else is said.
         isOutOfSight_(!isForPeople_ || !output.isStandardOutput()),
-        progress_(scenarios.size()) {
+        progress_(scenarios.size(),
+                  !output.isStandardOutput() || options.format == "html" || !isTerminal()) {
     for (const auto& [file, scenario] : scenarios) {
       outcomes_.push_back({.file = file,
                            .name = scenario.name,
@@ -114,6 +114,8 @@ class Run : public PlayListener {
   }
 
  private:
+  static bool isTerminal() { return ::isatty(STDOUT_FILENO) != 0; }
+
   void beginTurn() {
     if (turn_ == outcomes_.size()) return;
     const Outcome& outcome = outcomes_[turn_];

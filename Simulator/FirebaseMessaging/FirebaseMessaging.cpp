@@ -113,10 +113,11 @@ void setDelegate(Object delegate) {
 id delegate() { return state().delegate.get(); }
 id messaging() { return state().messaging.raw(); }
 
-void deliverToken(const std::optional<std::string>& token) {
-  if (!responds(delegate(), selector<didReceiveToken>())) return;
+bool deliverToken(const std::optional<std::string>& token) {
+  if (!responds(delegate(), selector<didReceiveToken>())) return false;
   const Object text = token ? zib::makeString(*token) : Object();
   sendToken(delegate(), messaging(), text.raw());
+  return true;
 }
 
 }  // namespace sim::firebase

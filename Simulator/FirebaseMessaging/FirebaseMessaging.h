@@ -34,7 +34,7 @@ zib::objc::id delegate();
 // The messaging object, even while the class does not hand it out; nil before Firebase appeared.
 zib::objc::id messaging();
 
-// Firebase calls its delegate, if it responds.
-void deliverToken(const std::optional<std::string>& token);
+// Firebase calls its delegate. False where there is none that responds.
+bool deliverToken(const std::optional<std::string>& token);
 
 }  // namespace sim::firebase

@@ -4,15 +4,13 @@
 #include <span>
 
 #include "Simulator/Json/Values.h"
+#include "Simulator/Scenario/Document.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibPlatform/Foundation/JSON.h"
 #include "ZibPlatform/Foundation/Strings.h"
 
 namespace sim {
 namespace {
-
-// By which an .apns file names the app that a simulator hands it to. It is no part of the payload.
-constexpr const char* targetBundle = "Simulator Target Bundle";
 
 constexpr const char* allowedPayload = "a JSON object, such as an .apns file";
 
@@ -30,7 +28,7 @@ Payload readPayload(std::string_view text) {
   if (!payload.json.is_object()) {
     throw ScenarioError("", "got " + kindOf(payload.json), allowedPayload);
   }
-  payload.json.erase(targetBundle);
+  removeTargetBundle(payload.json);
   payload.size = payload.json.dump().size();
   payload.userInfo = zib::Dictionary::from(*valueFromJson(payload.json).get<zib::ValueMap>());
   return payload;

@@ -6,6 +6,7 @@
 #include <map>
 #include <utility>
 
+#include "Simulator/Scenario/Expectations.h"
 #include "Simulator/Timeline/PeopleFormat.h"
 
 namespace sim {
@@ -20,6 +21,7 @@ std::string laneOf(const Json& entry) {
       {"file", "system"},      {"host", "host"},           {"delegate", "host"},
       {"urlDelegate", "host"}, {"firebaseConfig", "host"}, {"event", "core"},
       {"storage", "core"},     {"core", "core"},           {"problem", "system"},
+      {"unanswered", "host"},
   };
   const auto found = lanesOfKinds.find(entry.at("kind").get<std::string>());
   return found == lanesOfKinds.end() ? "module" : found->second;
@@ -39,6 +41,17 @@ std::string shownValue(const Json& value) {
 std::string idOf(std::size_t scenario, std::size_t entry) {
   return "entry-" + std::to_string(scenario) + "-" + std::to_string(entry);
 }
+
+std::string idOfExpectation(std::size_t scenario, std::size_t expectation) {
+  return "expectation-" + std::to_string(scenario) + "-" + std::to_string(expectation);
+}
+
+// A scenario as the page shows it.
+struct Shown {
+  const Outcome& outcome;
+  std::size_t scenario;
+  std::vector<Judgement> judgements = judge(outcome.expectations, outcome.timeline);
+};
 
 void addFields(Markup& markup, const Json& entry) {
   markup.open("dl");
@@ -61,10 +74,26 @@ Markup viewOfEntry(const Json& entry, const std::string& lane) {
   return markup;
 }
 
-void addStepRow(Markup& markup, const Json& entry, const Outcome& outcome, const std::string& id) {
+// To the expectations that an entry meets, or comes nearest to.
+Markup linksToExpectations(std::size_t entry, const Shown& shown) {
+  Markup markup;
+  for (std::size_t index = 0; index < shown.judgements.size(); ++index) {
+    const auto& [miss, entries] = shown.judgements[index];
+    if (std::find(entries.begin(), entries.end(), entry) == entries.end()) continue;
+    markup.text(" ").element(
+        "a", (miss.empty() ? "meets expectation " : "not expectation ") + std::to_string(index),
+        {{"class", miss.empty() ? "expected met" : "expected unmet"},
+         {"href", "#" + idOfExpectation(shown.scenario, index)}});
+  }
+  return markup;
+}
+
+void addStepRow(Markup& markup, std::size_t number, const Shown& shown) {
+  const auto& [outcome, scenario, judgements] = shown;
+  const Json& entry = outcome.timeline[number];
   const auto index = entry.at("index").get<std::size_t>();
   const std::string thread = entry.at("thread");
-  markup.open("tr", {{"class", "step"}, {"id", id}});
+  markup.open("tr", {{"class", "step"}, {"id", idOf(scenario, number)}});
   markup.element("th", shownTime(entry), {{"class", "time"}, {"scope", "row"}});
   markup.open("th", {{"colspan", "4"}, {"scope", "colgroup"}});
   markup.text(std::to_string(index + 1) + ". " + entry.at("do").get<std::string>());
@@ -74,23 +103,24 @@ void addStepRow(Markup& markup, const Json& entry, const Outcome& outcome, const
     if (!fields.empty()) markup.element("span", "  " + fields.dump(), {{"class", "note"}});
   }
   if (thread != "main") markup.text("  on " + thread);
-  markup.close().close();
+  markup.add(linksToExpectations(number, shown)).close().close();
 }
 
-void addEntryRow(Markup& markup, const Json& entry, const std::string& time,
-                 const std::string& id) {
+void addEntryRow(Markup& markup, std::size_t number, const std::string& time, const Shown& shown) {
+  const Json& entry = shown.outcome.timeline[number];
   const std::string lane = laneOf(entry);
-  markup.open("tr", {{"id", id}});
+  markup.open("tr", {{"id", idOf(shown.scenario, number)}});
   markup.element("td", time, {{"class", "time"}});
   for (const char* const each : lanes) {
     markup.open("td");
-    if (lane == each) markup.add(viewOfEntry(entry, lane));
+    if (lane == each) markup.add(viewOfEntry(entry, lane)).add(linksToExpectations(number, shown));
     markup.close();
   }
   markup.close();
 }
 
-Markup viewOfLanes(const Outcome& outcome, std::size_t scenario) {
+Markup viewOfLanes(const Shown& shown) {
+  const Outcome& outcome = shown.outcome;
   Markup markup;
   markup.open("div", {{"class", "wide"},
                       {"tabindex", "0"},
@@ -108,32 +138,45 @@ Markup viewOfLanes(const Outcome& outcome, std::size_t scenario) {
     const std::string time = shownTime(entry);
     const bool isLater = time != std::exchange(timeBefore, time);
     if (entry.at("kind") == "step") {
-      addStepRow(markup, entry, outcome, idOf(scenario, index));
+      addStepRow(markup, index, shown);
     } else {
-      addEntryRow(markup, entry, isLater ? time : "", idOf(scenario, index));
+      addEntryRow(markup, index, isLater ? time : "", shown);
     }
   }
   return markup;
 }
 
-const std::string* missOf(std::size_t expectation, const Outcome& outcome) {
-  const std::string start = "expectation " + std::to_string(expectation) + " ";
-  const auto found =
-      std::find_if(outcome.unmet.begin(), outcome.unmet.end(),
-                   [&](const std::string& message) { return message.starts_with(start); });
-  return found == outcome.unmet.end() ? nullptr : &*found;
+// To the entries that met an expectation, or come nearest to it.
+void addLinksToEntries(Markup& markup, const Judgement& judgement, const Shown& shown) {
+  if (judgement.entries.empty()) return;
+  constexpr std::size_t most = 20;
+  const std::size_t count = judgement.entries.size();
+  markup.open("p", {{"class", "entries"}});
+  markup.text(judgement.miss.empty() ? "by " : "see ");
+  for (std::size_t index = 0; index < std::min(count, most); ++index) {
+    const std::size_t entry = judgement.entries[index];
+    const Json& there = shown.outcome.timeline[entry];
+    if (index > 0) markup.text(", ");
+    markup.element("a", there.at("kind").get<std::string>() + " at " + shownTime(there),
+                   {{"href", "#" + idOf(shown.scenario, entry)}});
+  }
+  if (count > most) markup.text(" and " + std::to_string(count - most) + " more");
+  markup.close();
 }
 
-Markup viewOfExpectations(const Outcome& outcome) {
+Markup viewOfExpectations(const Shown& shown) {
+  const auto& [outcome, scenario, judgements] = shown;
   Markup markup;
   markup.open("section").element("h2", "What was expected");
-  markup.open("ol", {{"class", "expectations"}});
-  for (std::size_t index = 0; index < outcome.expectations.size(); ++index) {
-    const std::string* const miss = missOf(index, outcome);
-    markup.open("li", {{"class", miss == nullptr ? "met" : "unmet"}});
-    markup.element("strong", miss == nullptr ? "met" : "not met").text(" ");
-    if (miss == nullptr) markup.element("code", outcome.expectations[index].dump());
-    if (miss != nullptr) markup.element("pre", *miss);
+  markup.open("ol", {{"class", "expectations"}, {"start", "0"}});
+  for (std::size_t index = 0; index < judgements.size(); ++index) {
+    const bool isMet = judgements[index].miss.empty();
+    markup.open("li",
+                {{"class", isMet ? "met" : "unmet"}, {"id", idOfExpectation(scenario, index)}});
+    markup.element("strong", isMet ? "met" : "not met").text(" ");
+    if (isMet) markup.element("code", outcome.expectations[index].dump());
+    if (!isMet) markup.element("pre", judgements[index].miss);
+    addLinksToEntries(markup, judgements[index], shown);
     markup.close();
   }
   markup.close();
@@ -158,10 +201,11 @@ Markup viewOf(const Outcome& outcome, std::size_t scenario, bool isAlone) {
   markup.element("p", verdictOn(outcome) + " · " + outcome.file,
                  {{"class", outcome.hasPassed() ? "outcome passed" : "outcome failed"}});
   markup.close();
+  const Shown shown{outcome, scenario};
   if (!outcome.expectations.empty() || !outcome.unmet.empty()) {
-    markup.add(viewOfExpectations(outcome));
+    markup.add(viewOfExpectations(shown));
   }
-  markup.open("section").add(viewOfLanes(outcome, scenario)).close();
+  markup.open("section").add(viewOfLanes(shown)).close();
   return markup;
 }
 

@@ -111,6 +111,10 @@ Json parseDocument(std::string_view text) {
   }
 }
 
+void removeTargetBundle(Json& payload) {
+  if (payload.is_object()) payload.erase("Simulator Target Bundle");
+}
+
 std::string readNamedFile(const Node& name, const std::filesystem::path& folder) {
   const std::filesystem::path path = folder / name.text();
   const auto fail = [&](int code) {

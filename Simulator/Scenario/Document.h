@@ -14,6 +14,10 @@ namespace sim {
 // Throws ScenarioError.
 Json parseDocument(std::string_view text);
 
+// Takes the key away by which an .apns file names the app that a simulator hands it to. It is no
+// part of the payload.
+void removeTargetBundle(Json& payload);
+
 // The contents of the file that a scenario names from its folder on. Throws ScenarioError.
 std::string readNamedFile(const Node& name, const std::filesystem::path& folder);
 

@@ -11,9 +11,22 @@ std::vector<std::string_view> kindNames() {
   return names;
 }
 
+// A value for an entry's text is a text, null, or a part of it.
+void checkTexts(const Node& pattern, Reading& reading) {
+  for (const std::string_view field : textEntryFields()) {
+    const auto value = pattern.find(field);
+    if (!value || !value->value().is_structured()) continue;
+    reading.collectErrorOf([&] {
+      value->checkKeys({"contains"}, reading.errors);
+      static_cast<void>(value->require("contains").text());
+    });
+  }
+}
+
 // What an entry is compared with: of a kind that there is, with keys that its entries have.
 void checkPattern(const Node& pattern, Reading& reading) {
   if (!pattern.value().is_object()) pattern.failType("an object");
+  checkTexts(pattern, reading);
   const auto kind = pattern.find("kind");
   if (!kind) {
     pattern.checkKeys(entryFieldsOf({}), reading.errors);
@@ -52,6 +65,12 @@ void checkItem(const Node& item, Reading& reading) {
 Json schemaOfItems() {
   Json fields = Json::object();
   for (const std::string_view field : entryFieldsOf({})) fields[std::string(field)] = true;
+  const Json part = {{"type", "object"},
+                     {"properties", {{"contains", {{"type", "string"}}}}},
+                     {"required", {"contains"}},
+                     {"additionalProperties", false}};
+  const Json text = {{"anyOf", {{{"type", {"string", "number", "boolean", "null"}}}, part}}};
+  for (const std::string_view field : textEntryFields()) fields[std::string(field)] = text;
   fields["kind"] = {{"enum", kindNames()}};
   const Json pattern = {
       {"type", "object"}, {"properties", fields}, {"additionalProperties", false}};

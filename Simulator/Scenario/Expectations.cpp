@@ -45,12 +45,30 @@ bool matches(const Json& expected, const Json& actual) {
 
 constexpr int likenessOfEqual = 1000;
 
+// How much two texts have in common at their starts and ends, if it is most of them; less than
+// equal ones in any case.
+int likenessOfTexts(std::string_view expected, std::string_view actual) {
+  constexpr int likenessOfUnequal = likenessOfEqual / 2;
+  const std::size_t shorter = std::min(expected.size(), actual.size());
+  std::size_t start = 0;
+  while (start < shorter && expected[start] == actual[start]) ++start;
+  std::size_t end = 0;
+  while (end < shorter - start && expected.rbegin()[end] == actual.rbegin()[end]) ++end;
+  const std::size_t longer = std::max<std::size_t>({expected.size(), actual.size(), 1});
+  const std::size_t common = start + end;
+  return 2 * common < longer ? 1 : static_cast<int>(common * likenessOfUnequal / longer);
+}
+
 // How much of what is expected an entry has: each member that matches counts, those of nested
-// objects too, and a little each that is there with another value.
+// objects too, a text as far as it is alike, and a little each that is there with another value.
 int likeness(const Json& expected, const Json& actual) {
-  if (!expected.is_object() || !actual.is_object()) {
-    return matches(expected, actual) ? likenessOfEqual : 1;
+  if (matches(expected, actual)) {
+    if (!expected.is_object()) return likenessOfEqual;
+  } else if (expected.is_string() && actual.is_string()) {
+    return likenessOfTexts(expected.get_ref<const std::string&>(),
+                           actual.get_ref<const std::string&>());
   }
+  if (!expected.is_object() || !actual.is_object()) return 1;
   int sum = 0;
   for (const auto& [key, value] : expected.items()) {
     const auto member = actual.find(key);
@@ -109,47 +127,53 @@ class Judge {
  public:
   explicit Judge(const std::vector<Json>& timeline) : timeline_(timeline) {}
 
-  // Nothing where it is met.
-  std::string judge(const Json& item) {
+  Judgement judge(const Json& item) {
     if (item.contains("absent")) return judgeAbsent(item.at("absent"));
     if (item.contains("unordered")) return judgeUnordered(item.at("unordered"));
     if (item.contains("count")) return judgeCount(item);
     for (std::size_t index = from_; index < timeline_.size(); ++index) {
       if (!matches(item, timeline_[index])) continue;
       from_ = index + 1;
-      return {};
+      return {{}, {index}};
     }
-    return describeNearest(item);
+    return missOf(item, {});
   }
 
  private:
-  [[nodiscard]] std::string judgeAbsent(const Json& pattern) const {
-    const auto found = std::find_if(timeline_.begin(), timeline_.end(),
-                                    [&](const Json& entry) { return matches(pattern, entry); });
-    if (found == timeline_.end()) return {};
-    return "\n  this entry is there:\n    " + lineFrom(*found);
+  [[nodiscard]] std::vector<std::size_t> matching(const Json& pattern) const {
+    std::vector<std::size_t> found;
+    for (std::size_t index = 0; index < timeline_.size(); ++index) {
+      if (matches(pattern, timeline_[index])) found.push_back(index);
+    }
+    return found;
   }
 
-  [[nodiscard]] std::string judgeCount(const Json& item) const {
-    const auto count = std::count_if(timeline_.begin(), timeline_.end(), [&](const Json& entry) {
-      return matches(item.at("of"), entry);
-    });
-    if (item.at("count") == count) return {};
-    return "\n  the entries that match are " + std::to_string(count) +
-           (count == 0 ? describeNearest(item.at("of")) : std::string());
+  [[nodiscard]] Judgement judgeAbsent(const Json& pattern) const {
+    const std::vector<std::size_t> found = matching(pattern);
+    if (found.empty()) return {};
+    return {"\n  this entry is there:\n    " + lineFrom(timeline_[found.front()]), found};
+  }
+
+  [[nodiscard]] Judgement judgeCount(const Json& item) const {
+    std::vector<std::size_t> found = matching(item.at("of"));
+    if (item.at("count") == found.size()) return {{}, std::move(found)};
+    const std::string count = "\n  the entries that match are " + std::to_string(found.size());
+    if (found.empty()) return missOf(item.at("of"), count);
+    return {count, std::move(found)};
   }
 
   // Each item gets an entry of its own, whichever way that is possible for most of them.
-  std::string judgeUnordered(const Json& items) {
+  Judgement judgeUnordered(const Json& items) {
     std::map<std::size_t, std::size_t> itemsByEntry;
     for (std::size_t item = 0; item < items.size(); ++item) {
       std::set<std::size_t> tried;
       if (assign(items, item, itemsByEntry, tried)) continue;
-      return "\n  no entry of its own is there for " + items[item].dump() +
-             describeNearest(items[item]);
+      return missOf(items[item], "\n  no entry of its own is there for " + items[item].dump());
     }
     if (!itemsByEntry.empty()) from_ = itemsByEntry.rbegin()->first + 1;
-    return {};
+    Judgement met;
+    for (const auto& [entry, item] : itemsByEntry) met.entries.push_back(entry);
+    return met;
   }
 
   // NOLINTNEXTLINE(misc-no-recursion): as deep as there are items
@@ -166,18 +190,19 @@ class Judge {
     return false;
   }
 
-  [[nodiscard]] std::string describeNearest(const Json& expected) const {
-    const std::vector<std::size_t> nearest = nearestEntries(expected, timeline_, from_);
-    if (nearest.empty()) return "\n  no entry is like it";
-    std::string text = "\n  nearest entries:";
-    for (const std::size_t index : nearest) {
-      text += "\n    " + lineFrom(timeline_[index]);
+  // With the nearest entries, after what is said first.
+  [[nodiscard]] Judgement missOf(const Json& expected, const std::string& first) const {
+    Judgement judgement{first, nearestEntries(expected, timeline_, from_)};
+    judgement.miss +=
+        judgement.entries.empty() ? "\n  no entry is like it" : "\n  nearest entries:";
+    for (const std::size_t index : judgement.entries) {
+      judgement.miss += "\n    " + lineFrom(timeline_[index]);
       if (index < from_ && matches(expected, timeline_[index])) {
-        text += "\n      (comes before the entry that the expectation above it matched)";
+        judgement.miss += "\n      (comes before the entry that the expectation above it matched)";
       }
-      addDifferences(expected, timeline_[index], {}, text);
+      addDifferences(expected, timeline_[index], {}, judgement.miss);
     }
-    return text;
+    return judgement;
   }
 
   const std::vector<Json>& timeline_;
@@ -186,15 +211,25 @@ class Judge {
 
 }  // namespace
 
+std::vector<Judgement> judge(const Json& expectations, const std::vector<Json>& timeline) {
+  std::vector<Judgement> judgements;
+  Judge judge(timeline);
+  for (std::size_t index = 0; index < expectations.size(); ++index) {
+    Judgement judgement = judge.judge(expectations[index]);
+    if (!judgement.miss.empty()) {
+      judgement.miss = "expectation " + std::to_string(index) +
+                       " is not met: " + expectations[index].dump() + judgement.miss;
+    }
+    judgements.push_back(std::move(judgement));
+  }
+  return judgements;
+}
+
 std::vector<std::string> unmetExpectations(const Json& expectations,
                                            const std::vector<Json>& timeline) {
   std::vector<std::string> unmet;
-  Judge judge(timeline);
-  for (std::size_t index = 0; index < expectations.size(); ++index) {
-    const std::string miss = judge.judge(expectations[index]);
-    if (miss.empty()) continue;
-    unmet.push_back("expectation " + std::to_string(index) +
-                    " is not met: " + expectations[index].dump() + miss);
+  for (Judgement& judgement : judge(expectations, timeline)) {
+    if (!judgement.miss.empty()) unmet.push_back(std::move(judgement.miss));
   }
   return unmet;
 }

@@ -2,12 +2,24 @@
 
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 #include "Simulator/Timeline/Timeline.h"
 
 namespace sim {
+
+// What became of one expectation.
+struct Judgement {
+  // Of several lines; empty where it is met.
+  std::string miss;
+  // Where in the timeline the entries stand that met it, or else those that come nearest.
+  std::vector<std::size_t> entries;
+};
+
+// One for each expectation, in order.
+std::vector<Judgement> judge(const Json& expectations, const std::vector<Json>& timeline);
 
 // One message for each expectation that is not met, of several lines: the item, and the entries
 // that come nearest to it.

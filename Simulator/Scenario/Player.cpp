@@ -1,5 +1,10 @@
 #include "Simulator/Scenario/Player.h"
 
+#include <stdexcept>
+
+#ifdef ZIB_HAS_RECORDER
+#include "Recorder/zib_record.h"
+#endif
 #include "Simulator/Device/Documents.h"
 #include "Simulator/Dispatch/Scheduler.h"
 #include "Simulator/Scenario/Stage.h"
@@ -8,10 +13,24 @@
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
 namespace sim {
+namespace {
+
+void beginRecording(const RecordingFile& file) {
+#ifdef ZIB_HAS_RECORDER
+  const bool isRecording =
+      file.hasTexts ? zib_record_with_texts(file.path.c_str()) : zib_record(file.path.c_str());
+#else
+  const bool isRecording = false;
+#endif
+  if (!isRecording) throw std::runtime_error("nothing can be recorded to " + file.path);
+}
+
+}  // namespace
 
 void play(const Scenario& scenario, const std::filesystem::path& documents) {
   const zib::AutoreleasePool pool;
   Stage stage(scenario, documents);
+  if (scenario.recording) beginRecording(*scenario.recording);
   const DocumentsWatch documentsWatch(documents);
   for (std::size_t index = 0; index < scenario.steps.size(); ++index) {
     const Step& step = scenario.steps[index];

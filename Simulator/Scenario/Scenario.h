@@ -42,6 +42,12 @@ struct Step {
   Json written;
 };
 
+// Where what the module is called with is recorded as a scenario.
+struct RecordingFile {
+  std::string path;
+  bool hasTexts = false;
+};
+
 struct Scenario {
   std::string name;
   DeviceDescription device;
@@ -51,6 +57,8 @@ struct Scenario {
   Sites network;
   std::vector<Step> steps;
   Json expectations = Json::array();
+  // Not of the scenario's own, but of whoever has it played.
+  std::optional<RecordingFile> recording;
 };
 
 }  // namespace sim

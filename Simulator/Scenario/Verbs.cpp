@@ -42,31 +42,41 @@ void playAnswerAuthorization(Stage& /*stage*/, const AnswerAuthorization& step) 
                                      {"message", "no request for permission is waiting"}});
 }
 
+// The system calls a delegate back. `deliver` says whether there was one that responds.
+void callBack(const char* of, std::function<bool()> deliver) {
+  Stage::callBack(of, [of, deliver = std::move(deliver)] {
+    if (deliver()) return;
+    Timeline::shared().add("unanswered", {{"of", of}, {"message", "no delegate answered"}});
+  });
+}
+
 void playPresent(Stage& stage, const Present& step) {
-  usernotifications::present(step.userInfo,
-                             [&] { return stage.completions().makeWithOptions("willPresent"); });
+  callBack("willPresent", [&stage, step] {
+    return usernotifications::present(
+        step.userInfo, [&] { return stage.completions().makeWithOptions("willPresent"); });
+  });
 }
 
 void playRespond(Stage& stage, const Respond& step) {
-  Stage::callBack("didReceive", [&stage, step] {
-    usernotifications::respond(step.userInfo, step.action,
-                               [&] { return stage.completions().make("didReceive"); });
+  callBack("didReceive", [&stage, step] {
+    return usernotifications::respond(step.userInfo, step.action,
+                                      [&] { return stage.completions().make("didReceive"); });
   });
 }
 
 void playOpenURL(Stage& /*stage*/, const OpenURL& step) {
-  Stage::callBack("openURL", [step] {
-    if (const auto result = uikit::deliverURL(urlFrom(step.url), step.options)) {
-      addReturn("openURL", *result);
-    }
+  callBack("openURL", [step] {
+    const auto result = uikit::deliverURL(urlFrom(step.url), step.options);
+    if (result) addReturn("openURL", *result);
+    return result.has_value();
   });
 }
 
 void playSceneOpenURLs(Stage& /*stage*/, const SceneOpenURLs& step) {
-  Stage::callBack("openURLContexts", [step] {
+  callBack("openURLContexts", [step] {
     std::vector<zib::URL> urls;
     for (const std::string& url : step.urls) urls.push_back(urlFrom(url));
-    uikit::deliverURLContexts(step.scene, urls);
+    return uikit::deliverURLContexts(step.scene, urls);
   });
 }
 
@@ -117,7 +127,9 @@ const Kind<std::size_t>& connectedScene() {
 zib::ValueMap readPayloadFile(const Node& name, Reading& reading) {
   const std::string text = readNamedFile(name, reading.folder);
   try {
-    return kinds::payload().read(Node(parseDocument(text), ""), reading);
+    Json payload = parseDocument(text);
+    removeTargetBundle(payload);
+    return kinds::payload().read(Node(payload, ""), reading);
   } catch (const ScenarioError& error) {
     name.fail("no payload: " + std::string(error.what()), "a file with a JSON object");
   }
@@ -176,19 +188,19 @@ std::vector<Verb> makeVerbs() {
       {"deviceToken", "the system hands the application delegate its device token",
        Record<DeviceToken>().required("hex", &DeviceToken::token, kinds::hex(), "its bytes"),
        [](Stage&, const DeviceToken& step) {
-         Stage::callBack("didRegister", [step] { uikit::deliverDeviceToken(step.token); });
+         callBack("didRegister", [step] { return uikit::deliverDeviceToken(step.token); });
        }},
       {"registrationFailure", "the system tells the application delegate that there is no token",
        Record<RegistrationFailure>().required("error", &RegistrationFailure::error, kinds::error(),
                                               "why"),
        [](Stage&, const RegistrationFailure& step) {
-         Stage::callBack("didFail", [step] { uikit::deliverRegistrationFailure(step.error); });
+         callBack("didFail", [step] { return uikit::deliverRegistrationFailure(step.error); });
        }},
       {"fcmToken", "Firebase hands its delegate a registration token",
        Record<FCMToken>().required("token", &FCMToken::token, kinds::textOrNull(),
                                    "the token, or null"),
        [](Stage&, const FCMToken& step) {
-         Stage::callBack("token", [step] { firebase::deliverToken(step.token); });
+         callBack("token", [step] { return firebase::deliverToken(step.token); });
        }},
       {"present", "a notification arrives while the app is in the foreground",
        payloadRecord<Present>(), &playPresent},

@@ -24,9 +24,18 @@ const std::vector<EntryKind>& entryKinds() {
        {"isPushEnabled", "fcmToken", "apnsToken", "isSwizzlingEnabled", "savedFirebasePlistPath"}},
       {"file", {"name", "format", "value"}},
       {"problem", {"code", "of", "message"}},
+      {"unanswered", {"of", "message"}},
       {"report", {"rows"}},
   };
   return kinds;
+}
+
+const std::vector<std::string_view>& textEntryFields() {
+  static const std::vector<std::string_view> fields{
+      "thread", "scenario", "do",     "level", "message",  "schema",    "operation",
+      "token",  "url",      "action", "class", "receiver", "selector",  "method",
+      "of",     "name",     "format", "code",  "fcmToken", "apnsToken", "savedFirebasePlistPath"};
+  return fields;
 }
 
 const std::vector<std::string_view>& commonEntryFields() {

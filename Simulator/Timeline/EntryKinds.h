@@ -18,6 +18,9 @@ const std::vector<EntryKind>& entryKinds();
 // That entries of every kind have.
 const std::vector<std::string_view>& commonEntryFields();
 
+// Whose values are texts, or null, in the entries of every kind that has them, beside "kind".
+const std::vector<std::string_view>& textEntryFields();
+
 // Those of the kind and the common ones; for no kind, those of all.
 std::vector<std::string_view> entryFieldsOf(std::string_view kind);
 

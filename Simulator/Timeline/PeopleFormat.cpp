@@ -106,6 +106,10 @@ std::string describeProblem(const Json& entry) {
   return textOf(entry.at("message")) + " [" + textOf(entry.at("code")) + "]";
 }
 
+std::string describeUnanswered(const Json& entry) {
+  return textOf(entry.at("message")) + " [" + textOf(entry.at("of")) + "]";
+}
+
 std::string describeRequest(const Json& entry) {
   return textOf(entry.at("method")) + " " + textOf(entry.at("url")) + "  (" +
          others(entry, {"t", "thread", "kind", "method", "url", "cachePolicy", "hasBody"}) + ")";
@@ -156,6 +160,7 @@ std::string describeEntry(const Json& entry) {
       {"completion", &describeOf},
       {"return", &describeReturn},
       {"problem", &describeProblem},
+      {"unanswered", &describeUnanswered},
       {"http", &describeRequest},
       {"file", &describeFile},
       {"firebaseConfig", &describeConfig},
@@ -167,10 +172,10 @@ std::string describeEntry(const Json& entry) {
 
 PeopleFormat::Style PeopleFormat::styleOf(const std::string& kind) {
   static const std::map<std::string, Style> styles{
-      {"log", Style::dim},          {"event", Style::green},   {"storage", Style::blue},
-      {"core", Style::blue},        {"delegate", Style::cyan}, {"host", Style::magenta},
-      {"urlDelegate", Style::cyan}, {"system", Style::yellow}, {"http", Style::yellow},
-      {"problem", Style::red},
+      {"log", Style::dim},          {"event", Style::green},       {"storage", Style::blue},
+      {"core", Style::blue},        {"delegate", Style::cyan},     {"host", Style::magenta},
+      {"urlDelegate", Style::cyan}, {"system", Style::yellow},     {"http", Style::yellow},
+      {"problem", Style::red},      {"unanswered", Style::yellow},
   };
   const auto found = styles.find(kind);
   return found == styles.end() ? Style::plain : found->second;

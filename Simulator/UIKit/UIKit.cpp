@@ -180,15 +180,17 @@ Object makeURLContexts(const std::vector<Object>& urls) {
   return makeOrderedSet(contexts);
 }
 
-void deliverDeviceToken(std::span<const std::uint8_t> token) {
-  if (!calls(selector<didRegister>())) return;
+bool deliverDeviceToken(std::span<const std::uint8_t> token) {
+  if (!calls(selector<didRegister>())) return false;
   sendDeviceToken(appDelegate(), application(), zib::makeData(token).raw());
+  return true;
 }
 
-void deliverRegistrationFailure(const std::optional<zib::Error>& error) {
-  if (!calls(selector<didFailToRegister>())) return;
+bool deliverRegistrationFailure(const std::optional<zib::Error>& error) {
+  if (!calls(selector<didFailToRegister>())) return false;
   const Object native = error ? error->nativeError() : Object();
   sendRegistrationFailure(appDelegate(), application(), native.raw());
+  return true;
 }
 
 std::optional<bool> deliverURL(const zib::URL& url, const zib::ValueMap& options) {
@@ -205,13 +207,14 @@ std::optional<bool> deliverURL(const zib::URL& url, const zib::ValueMap& options
   return std::nullopt;
 }
 
-void deliverURLContexts(std::size_t index, const std::vector<zib::URL>& urls) {
+bool deliverURLContexts(std::size_t index, const std::vector<zib::URL>& urls) {
   const id delegate = send<id>(scene(index), selector<"delegate">());
-  if (!responds(delegate, selector<sceneOpenURLContexts>())) return;
+  if (!responds(delegate, selector<sceneOpenURLContexts>())) return false;
   std::vector<Object> objects;
   objects.reserve(urls.size());
   for (const zib::URL& url : urls) objects.push_back(Object::retained(url.native()));
   sendURLContexts(delegate, scene(index), makeURLContexts(objects).raw());
+  return true;
 }
 
 }  // namespace sim::uikit

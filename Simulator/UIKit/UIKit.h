@@ -51,12 +51,12 @@ zib::objc::id scene(std::size_t index);
 // The set of UIOpenURLContext that a scene delegate gets.
 zib::Object makeURLContexts(const std::vector<zib::Object>& urls);
 
-// The system calls a delegate, if it responds.
-void deliverDeviceToken(std::span<const std::uint8_t> token);
-void deliverRegistrationFailure(const std::optional<zib::Error>& error);
-// What the delegate answers: by the newest method for it that it has.
+// The system calls a delegate. False where there is none that responds.
+bool deliverDeviceToken(std::span<const std::uint8_t> token);
+bool deliverRegistrationFailure(const std::optional<zib::Error>& error);
+// What the delegate answers, by the newest method for it that it has; none where it has none.
 std::optional<bool> deliverURL(const zib::URL& url, const zib::ValueMap& options);
-void deliverURLContexts(std::size_t index, const std::vector<zib::URL>& urls);
+bool deliverURLContexts(std::size_t index, const std::vector<zib::URL>& urls);
 
 }  // namespace sim::uikit
 

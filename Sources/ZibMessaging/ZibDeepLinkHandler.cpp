@@ -4,6 +4,7 @@
 #include "ZibMessaging/Private/Deferred.h"
 #include "ZibMessaging/Private/LinkSearch.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibPlatform/Foundation/Process.h"
 #include "ZibPlatform/UIKit/Application.h"
 
@@ -47,6 +48,9 @@ ZibDeepLinkHandler::URLDelegate ZibDeepLinkHandler::urlDelegate() const noexcept
 }
 
 bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) noexcept {
+  const zib::RecordedCall call("handleNotificationURL", [&] {
+    return zib::ValueMap{{"userInfo", userInfo.values()}};
+  });
   return containedOr(false, "handleNotificationURL", [&] {
     const auto candidate = zib::findLink(userInfo);
     if (!candidate) return false;
@@ -59,6 +63,9 @@ bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) 
 }
 
 bool ZibDeepLinkHandler::handleURL(const zib::URL& url, std::string_view source) noexcept {
+  const zib::RecordedCall call("handleURL", [&] {
+    return zib::ValueMap{{"url", url.absoluteString()}, {"source", source}};
+  });
   contained("handleURL", [&] {
     logLine("ZibDeepLinkHandler: URL from ", source, " - ", zib::Utf8(url.text()).view());
   });
@@ -81,6 +88,11 @@ bool ZibDeepLinkHandler::openURL(const zib::URL& url) {
 
 bool ZibDeepLinkHandler::isHandledByHost(const zib::URL& url) const {
   const auto urlDelegate = urlDelegate_.load();
-  return urlDelegate != nullptr &&
-         containedOr(false, "urlDelegate", [&] { return (*urlDelegate)(url); });
+  if (urlDelegate == nullptr) return false;
+  const bool isHandled = containedOr(false, "urlDelegate", [&] {
+    const zib::HostsTurn turn;
+    return (*urlDelegate)(url);
+  });
+  zib::recording::told(zib::recording::urlDelegateAnswered, isHandled);
+  return isHandled;
 }

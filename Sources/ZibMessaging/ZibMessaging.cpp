@@ -16,6 +16,7 @@
 #include "ZibMessaging/Private/NotificationEvent.h"
 #include "ZibMessaging/Private/PresentationOptions.h"
 #include "ZibMessaging/Private/QuotedText.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
@@ -29,9 +30,11 @@ using zib::deliveredEvent;
 using zib::foregroundPresentationOptions;
 using zib::logError;
 using zib::logLine;
+using zib::RecordedCall;
 using zib::Row;
 using zib::ShownHexText;
 using zib::shownOf;
+using zib::ValueMap;
 using zib::objc::id;
 using zib::objc::UInteger;
 
@@ -117,10 +120,14 @@ bool ZibMessaging::setDelegateDiscovery(zib::DelegateDiscovery discovery) noexce
 
 template <class Call>
 void ZibMessaging::tellDelegate(std::string_view operation, Call call) {
-  if (const auto delegate = this->delegate()) contained(operation, [&] { call(*delegate); });
+  const auto delegate = this->delegate();
+  if (!delegate) return;
+  const zib::HostsTurn turn;
+  contained(operation, [&] { call(*delegate); });
 }
 
 void ZibMessaging::configure(const zib::Application&) noexcept {
+  const RecordedCall call("configure");
   contained("configure", [&] {
     if (swizzlingConfigured_) {
       logLine("ZibMessaging already configured");
@@ -155,6 +162,7 @@ void ZibMessaging::setUpIntegration() noexcept {
 }
 
 void ZibMessaging::registerForPush(const zib::Application& application) noexcept {
+  const RecordedCall call("registerForPush");
   contained("registerForPush", [&] {
     logLine("Registering for push notifications");
     zib::Authorization::request(weak_from_this(), application);
@@ -169,6 +177,9 @@ void ZibMessaging::authorizationFailed(const zib::Error& error) {
 
 void ZibMessaging::didRegisterForRemoteNotifications(
     std::span<const std::uint8_t> deviceToken) noexcept {
+  const RecordedCall call("didRegisterForRemoteNotifications", [&] {
+    return ValueMap{{"hex", zib::Bytes(deviceToken.begin(), deviceToken.end())}};
+  });
   contained("didRegisterForRemoteNotifications", [&] {
     // Made first: single bytes that are copied as a block right away would stall the processor.
     const ShownHexText shown(deviceToken);
@@ -180,6 +191,11 @@ void ZibMessaging::didRegisterForRemoteNotifications(
 }
 
 void ZibMessaging::didFailToRegisterForRemoteNotifications(const zib::Error& error) noexcept {
+  const RecordedCall call("didFailToRegisterForRemoteNotifications", [&] {
+    return ValueMap{{"error", ValueMap{{"domain", error.domain},
+                                       {"code", error.code},
+                                       {"description", error.description}}}};
+  });
   contained("didFailToRegisterForRemoteNotifications", [&] {
     logError("Failed to register for push", error);
     tellDelegate("zibMessagingDidFailToRegisterWithError", [&](ZibMessagingDelegate& delegate) {
@@ -189,10 +205,14 @@ void ZibMessaging::didFailToRegisterForRemoteNotifications(const zib::Error& err
 }
 
 void ZibMessaging::setPushToken(std::span<const std::uint8_t> deviceToken) noexcept {
+  const RecordedCall call("setPushToken", [&] {
+    return ValueMap{{"hex", zib::Bytes(deviceToken.begin(), deviceToken.end())}};
+  });
   didRegisterForRemoteNotifications(deviceToken);
 }
 
 void ZibMessaging::setFCMToken(std::string_view token) noexcept {
+  const RecordedCall call("setFCMToken", [&] { return ValueMap{{"token", token}}; });
   contained("setFCMToken", [&] {
     if (!hasReceivedAPNSToken_.load(std::memory_order_acquire)) {
       logLine("⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token),
@@ -210,12 +230,18 @@ void ZibMessaging::setFCMToken(std::string_view token) noexcept {
 }
 
 void ZibMessaging::didReceiveRegistrationToken(std::string_view token) noexcept {
+  const RecordedCall call("didReceiveRegistrationToken", [&] {
+    return ValueMap{{"token", token}};
+  });
   setFCMToken(token);
 }
 
 UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexcept {
   const CallbackInProgress inProgress(Row::willPresent, notification.native());
   if (inProgress.isNew()) {
+    const RecordedCall call("willPresent", [&] {
+      return ValueMap{{"userInfo", notification.userInfo().values()}};
+    });
     handlePresentation(notification);
   } else {
     CallbackInProgress::noteHandedIn(Row::willPresent);
@@ -237,6 +263,10 @@ void ZibMessaging::handlePresentation(const zib::Notification& notification) noe
 void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcept {
   const CallbackInProgress inProgress(Row::didReceive, response.native());
   if (inProgress.isNew()) {
+    const RecordedCall call("didReceive", [&] {
+      return ValueMap{{"userInfo", response.notification().userInfo().values()},
+                      {"action", response.actionIdentifier()}};
+    });
     handleResponse(response);
   } else {
     CallbackInProgress::noteHandedIn(Row::didReceive);
@@ -256,14 +286,21 @@ void ZibMessaging::handleResponse(const zib::NotificationResponse& response) noe
 }
 
 void ZibMessaging::trackNotificationReceived(const zib::Dictionary& userInfo) noexcept {
+  const RecordedCall call("trackNotificationReceived", [&] {
+    return ValueMap{{"userInfo", userInfo.values()}};
+  });
   track(userInfo, deliveredEvent);
 }
 
 void ZibMessaging::trackNotificationOpened(const zib::Dictionary& userInfo) noexcept {
+  const RecordedCall call("trackNotificationOpened", [&] {
+    return ValueMap{{"userInfo", userInfo.values()}};
+  });
   track(userInfo, clickedEvent);
 }
 
 void ZibMessaging::setupAsNotificationDelegate() noexcept {
+  const RecordedCall call("setupAsNotificationDelegate");
   contained("setupAsNotificationDelegate", [&] {
     const auto center = zib::NotificationCenter::current();
     if (!center) {
@@ -277,6 +314,7 @@ void ZibMessaging::setupAsNotificationDelegate() noexcept {
 }
 
 void ZibMessaging::ensureFirebaseMessagingDelegate() noexcept {
+  const RecordedCall call("ensureFirebaseMessagingDelegate");
   contained("ensureFirebaseMessagingDelegate", &zib::becomeFirebaseDelegate);
 }
 

@@ -6,6 +6,7 @@
 #include "ZibMessaging/Private/ConfigurePushFlow.h"
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/FirebasePlistFile.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibMessaging/ZibMessaging.h"
 
 using zib::contained;
@@ -16,6 +17,11 @@ void ZibPushConfig::configurePush(const zib::Application& application,
                                   std::optional<std::string_view> configEndpoint,
                                   FirebaseConfigHandler firebaseConfigHandler,
                                   Completion completion) noexcept {
+  const zib::RecordedCall call("configurePush", [&] {
+    zib::ValueMap arguments{{"completion", static_cast<bool>(completion)}};
+    if (configEndpoint) arguments.set("endpoint", *configEndpoint);
+    return arguments;
+  });
   contained("configurePush", [&] {
     std::make_shared<zib::ConfigurePushFlow>(
         weak_from_this(), application, std::move(firebaseConfigHandler), std::move(completion))
@@ -24,6 +30,7 @@ void ZibPushConfig::configurePush(const zib::Application& application,
 }
 
 void ZibPushConfig::registerForPushSimple(const zib::Application& application) noexcept {
+  const zib::RecordedCall call("registerForPushSimple");
   ZibMessaging::shared().registerForPush(application);
 }
 

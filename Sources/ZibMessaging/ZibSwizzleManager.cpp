@@ -6,6 +6,7 @@
 #include "ZibMessaging/Private/DelegateWatch.h"
 #include "ZibMessaging/Private/Interceptors.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibPlatform/Dispatch/MainQueue.h"
 #include "ZibPlatform/Foundation/Process.h"
 
@@ -20,6 +21,7 @@ ZibSwizzleManager& ZibSwizzleManager::shared() noexcept {
 }
 
 void ZibSwizzleManager::setupAutoSwizzling() noexcept {
+  const zib::RecordedCall call("setupAutoSwizzling");
   contained("setupAutoSwizzling", [&] {
     if (zib::isAppExtension()) {
       logLine("ℹ️ Running in app extension - swizzling not applicable");

@@ -7,6 +7,7 @@ _zibsim_options() {
     inspect) echo "--help --event-type --format" ;;
     serve) echo "--help --port" ;;
     diff) echo "--help" ;;
+    record) echo "--help --output --with-texts" ;;
     schema) echo "--help" ;;
   esac
 }
@@ -19,7 +20,7 @@ _zibsim() {
     run:--format) choices="timeline jsonl html" ;;
     inspect:--format) choices="text json html" ;;
     inspect:--event-type) choices="notification-clicked notification-delivered" ;;
-    :*) choices="run inspect serve diff schema $(_zibsim_options '')" ;;
+    :*) choices="run inspect serve diff record schema $(_zibsim_options '')" ;;
     *) [[ $word != -* ]] || choices=$(_zibsim_options "$command") ;;
   esac
   if [ -n "$choices" ]; then

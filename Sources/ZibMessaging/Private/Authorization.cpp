@@ -9,6 +9,7 @@
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Deferred.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/UserNotifications/UserNotifications.h"
@@ -48,6 +49,7 @@ void Authorization::request(const std::weak_ptr<ZibMessaging>& messaging,
   center.requestAuthorization(
       options::badge | options::sound | options::alert,
       [messaging, application](bool granted, std::optional<Error> error) {
+        recording::told(recording::answered, granted, error);
         contained(answerOperation, [&] {
           containedOnMain(answerOperation, [answer = Answer{messaging, application, granted,
                                                             std::move(error)}] { take(answer); });

@@ -35,6 +35,7 @@ void ConfigurePushFlow::finish(bool isRegistering) noexcept {
   if (isFinished_.exchange(true)) return;
   const Completion completion = std::move(completion_);
   if (completion) {
+    const HostsTurn turn;
     contained("the completion of configurePush", [&] { completion(isRegistering); });
   }
 }
@@ -46,7 +47,8 @@ void ConfigurePushFlow::fetchPushConfig(const std::string& endpoint) {
     return;
   }
   URLSession::fetch({*url, "GET", {{"Content-Type", "application/json"}}, configTimeout},
-                    [flow = shared_from_this()](const URLReply& reply) {
+                    [flow = shared_from_this(), url = *url](const URLReply& reply) {
+                      recording::told(recording::replied, url, reply);
                       flow->step("the answer to the push configuration request",
                                  [&] { flow->pushConfigFetched(readPushConfig(reply)); });
                     });
@@ -67,7 +69,8 @@ void ConfigurePushFlow::pushConfigFetched(const Result<RemotePushConfig>& config
 
 void ConfigurePushFlow::downloadFirebasePlist(const URL& url) {
   logLine("Downloading Firebase plist from: ", url.absoluteString());
-  URLSession::fetch(url, [flow = shared_from_this()](const URLReply& reply) {
+  URLSession::fetch(url, [flow = shared_from_this(), url](const URLReply& reply) {
+    recording::told(recording::replied, url, reply);
     flow->step("the answer to the Firebase plist request",
                [&] { flow->firebasePlistDownloaded(readFirebasePlist(reply)); });
   });
@@ -82,7 +85,12 @@ void ConfigurePushFlow::firebasePlistDownloaded(const Result<Dictionary>& plist)
   contained("savePlistToDocuments", [&] { saveFirebasePlist(*plist); });
   logLine("Firebase plist downloaded and parsed successfully");
   ZibMessaging::shared().ensureFirebaseMessagingDelegate();
-  contained("firebaseConfigHandler", [&] { firebaseConfigHandler_(*plist); });
+  recording::told(recording::handlerBegins);
+  contained("firebaseConfigHandler", [&] {
+    const HostsTurn turn;
+    firebaseConfigHandler_(*plist);
+  });
+  recording::told(recording::handlerEnded);
   mainQueue::async([flow = shared_from_this()] {
     flow->step("registering for push", [&] { flow->registerForPush(); });
   });

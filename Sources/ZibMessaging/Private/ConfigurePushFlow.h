@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibMessaging/Private/RemotePushConfig.h"
 #include "ZibMessaging/ZibPushConfig.h"
 #include "ZibPlatform/Foundation/Dictionary.h"
@@ -41,6 +42,7 @@ class ConfigurePushFlow final : public std::enable_shared_from_this<ConfigurePus
   template <class Work>
   void step(std::string_view operation, Work work) noexcept {
     if (isFinished_) return;
+    const RecordedCall own;
     if (!contained(operation, work)) finish(false);
   }
   void finish(bool isRegistering) noexcept;

@@ -6,6 +6,7 @@
 #include "ZibMessaging/Private/AddOrSwap.h"
 #include "ZibMessaging/Private/Interceptors.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
 #include "ZibPlatform/Foundation/Process.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -106,6 +107,7 @@ const std::array<DelegateLook, 4> delegateLooks{{
 }};
 
 Sighting lookForDelegates(const DelegateLook& look) {
+  recording::told(recording::looking);
   Sighting sighting = look.find();
   for (const Object& each : sighting.delegates) install(look, look.found, each.raw(), &addOrSwap);
   if (!sighting.absence.empty()) logLine(sighting.absence);
@@ -113,12 +115,14 @@ Sighting lookForDelegates(const DelegateLook& look) {
 }
 
 void lookAgainForDelegates(const DelegateLook& look) {
+  recording::told(recording::looking);
   for (const Object& each : look.find().delegates) {
     install(look, look.foundLater, each.raw(), look.installLater);
   }
 }
 
 void lookForNewDelegates(const DelegateLook& look) {
+  recording::told(recording::looking);
   for (const Object& each : look.find().delegates) interceptNewDelegate(look, each.raw());
 }
 

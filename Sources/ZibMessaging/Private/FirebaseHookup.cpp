@@ -2,11 +2,13 @@
 
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibMessaging/Private/MessagingFace.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
 
 namespace zib {
 
 void becomeFirebaseDelegate() {
+  recording::told(recording::looking);
   const FirebaseMessaging firebase = FirebaseMessaging::find();
   if (firebase.found() != FirebaseMessaging::Found::instance) return;
   const objc::id delegate = firebase.delegate();

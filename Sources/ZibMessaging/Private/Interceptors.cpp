@@ -18,6 +18,7 @@
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibMessaging/Private/OlderURLMethods.h"
 #include "ZibMessaging/Private/PresentationOptions.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
@@ -119,6 +120,7 @@ struct Interceptors {
   static void didRegister(const Installation& installation, id self, id application, id token) {
     const Intercepted callback(Row::didRegister, installation, self, token);
     if (callback.isNew()) {
+      const RecordedCall call(Row::didRegister, token);
       logLine("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
       contained("zib_didRegister:deviceToken:",
                 [&] { ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(token)); });
@@ -129,6 +131,7 @@ struct Interceptors {
   static void didFailRegister(const Installation& installation, id self, id application, id error) {
     const Intercepted callback(Row::didFailRegister, installation, self, error);
     if (callback.isNew()) {
+      const RecordedCall call(Row::didFailRegister, error);
       logLine("❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications");
       contained("zib_didFailRegister:error:", [&] {
         ZibMessaging::shared().didFailToRegisterForRemoteNotifications(Error::fromNative(error));
@@ -141,6 +144,7 @@ struct Interceptors {
                       id options) {
     const Intercepted callback(Row::openURL, installation, self, url);
     if (callback.isNew()) {
+      const RecordedCall call(Row::openURL, url, options);
       contained("zib_openURL:url:options:", [&] {
         const Utf8 text(textOfURL(url));
         logLine("🔗 [INTERCEPTED] application:open:options: ", text.view());
@@ -162,6 +166,7 @@ struct Interceptors {
       const std::vector<Object> elements = elementsOf(contexts);
       isEmpty = elements.empty();
       if (!callback.isNew() || isEmpty) return;
+      const RecordedCall call(Row::sceneOpenURL, scene, contexts);
       const auto url = urlOfContext(elements.front().raw());
       if (!url) return;
       const Utf8 text(url->text());
@@ -179,6 +184,7 @@ struct Interceptors {
                           BlockLayout* completion) {
     const Intercepted callback(Row::willPresent, installation, self, notification);
     if (callback.isNew()) {
+      const RecordedCall call(Row::willPresent, notification);
       logLine("🔔 [INTERCEPTED] willPresent notification");
       ZibMessaging::shared().handlePresentation(*Borrowed<Notification>(notification));
     }
@@ -201,6 +207,7 @@ struct Interceptors {
                          BlockLayout* completion) {
     const Intercepted callback(Row::didReceive, installation, self, response);
     if (callback.isNew()) {
+      const RecordedCall call(Row::didReceive, response);
       logLine("👆 [INTERCEPTED] didReceive notification response");
       ZibMessaging::shared().handleResponse(*Borrowed<NotificationResponse>(response));
     }
@@ -220,6 +227,7 @@ struct Interceptors {
   static void fcmToken(const Installation& installation, id self, id messaging, id token) {
     const Intercepted callback(Row::fcmToken, installation, self, token);
     if (callback.isNew()) {
+      const RecordedCall call(Row::fcmToken, token);
       contained("zib_messaging:didReceiveRegistrationToken:", [&] {
         const bool isPresent = isString(token);
         const Utf8 text(StringRef::of(token));

@@ -2,6 +2,7 @@
 
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/PresentationOptions.h"
+#include "ZibMessaging/Private/Recording.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 #include "ZibPlatform/Foundation/Strings.h"
@@ -25,6 +26,7 @@ namespace {
 id init(id self, SEL) { return self; }
 
 void willPresentNotification(id, SEL, id /*center*/, id notification, BlockLayout* completion) {
+  const RecordedCall call = RecordedCall::unlessInHand(Row::willPresent, notification);
   UInteger options = 0;
   if (ZibSwizzleManager::shared().isSwizzlingEnabled()) {
     options = foregroundPresentationOptions();
@@ -35,6 +37,7 @@ void willPresentNotification(id, SEL, id /*center*/, id notification, BlockLayou
 }
 
 void didReceiveNotificationResponse(id, SEL, id /*center*/, id response, BlockLayout* completion) {
+  const RecordedCall call = RecordedCall::unlessInHand(Row::didReceive, response);
   if (!ZibSwizzleManager::shared().isSwizzlingEnabled()) {
     ZibMessaging::shared().didReceive(*Borrowed<NotificationResponse>(response));
   }
@@ -42,6 +45,7 @@ void didReceiveNotificationResponse(id, SEL, id /*center*/, id response, BlockLa
 }
 
 void didReceiveRegistrationToken(id, SEL, id /*messaging*/, id token) {
+  const RecordedCall call = RecordedCall::unlessInHand(Row::fcmToken, token);
   contained("messaging:didReceiveRegistrationToken:", [&] {
     if (isString(token)) ZibMessaging::shared().setFCMToken(Utf8(token).view());
   });

@@ -142,10 +142,11 @@ TEST_F(CommandLineTest, RefusesWhatItDoesNotKnow) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
       {{}, "zibsim: A subcommand is required; allowed: see zibsim --help\n"},
       {{"play"},
-       "zibsim: no command \"play\"; allowed: run, inspect, serve, diff, schema, --help, "
+       "zibsim: no command \"play\"; allowed: run, inspect, serve, diff, record, schema, --help, "
        "--version\n"},
       {{"a\nb"},
-       "zibsim: no command \"a\\u000ab\"; allowed: run, inspect, serve, diff, schema, --help, "
+       "zibsim: no command \"a\\u000ab\"; allowed: run, inspect, serve, diff, record, schema, "
+       "--help, "
        "--version\n"},
       {{"run"}, "zibsim: SCENARIO.json is required; allowed: see zibsim --help\n"},
       {{"run", "--format", "xml", "-"},
@@ -342,8 +343,40 @@ TEST_F(CommandLineTest, ShowsATimelineAsAPage) {
   const Outcome outcome = zibsim({"run", "--format", "html", write("a.json", unmet)});
   EXPECT_EQ(outcome.status, expectationNotMet);
   EXPECT_TRUE(outcome.output.starts_with("<!doctype html>"));
-  EXPECT_NE(outcome.output.find("<li class=\"unmet\">"), std::string::npos);
+  EXPECT_NE(outcome.output.find("<li class=\"unmet\" id=\"expectation-0-0\">"), std::string::npos);
   EXPECT_TRUE(outcome.errors.ends_with("0 passed, 1 failed: " + path("a.json") + " (\"unmet\")\n"));
+}
+
+std::vector<std::string> allIn(const std::string& text, const std::string& pattern) {
+  std::vector<std::string> found;
+  const std::regex regex(pattern);
+  for (std::sregex_iterator match(text.begin(), text.end(), regex), end; match != end; ++match) {
+    found.push_back((*match)[1]);
+  }
+  return found;
+}
+
+TEST_F(CommandLineTest, LinksExpectationsAndEntriesOnThePage) {
+  const std::string met = write("met.json", R"({"steps": [{"do": "state"}, {"do": "state"}],
+      "expect": [{"kind": "state"}, {"kind": "step", "index": 1},
+                 {"unordered": [{"kind": "state"}]}, {"absent": {"kind": "event"}}]})");
+  const Outcome outcome = zibsim({"run", "--format", "html", met, write("unmet.json", unmet)});
+  const std::vector<std::string> places = allIn(outcome.output, " id=\"([^\"]*)\"");
+  const std::set<std::string> distinct(places.begin(), places.end());
+  EXPECT_EQ(distinct.size(), places.size());
+  for (const std::string& link : allIn(outcome.output, "href=\"#([^\"]*)\"")) {
+    EXPECT_TRUE(distinct.contains(link)) << link;
+  }
+  // The entries of the first: step, state, step, state. Of the second: step, state.
+  const std::vector<std::string> byExpectation{"0-1", "0-2", "0-3"};
+  const std::vector<std::string> toEntries =
+      allIn(outcome.output, "<p class=\"entries\">by <a href=\"#entry-([^\"]*)\"");
+  EXPECT_EQ(toEntries, byExpectation);
+  EXPECT_EQ(allIn(outcome.output, "class=\"expected met\" href=\"#expectation-([^\"]*)\""),
+            (std::vector<std::string>{"0-0", "0-1", "0-2"}));
+  const std::vector<std::string> toNearest =
+      allIn(outcome.output, "<p class=\"entries\">see <a href=\"#entry-([^\"]*)\"");
+  EXPECT_EQ(toNearest, (std::vector<std::string>{"1-0", "1-1"}));
 }
 
 TEST_F(CommandLineTest, InspectsAPayload) {

@@ -70,6 +70,36 @@ TEST(ExpectationsTest, ThatAreNotMetComeWithTheNearestEntries) {
       message is "second"; expected: "third")");
 }
 
+TEST(ExpectationsTest, ThatAreNotMetComeWithTheEntryFirstWhoseTextDiffersLeast) {
+  const Json slip = {{"kind", "log"}, {"message", "secund"}};
+  const std::string miss =
+      sim::unmetExpectations(Json::array({slip}), timeline({first, first, first, second})).front();
+  EXPECT_LT(miss.find("message is \"second\""), miss.find("message is \"first\"")) << miss;
+}
+
+TEST(ExpectationsTest, SayWhichEntriesTheyAreMetBy) {
+  using Entries = std::vector<std::size_t>;
+  const std::vector<Json> entries = timeline({first, event, second, second});
+  const auto judgements = sim::judge({event,
+                                      {{"unordered", {second, {{"kind", "log"}}}}},
+                                      {{"count", 3}, {"of", {{"kind", "log"}}}},
+                                      {{"absent", {{"kind", "event"}}}},
+                                      {{"absent", {{"kind", "problem"}}}},
+                                      first},
+                                     entries);
+  ASSERT_EQ(judgements.size(), 6U);
+  EXPECT_EQ(judgements[0].entries, Entries{1});
+  EXPECT_EQ(judgements[1].entries, (Entries{2, 3}));
+  EXPECT_EQ(judgements[2].entries, (Entries{0, 2, 3}));
+  EXPECT_EQ(judgements[3].entries, Entries{1});
+  EXPECT_NE(judgements[3].miss, "");
+  EXPECT_EQ(judgements[4].entries, Entries());
+  EXPECT_EQ(judgements[4].miss, "");
+  ASSERT_FALSE(judgements[5].entries.empty());
+  EXPECT_EQ(judgements[5].entries.front(), 0U);
+  EXPECT_NE(judgements[5].miss, "");
+}
+
 TEST(ExpectationsTest, ThatMatchNothingComeWithEntriesOfTheSameKeysLaterOnesFirst) {
   const Json list = {{"data", {{"list", {1}}}}};
   EXPECT_EQ(sim::unmetExpectations(Json::array({list}), timeline({first, event, second})).front(),

@@ -164,7 +164,14 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"Expectation", R"({"steps": [], "expect": ["log"]})",
                 R"(/expect/0: got "log"; allowed: an object)"},
         Mistake{"AbsentIsNoObject", R"({"steps": [], "expect": [{"absent": true}]})",
-                "/expect/0/absent: got true; allowed: an object"}),
+                "/expect/0/absent: got true; allowed: an object"},
+        Mistake{"PartIsNoText",
+                R"({"steps": [], "expect": [{"kind": "log", "message": {"contains": 3}}]})",
+                "/expect/0/message/contains: got 3; allowed: a text"},
+        Mistake{"PartIsMisspelt",
+                R"({"steps": [], "expect": [{"kind": "log", "message": {"contain": "a"}}]})",
+                R"(/expect/0/message/contain: unknown key, did you mean "contains"?; allowed: )"
+                R"("contains")"}),
     test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(

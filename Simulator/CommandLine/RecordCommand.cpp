@@ -1,0 +1,76 @@
+#include "Simulator/CommandLine/RecordCommand.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/ScenarioFiles.h"
+#include "Simulator/CommandLine/Usage.h"
+#include "Simulator/Scenario/PlayInProcess.h"
+
+namespace sim {
+namespace {
+
+#ifdef ZIB_HAS_RECORDER
+constexpr bool canRecord = true;
+#else
+constexpr bool canRecord = false;
+#endif
+
+// A folder for the time of the recording.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = std::filesystem::temp_directory_path() / "zibsim-record-XXXXXX";
+    if (::mkdtemp(name.data()) == nullptr) {
+      throw UsageError(name + ": cannot be made; allowed: a folder for temporary files");
+    }
+    path_ = name;
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  void letOthersWrite() const { std::filesystem::permissions(path_, std::filesystem::perms::all); }
+  [[nodiscard]] std::string file(const char* name) const { return path_ / name; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace
+
+int recordScenario(const RecordOptions& options) {
+  if (!canRecord) {
+    throw UsageError(
+        "record: a release has nothing to record with; allowed: zibsim of a debug build");
+  }
+  std::vector<ScenarioFile> files = readScenarioFiles({options.file});
+  if (files.size() != 1) {
+    throw UsageError(options.file + ": (root): there are " + std::to_string(files.size()) +
+                     " scenarios; allowed: one");
+  }
+  Output output(options.output);
+  const TemporaryFolder folder;
+  const std::string recorded = folder.file("recording.json");
+  Scenario& scenario = files.front().scenario;
+  // Where the device cannot write its documents, its process is a user without rights.
+  if (scenario.device.documents == Documents::readOnly) folder.letOthersWrite();
+  scenario.recording = RecordingFile{recorded, options.hasTexts};
+  const auto death = playInProcess(scenario, [](const Json&) {});
+  if (std::filesystem::exists(recorded)) {
+    output.stream() << readInput(recorded, "the recording");
+    output.finish();
+  }
+  if (!death) return allAsExpected;
+  std::cerr << "zibsim: the process of \"" << scenario.name << "\" died: " << *death << '\n';
+  return processDied;
+}
+
+}  // namespace sim
