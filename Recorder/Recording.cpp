@@ -126,10 +126,13 @@ std::string textFrom(std::span<const std::uint8_t> bytes) {
 
 // A document that says nothing any more and that the module reads in the same way.
 std::string redactedDocument(std::span<const std::uint8_t> body) {
-  if (const auto json = parseJSON(body)) return jsonTextOf(redacted(valueFrom(json->raw())));
+  if (const auto json = parseJSON(body)) {
+    if (const auto value = valueFrom(json->raw())) return jsonTextOf(redacted(*value));
+  }
   if (const auto plist = parsePropertyList(body)) {
-    if (const auto dictionary = Dictionary::withTextKeys(*plist)) {
-      const Value values = redacted(Value(dictionary->values()));
+    const auto dictionary = Dictionary::withTextKeys(*plist);
+    if (const auto read = dictionary ? dictionary->values() : Result<ValueMap>(Error{})) {
+      const Value values = redacted(Value(*read));
       const auto xml = xmlPropertyList(Dictionary::from(*values.get<ValueMap>()));
       if (xml) return textFrom(bytesOf(xml->raw()));
     }
@@ -316,7 +319,7 @@ void Recording::hostCalled(const char* operation, const ValueMap& arguments) {
       error.set("description", shown(*error.find("description")));
       fields.set(key, std::move(error));
     } else {
-      const bool isName = key == "action" || key == "source";
+      const bool isName = key == "action" || key == "source" || key == "value";
       fields.set(key, isName ? value : shown(value));
     }
   }
@@ -344,7 +347,7 @@ void Recording::systemCalled(Row row, id subject, id more) {
     case Row::openURL:
       add({{"do", "openURL"},
            {"url", shownText(Utf8(textOfURL(subject)).view())},
-           {"options", shown(Value(Dictionary::retained(more).values()))}});
+           {"options", shown(recording::valuesOf(Dictionary::retained(more)))}});
       break;
     case Row::sceneOpenURL: {
       look();
@@ -363,12 +366,12 @@ void Recording::systemCalled(Row row, id subject, id more) {
     }
     case Row::willPresent:
       add({{"do", "present"},
-           {"userInfo", shown(Value(Notification::retained(subject).userInfo().values()))}});
+           {"userInfo", shown(recording::valuesOf(Notification::retained(subject).userInfo()))}});
       break;
     case Row::didReceive: {
       const NotificationResponse response = NotificationResponse::retained(subject);
       ValueMap step{{"do", "respond"},
-                    {"userInfo", shown(Value(response.notification().userInfo().values()))}};
+                    {"userInfo", shown(recording::valuesOf(response.notification().userInfo()))}};
       if (std::string action = response.actionIdentifier(); action != defaultAction) {
         step.set("action", std::move(action));
       }

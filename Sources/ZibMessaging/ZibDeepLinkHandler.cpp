@@ -49,7 +49,7 @@ ZibDeepLinkHandler::URLDelegate ZibDeepLinkHandler::urlDelegate() const noexcept
 
 bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) noexcept {
   const zib::RecordedCall call("handleNotificationURL", [&] {
-    return zib::ValueMap{{"userInfo", userInfo.values()}};
+    return zib::ValueMap{{"userInfo", zib::recording::valuesOf(userInfo)}};
   });
   return containedOr(false, "handleNotificationURL", [&] {
     const auto candidate = zib::findLink(userInfo);

@@ -108,6 +108,10 @@ bool ZibMessaging::setEventVendor(std::string_view vendor) noexcept {
 }
 
 bool ZibMessaging::setDelegateDiscovery(zib::DelegateDiscovery discovery) noexcept {
+  const RecordedCall call("setDelegateDiscovery", [&] {
+    const bool isContinuous = discovery == zib::DelegateDiscovery::continuous;
+    return ValueMap{{"value", isContinuous ? "continuous" : "onceWithRetry"}};
+  });
   return containedOr(false, "setDelegateDiscovery", [&] {
     if (swizzlingConfigured_) {
       logError("ZibMessaging: the delegate discovery comes after configure() and is not taken");
@@ -240,7 +244,7 @@ UInteger ZibMessaging::willPresent(const zib::Notification& notification) noexce
   const CallbackInProgress inProgress(Row::willPresent, notification.native());
   if (inProgress.isNew()) {
     const RecordedCall call("willPresent", [&] {
-      return ValueMap{{"userInfo", notification.userInfo().values()}};
+      return ValueMap{{"userInfo", zib::recording::valuesOf(notification.userInfo())}};
     });
     handlePresentation(notification);
   } else {
@@ -264,7 +268,7 @@ void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcep
   const CallbackInProgress inProgress(Row::didReceive, response.native());
   if (inProgress.isNew()) {
     const RecordedCall call("didReceive", [&] {
-      return ValueMap{{"userInfo", response.notification().userInfo().values()},
+      return ValueMap{{"userInfo", zib::recording::valuesOf(response.notification().userInfo())},
                       {"action", response.actionIdentifier()}};
     });
     handleResponse(response);
@@ -287,14 +291,14 @@ void ZibMessaging::handleResponse(const zib::NotificationResponse& response) noe
 
 void ZibMessaging::trackNotificationReceived(const zib::Dictionary& userInfo) noexcept {
   const RecordedCall call("trackNotificationReceived", [&] {
-    return ValueMap{{"userInfo", userInfo.values()}};
+    return ValueMap{{"userInfo", zib::recording::valuesOf(userInfo)}};
   });
   track(userInfo, deliveredEvent);
 }
 
 void ZibMessaging::trackNotificationOpened(const zib::Dictionary& userInfo) noexcept {
   const RecordedCall call("trackNotificationOpened", [&] {
-    return ValueMap{{"userInfo", userInfo.values()}};
+    return ValueMap{{"userInfo", zib::recording::valuesOf(userInfo)}};
   });
   track(userInfo, clickedEvent);
 }

@@ -53,6 +53,7 @@ def run_parts(run, compiler):
     asking = run.part("Objective-C++ hosts", EVERYTHING, hosts.objective_cpp_hosts, compiler)
     run.part("Objective-C face", PLATFORM, xcframework.face, compiler)
     run.part("refused expressions", EVERYTHING, refused.refused, compiler)
+    run.part("refused architecture", EVERYTHING, refused.architecture, compiler)
     run.part("on-device bundle", EVERYTHING, on_device.bundle, compiler)
     built = run.part("compile and link", EVERYTHING, builds.compile_and_link, compiler)
     run.part("slices", EVERYTHING, builds.slices, compiler, built)

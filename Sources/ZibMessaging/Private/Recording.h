@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ZibMessaging/Private/Interception.h"
+#include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
 
 #ifndef NDEBUG
@@ -19,6 +20,16 @@
 #endif
 
 namespace zib {
+
+namespace recording {
+
+// The null marker for what is deeper or larger than values() takes.
+inline Value valuesOf(const Dictionary& dictionary) {
+  const auto values = dictionary.values();
+  return values ? Value(*values) : Value();
+}
+
+}  // namespace recording
 
 #ifdef NDEBUG
 

@@ -15,6 +15,12 @@
 #include "ZibPlatform/ObjectiveC/Native.h"
 #include "ZibPlatform/ObjectiveC/TypeEncoding.h"
 
+// There a block's isa, its functions and its descriptor's are signed with their addresses, and
+// those that are made here would not be.
+#if defined(__arm64e__)
+#error "ZibMessaging cannot be built for arm64e, where blocks are signed: build it for arm64"
+#endif
+
 namespace zib {
 
 struct BlockDescriptor {

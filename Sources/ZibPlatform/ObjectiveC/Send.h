@@ -4,9 +4,10 @@
 // platform's exception, which unwinds C++ frames.
 //
 // A build with ZIB_CHECKS_SENDS, as debug builds have, checks each send against the type encoding
-// of the method that it reaches, and a disagreement ends the process with a message that names the
-// class, the selector and both types: a wrong cast here corrupts the stack on a phone and shows
-// nowhere else.
+// of the method that it reaches: a wrong cast here corrupts the stack on a phone and shows nowhere
+// else. A disagreement is said on standard error, with the class, the selector and both types. On
+// Linux, where the tests run, it ends the process; on a phone it is said once for each selector,
+// since what is odd there can be the host's.
 
 #pragma once
 
@@ -18,7 +19,7 @@
 
 namespace zib {
 
-// Ends the process unless `types` and the method that `receiver` answers `selector` with agree.
+// Says so unless `types` and the method that `receiver` answers `selector` with agree.
 // Methods that the receiver only forwards cannot be checked and pass.
 void checkSend(objc::id receiver, Selector selector, const char* types);
 

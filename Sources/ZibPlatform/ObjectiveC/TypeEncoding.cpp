@@ -7,20 +7,38 @@ namespace {
 
 constexpr std::string_view qualifiers = "rnNoORV+-";
 
-// The end of a quoted class name or of a bracketed structure name that starts at `at`.
-std::size_t skipName(std::string_view types, std::size_t at) {
-  if (types[at] == '"') {
-    const std::size_t end = types.find('"', at + 1);
-    return end == std::string_view::npos ? types.size() : end + 1;
-  }
-  const std::size_t end = types.find_first_of("=}", at);
-  return end == std::string_view::npos ? types.size() : end;
+// The end of a quoted class name that starts at `at`.
+std::size_t skipQuoted(std::string_view types, std::size_t at) {
+  const std::size_t end = types.find('"', at + 1);
+  return end == std::string_view::npos ? types.size() : end + 1;
+}
+
+// Where the members begin of a structure whose inside begins at `at`. Swift gives its structures no
+// name: what could be nothing but members is.
+std::size_t skipStructureName(std::string_view types, std::size_t at) {
+  constexpr std::string_view membersAlone = "cCsSiIlLqQfdB@#:*^";
+  const std::size_t end = types.find_first_of("={}", at);
+  if (end == std::string_view::npos) return types.size();
+  if (types[end] == '=') return end + 1;
+  const std::string_view inside = types.substr(at, end - at);
+  return inside.find_first_not_of(membersAlone) == std::string_view::npos ? at : end;
 }
 
 char canonical(char type) {
-  if (type == 'l') return 'q';
-  if (type == 'L') return 'Q';
-  return type;
+  switch (type) {
+    case 'C':
+      return 'c';
+    case 'S':
+      return 's';
+    case 'I':
+      return 'i';
+    case 'l':
+    case 'L':
+    case 'Q':
+      return 'q';
+    default:
+      return type;
+  }
 }
 
 }  // namespace
@@ -30,10 +48,10 @@ std::string normalised(std::string_view types) {
   for (std::size_t at = 0; at < types.size();) {
     const char type = types[at];
     if (type == '"') {
-      at = skipName(types, at);
+      at = skipQuoted(types, at);
     } else if (type == '{') {
       result.push_back(type);
-      at = skipName(types, at + 1);
+      at = skipStructureName(types, at + 1);
     } else {
       const bool isNoise = std::isdigit(static_cast<unsigned char>(type)) != 0 ||
                            qualifiers.find(type) != std::string_view::npos;

@@ -130,8 +130,9 @@ struct Block<Result(Arguments...)> {
   static constexpr auto value = Method<Result(BlockLayout*, Arguments...)>::value;
 };
 
-// An encoding with all removed that compilers disagree on: offsets, qualifiers, class and
-// structure names, and the spelling of a 64-bit long.
+// An encoding with all removed that compilers and languages disagree on: offsets, qualifiers, class
+// and structure names, the spelling of a 64-bit long, and the sign of an integer, since Swift
+// declares lengths signed. They are passed alike.
 std::string normalised(std::string_view types);
 
 }  // namespace encoding

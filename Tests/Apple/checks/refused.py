@@ -6,7 +6,7 @@ from pathlib import Path
 
 from checks.outcome import Failure, Outcome, require
 from checks.sources import HERE
-from checks.targets import DEVICE
+from checks.targets import DEVICE, SIGNED_POINTERS
 
 LISTS = [Path("Tests/Refused/refused.txt"), HERE / "refused.txt"]
 LINE = re.compile(r"([a-z0-9-]+) *\| *([a-z ]*[a-z]) *\| *(.*)")
@@ -50,3 +50,16 @@ def refused(compiler):
             wrong.append(f'{place}: {expression} is to be refused with "{expected}": {errors}')
     require(wrong, "what compilers refuse, and what they take")
     return Outcome(f"{len(listed)} expressions")
+
+
+def architecture(compiler):
+    """Where blocks are signed the module says that it is not to be built."""
+    source = "Sources/ZibPlatform/ObjectiveC/Block.h"
+    try:
+        compiler.run("clang++", *compiler.flags(SIGNED_POINTERS), "-x", "c++", "-fsyntax-only", source)
+        said = []
+    except Failure as failure:
+        said = re.findall(r"error: (.*)", str(failure))
+    if not any("cannot be built for arm64e" in error for error in said):
+        raise Failure(f"{source} is to be refused for {SIGNED_POINTERS.triple}: {said}")
+    return Outcome(SIGNED_POINTERS.triple)

@@ -20,7 +20,9 @@ TARGETS = [
     Target("arm64-apple-ios13.0-simulator", "iossimulator", "14.0"),
     Target("x86_64-apple-ios13.0-simulator", "iossimulator", "13.0"),
 ]
-# No target of the module, but the only one where BOOL is no bool.
+# No target of the module: pointers are signed there, and blocks that C++ makes are not.
+SIGNED_POINTERS = Target("arm64e-apple-ios14.0", "ios", "14.0")
+# Nor this one, but the only one where BOOL is no bool.
 SIGNED_BOOL_TRIPLE = "x86_64-apple-macos10.15"
 
 

@@ -70,14 +70,32 @@ TEST(TypeEncodingTest, NormalisedKeepsOnlyWhatCompilersAgreeOn) {
   using zib::encoding::normalised;
   EXPECT_EQ(normalised("v32@0:8@16@24"), "v@:@@");
   EXPECT_EQ(normalised("@24@0:8@\"NSString\"16"), "@@:@");
-  EXPECT_EQ(normalised("l16@0:8L16"), "q@:Q");
+  EXPECT_EQ(normalised("l16@0:8L16"), "q@:q");
   EXPECT_EQ(normalised("v40@0:8^S16{_NSRange=QQ}24"), normalised("v40@0:8^S16{_NSRange=LL}24"));
-  EXPECT_EQ(normalised("{_NSRange=QQ}"), "{=QQ}");
-  EXPECT_EQ(normalised("{?=qqq}"), "{=qqq}");
+  EXPECT_EQ(normalised("{_NSRange=QQ}"), "{qq}");
+  EXPECT_EQ(normalised("{?=qqq}"), "{qqq}");
   EXPECT_EQ(normalised("Vv24@0:8rn^{_NSZone}16"), "v@:^{}");
   EXPECT_EQ(normalised("@\"open"), "@");
   EXPECT_EQ(normalised("{open"), "{");
   EXPECT_EQ(normalised(""), "");
+}
+
+TEST(TypeEncodingTest, NormalisedForgetsTheSignOfAnInteger) {
+  using zib::encoding::normalised;
+  EXPECT_EQ(normalised("q16@0:8"), normalised("Q16@0:8"));
+  EXPECT_EQ(normalised("v32@0:8i16s20c24"), normalised("v32@0:8I16S20C24"));
+  EXPECT_NE(normalised("q16@0:8"), normalised("i16@0:8"));
+  EXPECT_NE(normalised("q16@0:8"), normalised("d16@0:8"));
+  EXPECT_NE(normalised("q16@0:8"), normalised("@16@0:8"));
+  EXPECT_NE(normalised("B16@0:8"), normalised("c16@0:8"));
+}
+
+TEST(TypeEncodingTest, NormalisedTakesSwiftsStructuresWithoutAName) {
+  using zib::encoding::normalised;
+  EXPECT_EQ(normalised("v40@0:8^S16{qq}24"), normalised("v40@0:8^S16{_NSRange=QQ}24"));
+  EXPECT_EQ(normalised("{CGRect={CGPoint=dd}{CGSize=dd}}"), normalised("{{dd}{dd}}"));
+  EXPECT_EQ(normalised("^{__CFString}"), "^{}");
+  EXPECT_NE(normalised("{qq}"), normalised("{qqq}"));
 }
 
 }  // namespace
