@@ -172,7 +172,8 @@ void PushFlow::start(const std::string& endpoint) {
       Device::application(), endpoint,
       [this](const zib::Dictionary& plist) {
         sim::Timeline::shared().add("firebaseConfig", Json::object());
-        handled_.push_back(*plist.values());
+        const auto values = plist.values();
+        handled_.push_back(values ? *values : zib::ValueMap());
       },
       [endpoint](bool isRegistering) {
         sim::Timeline::shared().add("completion", {{"of", endpoint}, {"value", isRegistering}});

@@ -84,6 +84,7 @@ class PushFlow {
   Story runAgain();
 
   // What the host's handler got since the last run began.
+  // Empty for what is deeper or larger than values() takes.
   [[nodiscard]] const std::vector<zib::ValueMap>& handled() const { return handled_; }
   // What the stored file holds; none where there is none.
   [[nodiscard]] std::optional<std::string> stored() const;

@@ -251,7 +251,10 @@ TEST_F(ConfigurePushPlistGrammarTest, TheDeepestThatIsReadIsStored) {
   for (const auto format : {serialization::xmlFormat, serialization::binaryFormat}) {
     EXPECT_EQ(storyOf(*serialization::writePropertyList(values, format).bytes),
               test::story::registered());
-    expectHandedOver(values);
+    EXPECT_EQ(flow_.handled().size(), 1U);
+    const auto stored = flow_.stored();
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(serialization::readPropertyList(*stored).value, Value(values));
   }
 }
 
