@@ -20,6 +20,8 @@ import benchmark
 import bindings
 import playing
 import seam
+import surface_tests
+from checks import exports
 from checks.compiler import Compiler
 from checks.outcome import Failure, require
 from hosts import EXAMPLES, NativeHosts, SliceHosts
@@ -124,8 +126,8 @@ class CheckSlices:
             program = hosts.program(name)
             own = self.maker.run("llvm-nm", "--demangle", "--defined-only",
                                  "--just-symbol-name", program)
-            require(sorted(set(re.findall(r"^(?:zib_\w+|(?:vtable for )?Zib[A-Z]\w+::.*)$", own,
-                                          re.M))),
+            classes = re.findall(r"^(?:vtable for )?Zib[A-Z]\w+::.*$", own, re.M)
+            require(sorted({*classes} | exports.listed() & set(own.split())),
                     f"{program} has symbols of the module itself")
         strangers = {f"{symbol} from {target}"
                      for source, symbols in bindings.of_process(log).items()
@@ -162,6 +164,10 @@ class CheckSlices:
                          f"{entries} entries ({time.monotonic() - start:.1f} s)")
         return lines
 
+    def tests(self):
+        counts = {surface_tests.run(self.of(each), each.name) for each in SLICES}
+        return f"{', '.join(map(str, sorted(counts)))} tests, {len(SLICES)} slices"
+
     def examples(self):
         for name in EXAMPLES:
             expected = self.native.run(name)
@@ -182,6 +188,7 @@ def run_parts(check):
         ("hosts", check.build_hosts),
         ("bindings", check.bound),
         ("examples", check.examples),
+        ("tests through the surfaces", check.tests),
         ("scenarios", check.scenarios),
     ]
     for name, part in parts:
