@@ -24,7 +24,8 @@ import surface_tests
 from checks import exports
 from checks.compiler import Compiler
 from checks.outcome import Failure, require
-from hosts import EXAMPLES, NativeHosts, SliceHosts
+from checks.targets import DEVICE
+from hosts import EXAMPLES, EmulatedHosts, NativeHosts, SliceHosts
 from library import LibraryMaker, LinkFailure
 from mach_o import NotConvertible
 from sample import Sample
@@ -179,6 +180,20 @@ class CheckSlices:
                     raise Failure(f"{name}, {each.name}: {difference}")
         return f"{len(EXAMPLES)} hosts, {len(SLICES)} slices"
 
+    def linux_on_arm64(self):
+        """The module as it is built for Linux there, where char has no sign; some of it with the pages of
+        devices."""
+        system, build = self.systems[DEVICE], BUILD / "hosts" / "arm64-linux"
+        demo = sorted(Path("Examples").glob("*.json"))
+        EmulatedHosts(system, self.arguments, build).make()
+        for scenarios, page in [(SCENARIOS, None), (demo, system.page)]:
+            hosts = EmulatedHosts(system, self.arguments, build, page)
+            try:
+                playing.compare(self.native.play(scenarios), hosts.play(scenarios))
+            except playing.Difference as difference:
+                raise Failure(f"pages of {page or 4096} bytes: {difference}")
+        return f"{len(SCENARIOS)} scenarios identical, {len(demo)} also in pages of {system.page} bytes"
+
 
 def run_parts(check):
     parts = [
@@ -190,6 +205,7 @@ def run_parts(check):
         ("examples", check.examples),
         ("tests through the surfaces", check.tests),
         ("scenarios", check.scenarios),
+        ("Linux on arm64", check.linux_on_arm64),
     ]
     for name, part in parts:
         start = time.monotonic()

@@ -72,6 +72,27 @@ class NativeHosts:
         return {}
 
 
+class EmulatedHosts(NativeHosts):
+    """zibsim with the module as it is built for Linux on another system, whose pages may be larger."""
+
+    programs = [NativeHosts.player]
+
+    def __init__(self, system, arguments, build, page=None):
+        super().__init__(build)
+        self.system = system
+        self.arguments = arguments
+        self.page = page
+
+    def make(self):
+        configure_for(self.system, self.arguments, self.build)
+        quietly("cmake", "--build", self.build, *jobs(), "--target", *self.programs)
+
+    def command(self, name, *arguments):
+        emulator, *options = self.system.emulator
+        pages = ["-p", str(self.page)] if self.page else []
+        return [emulator, *pages, *options, self.program(name), *arguments]
+
+
 class SliceHosts(NativeHosts):
     """The same for one system, and tests. They are linked against one slice and run with any."""
 
