@@ -15,7 +15,7 @@
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
-#include "ZibMessaging/ZibMessaging.h"
+#include "ZibC/zib.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
@@ -116,7 +116,7 @@ class ObjectiveCHostTest : public testing::Test {
   }
 
   void configure() {
-    ZibMessaging::shared().configure(zib::Application::retained(deviceApplication()));
+    zib_messaging_configure(deviceApplication());
     log_.clear();
   }
 
@@ -343,7 +343,7 @@ TEST_F(ObjectiveCHostTest, WithoutConfigureTheHostIsUntouched) {
   const id delegate = install("RecordingDelegate");
   const auto before = implementations(delegate, intercepted);
   // Using the module otherwise is no integration.
-  EXPECT_FALSE(ZibMessaging::shared().isPushEnabled());
+  EXPECT_FALSE(zib_messaging_is_push_enabled());
   giveToken();
   giveError();
   EXPECT_TRUE(open());

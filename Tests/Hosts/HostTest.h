@@ -12,7 +12,7 @@
 #include "Simulator/Timeline/Timeline.h"
 #include "Tests/Support/Delegates.h"
 #include "Tests/Support/Device.h"
-#include "ZibMessaging/ZibMessaging.h"
+#include "ZibC/zib.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Strings.h"
@@ -46,7 +46,7 @@ class HostTest : public testing::Test {
   static Object make(const char* className) { return Object::adopted(makeHost(className)); }
 
   void configure() {
-    ZibMessaging::shared().configure(Device::application());
+    zib_messaging_configure(Device::application().native());
     device_.forget();
   }
 

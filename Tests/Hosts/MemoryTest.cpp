@@ -6,6 +6,7 @@
 #include "HostTest.h"
 #include "Simulator/ObjectiveC/StandIn.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
+#include "ZibMessaging/ZibMessaging.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 
 namespace hosts {

@@ -3,6 +3,7 @@
 #include "HostTest.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/XCTest/XCTest.h"
+#include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPushConfig.h"
 
 namespace hosts {

@@ -179,8 +179,8 @@ void hostDid(const char* what) { sim::Timeline::shared().add("host", {{"did", wh
 
 void handInByHand(zib::objc::id object, int isResponse) {
   if (isResponse != 0) {
-    ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(object));
+    zib_messaging_did_receive(object);
   } else {
-    ZibMessaging::shared().willPresent(zib::Notification::retained(object));
+    zib_messaging_will_present(object);
   }
 }

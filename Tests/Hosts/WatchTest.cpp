@@ -5,6 +5,7 @@
 
 #include "HostTest.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
+#include "ZibMessaging/ZibMessaging.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"

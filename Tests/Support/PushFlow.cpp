@@ -6,15 +6,10 @@
 #include <fstream>
 #include <iterator>
 
-#include "Simulator/Dispatch/Scheduler.h"
-#include "ZibMessaging/ZibPushConfig.h"
-
 namespace test {
 namespace {
 
 using sim::Json;
-
-double secondsNow() { return sim::inSeconds(sim::Scheduler::shared().now()); }
 
 std::string namedError(const std::string& line, const std::string& error) {
   return "error: " + line + " (" + error + ")";
@@ -166,34 +161,6 @@ void PushFlow::unlist(Request request) {
 }
 
 void PushFlow::connect() { device_.connectTo(sites_); }
-
-void PushFlow::start(const std::string& endpoint) {
-  ZibPushConfig::shared().configurePush(
-      Device::application(), endpoint,
-      [this](const zib::Dictionary& plist) {
-        sim::Timeline::shared().add("firebaseConfig", Json::object());
-        const auto values = plist.values();
-        handled_.push_back(values ? *values : zib::ValueMap());
-      },
-      [endpoint](bool isRegistering) {
-        sim::Timeline::shared().add("completion", {{"of", endpoint}, {"value", isRegistering}});
-      });
-}
-
-Story PushFlow::run() {
-  std::filesystem::remove(storedFile());
-  return runAgain();
-}
-
-Story PushFlow::runAgain() {
-  connect();
-  device_.forget();
-  handled_.clear();
-  start_ = secondsNow();
-  start();
-  Device::drain();
-  return story();
-}
 
 std::filesystem::path PushFlow::storedFile() const {
   return documents_.path() / "GoogleService-Info.plist";

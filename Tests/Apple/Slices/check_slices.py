@@ -20,9 +20,12 @@ import benchmark
 import bindings
 import playing
 import seam
+import surface_tests
+from checks import exports
 from checks.compiler import Compiler
 from checks.outcome import Failure, require
-from hosts import EXAMPLES, NativeHosts, SliceHosts
+from checks.targets import DEVICE
+from hosts import EXAMPLES, EmulatedHosts, NativeHosts, SliceHosts
 from library import LibraryMaker, LinkFailure
 from mach_o import NotConvertible
 from sample import Sample
@@ -124,8 +127,8 @@ class CheckSlices:
             program = hosts.program(name)
             own = self.maker.run("llvm-nm", "--demangle", "--defined-only",
                                  "--just-symbol-name", program)
-            require(sorted(set(re.findall(r"^(?:zib_\w+|(?:vtable for )?Zib[A-Z]\w+::.*)$", own,
-                                          re.M))),
+            classes = re.findall(r"^(?:vtable for )?Zib[A-Z]\w+::.*$", own, re.M)
+            require(sorted({*classes} | exports.listed() & set(own.split())),
                     f"{program} has symbols of the module itself")
         strangers = {f"{symbol} from {target}"
                      for source, symbols in bindings.of_process(log).items()
@@ -162,6 +165,10 @@ class CheckSlices:
                          f"{entries} entries ({time.monotonic() - start:.1f} s)")
         return lines
 
+    def tests(self):
+        counts = {surface_tests.run(self.of(each), each.name) for each in SLICES}
+        return f"{', '.join(map(str, sorted(counts)))} tests, {len(SLICES)} slices"
+
     def examples(self):
         for name in EXAMPLES:
             expected = self.native.run(name)
@@ -173,6 +180,20 @@ class CheckSlices:
                     raise Failure(f"{name}, {each.name}: {difference}")
         return f"{len(EXAMPLES)} hosts, {len(SLICES)} slices"
 
+    def linux_on_arm64(self):
+        """The module as it is built for Linux there, where char has no sign; some of it with the pages of
+        devices."""
+        system, build = self.systems[DEVICE], BUILD / "hosts" / "arm64-linux"
+        demo = sorted(Path("Examples").glob("*.json"))
+        EmulatedHosts(system, self.arguments, build).make()
+        for scenarios, page in [(SCENARIOS, None), (demo, system.page)]:
+            hosts = EmulatedHosts(system, self.arguments, build, page)
+            try:
+                playing.compare(self.native.play(scenarios), hosts.play(scenarios))
+            except playing.Difference as difference:
+                raise Failure(f"pages of {page or 4096} bytes: {difference}")
+        return f"{len(SCENARIOS)} scenarios identical, {len(demo)} also in pages of {system.page} bytes"
+
 
 def run_parts(check):
     parts = [
@@ -182,7 +203,9 @@ def run_parts(check):
         ("hosts", check.build_hosts),
         ("bindings", check.bound),
         ("examples", check.examples),
+        ("tests through the surfaces", check.tests),
         ("scenarios", check.scenarios),
+        ("Linux on arm64", check.linux_on_arm64),
     ]
     for name, part in parts:
         start = time.monotonic()

@@ -9,6 +9,7 @@ from library import LinkFailure
 
 HERE = Path(__file__).parent
 EXAMPLES = ["ObjectiveCApp", "ManualObjectiveCApp"]
+OF_SLICES = ["SlicePlayer", "SliceTests"]
 
 
 def quietly(*command):
@@ -19,6 +20,16 @@ def quietly(*command):
 
 def jobs():
     return ["-j", str(os.cpu_count())]
+
+
+def configure_for(system, arguments, build, *settings):
+    settings = ["-DCMAKE_BUILD_TYPE=Debug", "-DZIB_INSTALL=OFF", *settings]
+    if system.emulator:
+        settings += [f"-DCMAKE_TOOLCHAIN_FILE={(HERE / 'arm64.cmake').absolute()}",
+                     f"-DZIB_ARM64_ROOT={arguments.arm64_root}",
+                     f"-DZIB_TOOLCHAIN={arguments.toolchain}",
+                     f"-DZIB_QEMU={system.emulator[0]}"]
+    quietly("cmake", "-G", "Ninja", "-B", build, *settings)
 
 
 class NativeHosts:
@@ -40,7 +51,8 @@ class NativeHosts:
         quietly("cmake", "--build", "--preset", "debug", *jobs(), "--target", *self.programs)
 
     def program(self, name):
-        folder = {"zibsim": "Simulator", "SlicePlayer": "Tests/Apple/Slices"}.get(name, "Examples")
+        folder = "Simulator" if name == "zibsim" else "Examples"
+        folder = "Tests/Apple/Slices" if name in OF_SLICES else folder
         return self.build / folder / name
 
     def play(self, scenarios):
@@ -60,10 +72,31 @@ class NativeHosts:
         return {}
 
 
-class SliceHosts(NativeHosts):
-    """The same for one system. They are linked against one slice and run with any."""
+class EmulatedHosts(NativeHosts):
+    """zibsim with the module as it is built for Linux on another system, whose pages may be larger."""
 
-    player = "SlicePlayer"
+    programs = [NativeHosts.player]
+
+    def __init__(self, system, arguments, build, page=None):
+        super().__init__(build)
+        self.system = system
+        self.arguments = arguments
+        self.page = page
+
+    def make(self):
+        configure_for(self.system, self.arguments, self.build)
+        quietly("cmake", "--build", self.build, *jobs(), "--target", *self.programs)
+
+    def command(self, name, *arguments):
+        emulator, *options = self.system.emulator
+        pages = ["-p", str(self.page)] if self.page else []
+        return [emulator, *pages, *options, self.program(name), *arguments]
+
+
+class SliceHosts(NativeHosts):
+    """The same for one system, and tests. They are linked against one slice and run with any."""
+
+    player, tests = OF_SLICES
     playing = []
 
     def __init__(self, system, arguments, build):
@@ -73,15 +106,12 @@ class SliceHosts(NativeHosts):
         self.library = None
 
     def make(self, library):
-        settings = ["-DCMAKE_BUILD_TYPE=Debug", f"-DZIB_SLICE={library.absolute()}",
-                    "-DZIB_INSTALL=OFF"]
-        if self.system.emulator:
-            settings += [f"-DCMAKE_TOOLCHAIN_FILE={(HERE / 'arm64.cmake').absolute()}",
-                         f"-DZIB_ARM64_ROOT={self.arguments.arm64_root}",
-                         f"-DZIB_TOOLCHAIN={self.arguments.toolchain}",
-                         f"-DZIB_QEMU={self.system.emulator[0]}"]
-        quietly("cmake", "-G", "Ninja", "-B", self.build, *settings)
+        configure_for(self.system, self.arguments, self.build, f"-DZIB_SLICE={library.absolute()}")
         quietly("cmake", "--build", self.build, *jobs(), "--target", *self.programs)
+
+    @property
+    def programs(self):
+        return [*OF_SLICES, *EXAMPLES]
 
     def use(self, library):
         self.library = library

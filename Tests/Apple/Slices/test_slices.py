@@ -170,9 +170,10 @@ PLANTS = [
              "  using Function = Result(objc::id, objc::SEL, Arguments...);\n"
              "  return objc::functionFor",
              "  using Function = Result(objc::id, objc::SEL, ...);\n  return objc::functionFor",
-             ("is the first that differs",)),
+             ("is the first that differs", "uncaught target signal")),
     InModule("a BOOL of the wrong size", "Sources/ZibPlatform/ObjectiveC/Native.h",
-             "using BOOL = bool;", "using BOOL = int;", ("is the first that differs",)),
+             "using BOOL = bool;", "using BOOL = int;",
+             ("is the first that differs", 'was sent as "i16@0:8", but the method is "B16@0:8"')),
 ]
 
 
