@@ -48,10 +48,12 @@ let package = Package(
       dependencies: ["ZibMessagingCxx"],
       path: "Recorder",
       publicHeadersPath: ".",
-      cxxSettings: [.headerSearchPath(".."), .headerSearchPath("../Sources")] + released
+      cxxSettings: [.headerSearchPath(".."), .headerSearchPath("../Sources")] + checked
     ),
   ],
   cxxLanguageStandard: .cxx20
 )
 
-var checked: [CXXSetting] { [.define("ZIB_CHECKS_SENDS", .when(configuration: .debug))] }
+var checked: [CXXSetting] {
+  ["ZIB_CHECKS_SENDS", "ZIB_RECORDS_CALLS"].map { .define($0, .when(configuration: .debug)) }
+}

@@ -1,6 +1,6 @@
 #include "Recorder/Recording.h"
 
-#ifndef NDEBUG
+#ifdef ZIB_RECORDS_CALLS
 
 #include <algorithm>
 #include <array>
@@ -323,11 +323,18 @@ void Recording::hostCalled(const char* operation, const ValueMap& arguments) {
       fields.set(key, isName ? value : shown(value));
     }
   }
+  if (std::string_view(operation) == "setDelegateDiscovery") hasToldDiscovery_ = true;
   if (!isStep(operation)) {
     ValueMap step{{"do", "call"}, {"operation", operation}};
     if (!fields.empty()) step.set("arguments", std::move(fields));
     add(std::move(step));
     return;
+  }
+  const bool watches = ZibMessaging::shared().delegateDiscovery() == DelegateDiscovery::continuous;
+  if (watches && !hasToldDiscovery_ && std::string_view(operation) == "configure") {
+    add({{"do", "call"},
+         {"operation", "setDelegateDiscovery"},
+         {"arguments", ValueMap{{"value", "continuous"}}}});
   }
   fields.set("do", operation);
   add(std::move(fields));
@@ -407,10 +414,15 @@ ValueMap Recording::answerFrom(const URLReply& reply) const {
   return answer;
 }
 
-// A scenario has one answer for each address: the first.
-void Recording::replied(const URL& url, const URLReply& reply) {
-  const auto [host, path] = targetOf(shownText(url.absoluteString()));
+void Recording::requested(const void* exchange, const URL& url) {
   const std::lock_guard lock(mutex_);
+  requests_.insert_or_assign(exchange, shownText(url.absoluteString()));
+}
+
+// A scenario has one answer for each address: the first.
+void Recording::replied(const void* exchange, const URLReply& reply) {
+  const std::lock_guard lock(mutex_);
+  const auto [host, path] = targetOf(requests_[exchange]);
   if (reply.error && isTimeOut(*reply.error)) played_ = std::max(played_, clockNow() - start_);
   const std::optional<std::string> fault = reply.error ? faultFor(*reply.error) : std::nullopt;
   if (reply.error && !fault) return;

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <atomic>
+#include <map>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -9,7 +11,7 @@
 #include "Recorder/HostView.h"
 #include "ZibMessaging/Private/Recording.h"
 
-#ifndef NDEBUG
+#ifdef ZIB_RECORDS_CALLS
 
 namespace zib::recorder {
 
@@ -31,7 +33,8 @@ class Recording {
   void hostCalled(const char* operation, const ValueMap& arguments);
   void systemCalled(Row row, objc::id subject, objc::id more);
   void answered(bool isGranted, const std::optional<Error>& error);
-  void replied(const URL& url, const URLReply& reply);
+  void requested(const void* exchange, const URL& url);
+  void replied(const void* exchange, const URLReply& reply);
   void urlDelegateAnswered(bool isHandled);
   void handlerBegins();
   void handlerEnded();
@@ -69,6 +72,10 @@ class Recording {
   bool hadMessagingDelegate_ = false;
   Value urlDelegate_;
   FirebaseView firebaseBeforeHandler_;
+  // Whether the host has said, since the recording began, how delegates are found.
+  std::atomic<bool> hasToldDiscovery_{false};
+  // The addresses that exchanges went to.
+  std::map<const void*, std::string> requests_;
   // Where the step stands that began the latest remote configuration.
   std::size_t configurePush_ = 0;
   ValueMap device_;

@@ -1,6 +1,6 @@
 #include "Recorder/Redaction.h"
 
-#ifndef NDEBUG
+#ifdef ZIB_RECORDS_CALLS
 
 #include <algorithm>
 #include <array>

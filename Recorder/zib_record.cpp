@@ -1,6 +1,6 @@
 #include "Recorder/zib_record.h"
 
-#ifndef NDEBUG
+#ifdef ZIB_RECORDS_CALLS
 
 #include <atomic>
 #include <memory>
@@ -26,7 +26,8 @@ constexpr CallListener listener{
     [](bool isGranted, const std::optional<Error>& error) {
       recording().answered(isGranted, error);
     },
-    [](const URL& url, const URLReply& reply) { recording().replied(url, reply); },
+    [](const void* exchange, const URL& url) { recording().requested(exchange, url); },
+    [](const void* exchange, const URLReply& reply) { recording().replied(exchange, reply); },
     [](bool isHandled) { recording().urlDelegateAnswered(isHandled); },
     [] { recording().handlerBegins(); },
     [] { recording().handlerEnded(); },
@@ -54,5 +55,10 @@ bool zib_record(const char* path) {
 bool zib_record_with_texts(const char* path) {
   return zib::recorder::record(path, zib::recorder::Texts::asTheyAre);
 }
+
+#else
+
+bool zib_record(const char*) { return false; }
+bool zib_record_with_texts(const char*) { return false; }
 
 #endif

@@ -14,7 +14,7 @@
 namespace sim {
 namespace {
 
-#ifdef ZIB_HAS_RECORDER
+#ifdef ZIB_RECORDS_CALLS
 constexpr bool canRecord = true;
 #else
 constexpr bool canRecord = false;

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#ifdef ZIB_HAS_RECORDER
+#ifdef ZIB_RECORDS_CALLS
 #include "Recorder/zib_record.h"
 #endif
 #include "Simulator/Device/Documents.h"
@@ -16,7 +16,7 @@ namespace sim {
 namespace {
 
 void beginRecording(const RecordingFile& file) {
-#ifdef ZIB_HAS_RECORDER
+#ifdef ZIB_RECORDS_CALLS
   const bool isRecording =
       file.hasTexts ? zib_record_with_texts(file.path.c_str()) : zib_record(file.path.c_str());
 #else

@@ -107,7 +107,7 @@ std::string describeProblem(const Json& entry) {
 }
 
 std::string describeUnanswered(const Json& entry) {
-  return textOf(entry.at("message")) + " [" + textOf(entry.at("of")) + "]";
+  return withDetails(textOf(entry.at("message")), textOf(entry.at("of")));
 }
 
 std::string describeRequest(const Json& entry) {

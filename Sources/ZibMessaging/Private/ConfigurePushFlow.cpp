@@ -46,9 +46,10 @@ void ConfigurePushFlow::fetchPushConfig(const std::string& endpoint) {
     pushConfigFetched(errorFrom(ZibPushError::invalidURL));
     return;
   }
+  recording::told(recording::requested, this, *url);
   URLSession::fetch({*url, "GET", {{"Content-Type", "application/json"}}, configTimeout},
-                    [flow = shared_from_this(), url = *url](const URLReply& reply) {
-                      recording::told(recording::replied, url, reply);
+                    [flow = shared_from_this()](const URLReply& reply) {
+                      recording::told(recording::replied, flow.get(), reply);
                       flow->step("the answer to the push configuration request",
                                  [&] { flow->pushConfigFetched(readPushConfig(reply)); });
                     });
@@ -69,8 +70,9 @@ void ConfigurePushFlow::pushConfigFetched(const Result<RemotePushConfig>& config
 
 void ConfigurePushFlow::downloadFirebasePlist(const URL& url) {
   logLine("Downloading Firebase plist from: ", url.absoluteString());
-  URLSession::fetch(url, [flow = shared_from_this(), url](const URLReply& reply) {
-    recording::told(recording::replied, url, reply);
+  recording::told(recording::requested, this, url);
+  URLSession::fetch(url, [flow = shared_from_this()](const URLReply& reply) {
+    recording::told(recording::replied, flow.get(), reply);
     flow->step("the answer to the Firebase plist request",
                [&] { flow->firebasePlistDownloaded(readFirebasePlist(reply)); });
   });

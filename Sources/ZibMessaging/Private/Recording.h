@@ -1,5 +1,5 @@
-// What the platform and the host call, for a recorder that listens in a debug build. A release has
-// nothing of it.
+// What the platform and the host call, for a recorder that listens (Recorder): in a build with
+// ZIB_RECORDS_CALLS, as debug builds have. Another has nothing of it.
 
 #pragma once
 
@@ -7,7 +7,7 @@
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
 
-#ifndef NDEBUG
+#ifdef ZIB_RECORDS_CALLS
 #include <atomic>
 #include <optional>
 
@@ -31,14 +31,14 @@ inline Value valuesOf(const Dictionary& dictionary) {
 
 }  // namespace recording
 
-#ifdef NDEBUG
+#ifndef ZIB_RECORDS_CALLS
 
-struct RecordedCall {
+struct [[maybe_unused]] RecordedCall {
   template <class... Arguments>
   explicit RecordedCall(Arguments&&... /*arguments*/) noexcept {}
   static RecordedCall unlessInHand(Row, objc::id) noexcept { return RecordedCall(); }
 };
-struct HostsTurn {
+struct [[maybe_unused]] HostsTurn {
   HostsTurn() noexcept {}
 };
 
@@ -46,7 +46,7 @@ namespace recording {
 
 template <class... Arguments>
 void told(Arguments&&... /*arguments*/) noexcept {}
-inline constexpr int looking = 0, answered = 0, replied = 0, urlDelegateAnswered = 0,
+inline constexpr int looking = 0, answered = 0, requested = 0, replied = 0, urlDelegateAnswered = 0,
                      handlerBegins = 0, handlerEnded = 0;
 
 }  // namespace recording
@@ -63,7 +63,9 @@ struct CallListener {
   void (*looking)();
   // The user answered the request for permission.
   void (*answered)(bool isGranted, const std::optional<Error>& error);
-  void (*replied)(const URL& url, const URLReply& reply);
+  // An exchange with a server, by a number that is its own while it lasts.
+  void (*requested)(const void* exchange, const URL& url);
+  void (*replied)(const void* exchange, const URLReply& reply);
   void (*urlDelegateAnswered)(bool isHandled);
   // The host's function that gets the configuration of Firebase.
   void (*handlerBegins)();
@@ -91,6 +93,7 @@ void told(void (*CallListener::*function)(Parameters...), Arguments&&... argumen
 }
 inline constexpr auto looking = &CallListener::looking;
 inline constexpr auto answered = &CallListener::answered;
+inline constexpr auto requested = &CallListener::requested;
 inline constexpr auto replied = &CallListener::replied;
 inline constexpr auto urlDelegateAnswered = &CallListener::urlDelegateAnswered;
 inline constexpr auto handlerBegins = &CallListener::handlerBegins;
