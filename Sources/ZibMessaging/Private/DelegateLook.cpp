@@ -6,6 +6,7 @@
 #include "ZibMessaging/Private/AddOrSwap.h"
 #include "ZibMessaging/Private/Interceptors.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibMessaging/Private/MessagingFace.h"
 #include "ZibMessaging/Private/Recording.h"
 #include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
 #include "ZibPlatform/Foundation/Process.h"
@@ -126,7 +127,9 @@ void lookForNewDelegates(const DelegateLook& look) {
   for (const Object& each : look.find().delegates) interceptNewDelegate(look, each.raw());
 }
 
+// The module's own object takes Firebase's tokens itself: intercepted, it would take each twice.
 void interceptNewDelegate(const DelegateLook& look, objc::id delegate) {
+  if (&look == &lookFor(DelegateKind::firebase) && delegate == messagingFace()) return;
   const bool isNew = std::any_of(look.rows.begin(), look.rows.end(),
                                  [&](Row row) { return !isIntercepted(row, delegate); });
   if (isNew) install(look, look.foundLater, delegate, &addOrSwap);

@@ -205,6 +205,12 @@ Json byHand(Json scenario) {
   return scenario;
 }
 
+Json watching(Json scenario) {
+  Json& steps = scenario["steps"];
+  steps.insert(steps.begin(), call("setDelegateDiscovery", {{"value", "continuous"}}));
+  return scenario;
+}
+
 // One column of the table each. The first is what the others are held to.
 struct Integration {
   const char* name;
@@ -213,6 +219,7 @@ struct Integration {
 constexpr std::array integrations{
     Integration{"automatic", &automatically},
     Integration{"by hand", &byHand},
+    Integration{"watching", &watching},
 };
 
 // What counts is what leaves the module: for the core, for its storage, for the host, and as a
