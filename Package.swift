@@ -48,7 +48,7 @@ let package = Package(
       dependencies: ["ZibMessagingCxx"],
       path: "Recorder",
       publicHeadersPath: ".",
-      cxxSettings: [.headerSearchPath(".."), .headerSearchPath("../Sources")] + released
+      cxxSettings: [.headerSearchPath(".."), .headerSearchPath("../Sources")] + checked
     ),
   ],
   cxxLanguageStandard: .cxx20

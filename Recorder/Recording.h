@@ -9,7 +9,7 @@
 #include "Recorder/HostView.h"
 #include "ZibMessaging/Private/Recording.h"
 
-#ifndef NDEBUG
+#if defined(ZIB_CHECKS_SENDS)
 
 namespace zib::recorder {
 

@@ -1,6 +1,6 @@
 #include "Recorder/Redaction.h"
 
-#ifndef NDEBUG
+#if defined(ZIB_CHECKS_SENDS)
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "Recorder/zib_record.h"
 
-#ifndef NDEBUG
+#if defined(ZIB_CHECKS_SENDS)
 
 #include <atomic>
 #include <memory>

@@ -7,7 +7,7 @@
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
 
-#ifndef NDEBUG
+#if defined(ZIB_CHECKS_SENDS)
 #include <atomic>
 #include <optional>
 
@@ -31,14 +31,14 @@ inline Value valuesOf(const Dictionary& dictionary) {
 
 }  // namespace recording
 
-#ifdef NDEBUG
+#if !defined(ZIB_CHECKS_SENDS)
 
-struct RecordedCall {
+struct [[maybe_unused]] RecordedCall {
   template <class... Arguments>
   explicit RecordedCall(Arguments&&... /*arguments*/) noexcept {}
   static RecordedCall unlessInHand(Row, objc::id) noexcept { return RecordedCall(); }
 };
-struct HostsTurn {
+struct [[maybe_unused]] HostsTurn {
   HostsTurn() noexcept {}
 };
 
