@@ -197,14 +197,19 @@ class Operation {
   zib::contained(name_, [&] { work(at); });
 }
 
+[[gnu::noinline]] void failForSize(const Operation& operation, std::size_t size, const char* name,
+                                   std::size_t known) {
+  operation.fail("size " + std::to_string(size) + " is that of no " + name +
+                 "; this version's is " + std::to_string(known));
+}
+
 // A structure that a host filled in, of this version or of an older one that ended at an earlier
 // member. All members are of a pointer's size.
 template <class Table>
 std::optional<Table> tableOf(const Operation& operation, const char* name, const Table& given) {
   constexpr std::size_t smallest = offsetof(Table, release) + sizeof(Table::release);
   if (given.size < smallest || given.size > sizeof(Table) || given.size % sizeof(void*) != 0) {
-    operation.fail("size " + std::to_string(given.size) + " is that of no " + name +
-                   "; this version's is " + std::to_string(sizeof(Table)));
+    failForSize(operation, given.size, name, sizeof(Table));
     return std::nullopt;
   }
   Table table{};
@@ -391,28 +396,27 @@ void makeWellFormed(IntegrationReport& report) {
   }
 }
 
-// An element of the report, or null, said in a line, where there is none.
-template <class T>
-const T* elementOf(const Operation& operation, const char* name, const std::vector<T>& all,
-                   std::size_t index) {
-  if (index < all.size()) return &all[index];
-  operation.fail(std::string("there is no ") + name + " " + std::to_string(index) + "; there are " +
-                 std::to_string(all.size()));
-  return nullptr;
+// Whether the report has the element. Says so where it has not.
+bool hasElement(const Operation& operation, const char* name, std::size_t count,
+                std::size_t index) {
+  if (index < count) return true;
+  operation.fail(std::string("there is no ").append(name).append(" ") + std::to_string(index) +
+                 "; there are " + std::to_string(count));
+  return false;
 }
 
-// Fills in what the caller's version of a structure has.
-template <class Table>
-bool writeTo(const Operation& operation, const char* name, Table& result, Table table) {
-  constexpr std::size_t smallest = 2 * sizeof(std::size_t);
-  const std::size_t size = result.size;
-  if (size < smallest || size % sizeof(void*) != 0) {
-    operation.fail("size " + std::to_string(size) + " is that of no " + name +
-                   "; this version's is " + std::to_string(sizeof(Table)));
+// Fills in what the caller's version of a structure has, which begins with its size.
+bool writeTo(const Operation& operation, const char* name, void* result, const void* table,
+             std::size_t known) {
+  std::size_t size = 0;
+  std::memcpy(&size, result, sizeof(size));
+  if (size < 2 * sizeof(size) || size % sizeof(void*) != 0) {
+    failForSize(operation, size, name, known);
     return false;
   }
-  table.size = size;
-  std::memcpy(&result, &table, std::min(size, sizeof(Table)));
+  const std::size_t copied = std::min(size, known) - sizeof(size);
+  std::memcpy(static_cast<char*>(result) + sizeof(size),
+              static_cast<const char*>(table) + sizeof(size), copied);
   return true;
 }
 
@@ -522,7 +526,7 @@ bool zib_messaging_set_delegate_discovery(int32_t discovery) {
   const Operation operation(__func__);
   if (discovery != ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY &&
       discovery != ZIB_DELEGATE_DISCOVERY_CONTINUOUS) {
-    operation.fail("discovery " + std::to_string(discovery) +
+    operation.fail("discovery " + std::to_string(static_cast<long long>(discovery)) +
                    " is unknown; 0 (once, with a retry) and 1 (continuous) are allowed");
     return false;
   }
@@ -644,14 +648,16 @@ bool zib_integration_report_get_row(const zib_integration_report* report, size_t
   const Operation operation(__func__);
   if (!operation.has("report", report) || !operation.has("result", result)) return false;
   return operation.run([&] {
-    const auto* const found = elementOf(operation, "row", report->report.rows, row);
-    return found != nullptr && writeTo(operation, "zib_integration_row", *result,
-                                       {sizeof(zib_integration_row),
-                                        {found->method.data(), found->method.size()},
-                                        borrowedIfThere(found->delegateClass),
-                                        static_cast<std::int64_t>(found->state),
-                                        found->chain.size(),
-                                        found->remarks.size()});
+    const auto& rows = report->report.rows;
+    if (!hasElement(operation, "row", rows.size(), row)) return false;
+    const auto& found = rows[row];
+    const zib_integration_row table = {sizeof(table),
+                                       {found.method.data(), found.method.size()},
+                                       borrowedIfThere(found.delegateClass),
+                                       static_cast<std::int64_t>(found.state),
+                                       found.chain.size(),
+                                       found.remarks.size()};
+    return writeTo(operation, "zib_integration_row", result, &table, sizeof(table));
   });
 }
 
@@ -660,13 +666,13 @@ bool zib_integration_report_get_function(const zib_integration_report* report, s
   const Operation operation(__func__);
   if (!operation.has("report", report) || !operation.has("result", result)) return false;
   return operation.run([&] {
-    const auto* const of = elementOf(operation, "row", report->report.rows, row);
-    if (of == nullptr) return false;
-    const auto* const found = elementOf(operation, "function", of->chain, function);
-    return found != nullptr &&
-           writeTo(operation, "zib_integration_function", *result,
-                   {sizeof(zib_integration_function), borrowedIfThere(found->image),
-                    borrowedIfThere(found->symbol)});
+    const auto& rows = report->report.rows;
+    if (!hasElement(operation, "row", rows.size(), row)) return false;
+    const auto& chain = rows[row].chain;
+    if (!hasElement(operation, "function", chain.size(), function)) return false;
+    const zib_integration_function table = {sizeof(table), borrowedIfThere(chain[function].image),
+                                            borrowedIfThere(chain[function].symbol)};
+    return writeTo(operation, "zib_integration_function", result, &table, sizeof(table));
   });
 }
 
@@ -675,10 +681,11 @@ zib_text zib_integration_report_remark(const zib_integration_report* report, siz
   const Operation operation(__func__);
   if (!operation.has("report", report)) return {};
   return operation.run([&]() -> zib_text {
-    const auto* const of = elementOf(operation, "row", report->report.rows, row);
-    if (of == nullptr) return {};
-    const auto* const found = elementOf(operation, "remark", of->remarks, remark);
-    return found == nullptr ? zib_text{} : borrowed(*found);
+    const auto& rows = report->report.rows;
+    if (!hasElement(operation, "row", rows.size(), row)) return {};
+    const auto& remarks = rows[row].remarks;
+    if (!hasElement(operation, "remark", remarks.size(), remark)) return {};
+    return borrowed(remarks[remark]);
   });
 }
 

@@ -70,8 +70,12 @@ class Writer {
   void append(const ValueMap& members) {
     std::vector<const Member*> sorted;
     for (const Member& member : members) sorted.push_back(&member);
-    std::sort(sorted.begin(), sorted.end(),
-              [](const Member* one, const Member* other) { return one->key < other->key; });
+    // By a heap, whose code is a third of std::sort's.
+    const auto isBefore = [](const Member* one, const Member* other) {
+      return one->key < other->key;
+    };
+    std::make_heap(sorted.begin(), sorted.end(), isBefore);
+    std::sort_heap(sorted.begin(), sorted.end(), isBefore);
     text_.push_back('{');
     for (const Member* member : sorted) {
       separate('{');

@@ -70,7 +70,7 @@ class Taker {
   void fail(ValueError problem);
   // What is taken now, of the outermost container's elements.
   void moveTo(int level, std::string_view key) {
-    if (level == 1) place_ = key;
+    if (level == 1) place_ = std::string(key);
   }
   [[nodiscard]] std::string describePlace() const;
 
@@ -96,13 +96,12 @@ std::string Taker::describePlace() const {
 void Taker::fail(ValueError problem) {
   if (error_) return;
   const bool isDeep = problem == ValueError::nestedTooDeep;
-  const std::string limit =
-      isDeep ? std::to_string(allowed_.levels) : std::to_string(allowed_.values);
-  error_ = Error{std::string(valueErrorDomain),
-                 static_cast<std::int64_t>(problem),
-                 isDeep ? "nested too deep" + describePlace() + "; " + limit + " levels are allowed"
-                        : "too many values" + describePlace() + "; " + limit + " are allowed",
-                 {}};
+  const std::size_t limit = isDeep ? static_cast<std::size_t>(allowed_.levels) : allowed_.values;
+  std::string text = isDeep ? "nested too deep" : "too many values";
+  text.append(describePlace()).append("; ").append(std::to_string(limit));
+  text.append(isDeep ? " levels are allowed" : " are allowed");
+  error_ =
+      Error{std::string(valueErrorDomain), static_cast<std::int64_t>(problem), std::move(text), {}};
 }
 
 // Calls `use` with each, until it says no.

@@ -14,10 +14,11 @@ FunctionName nameOfFunction(objc::IMP function) {
   if (info.dli_fname != nullptr) {
     const std::string_view path(info.dli_fname);
     const std::size_t slash = path.rfind('/');
-    name.image = path.substr(slash == std::string_view::npos ? 0 : slash + 1);
+    name.image = std::string(path.substr(slash == std::string_view::npos ? 0 : slash + 1));
   }
   // The nearest symbol before it can be another function's.
-  if (info.dli_sname != nullptr && info.dli_saddr == address) name.symbol = info.dli_sname;
+  if (info.dli_sname != nullptr && info.dli_saddr == address)
+    name.symbol = std::string(info.dli_sname);
   return name;
 }
 
