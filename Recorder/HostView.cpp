@@ -48,9 +48,7 @@ bool answersAny(Class cls) {
   });
 }
 
-id hostsOwn(id delegate) {
-  return delegate == ZibMessaging::shared().runtimeObject() ? nullptr : delegate;
-}
+id hostsOwn(id delegate) { return delegate == ZibMessaging::runtimeObject() ? nullptr : delegate; }
 
 std::vector<SceneView> scenesOf(const Application& application) {
   std::vector<SceneView> scenes;

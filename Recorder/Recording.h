@@ -68,7 +68,6 @@ class Recording {
   double played_ = 0;
   HostClasses classes_;
   HostView seen_;
-  bool isLate_ = false;
   bool hadMessagingDelegate_ = false;
   Value urlDelegate_;
   FirebaseView firebaseBeforeHandler_;
