@@ -39,6 +39,7 @@ struct [[maybe_unused]] RecordedCall {
   static RecordedCall unlessInHand(Row, objc::id) noexcept { return RecordedCall(); }
 };
 struct [[maybe_unused]] HostsTurn {
+  // NOLINTNEXTLINE(modernize-use-equals-default): a variable of it would be unused.
   HostsTurn() noexcept {}
 };
 
