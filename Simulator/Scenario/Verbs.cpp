@@ -98,7 +98,7 @@ void playReplaceMethod(Stage& /*stage*/, const ReplaceMethod& step) {
 // One that was described up to here.
 const Kind<std::string>& hostClass() {
   static const Kind<std::string> kind{[](const Node& node, Reading& reading) {
-                                        const std::string name = node.text();
+                                        std::string name = node.text();
                                         if (reading.classes.contains(name)) return name;
                                         node.fail("no class of the host's is \"" + name + "\"",
                                                   "a class that is described before");
