@@ -53,7 +53,9 @@ int likenessOfTexts(std::string_view expected, std::string_view actual) {
   std::size_t start = 0;
   while (start < shorter && expected[start] == actual[start]) ++start;
   std::size_t end = 0;
-  while (end < shorter - start && expected.rbegin()[end] == actual.rbegin()[end]) ++end;
+  while (end < shorter - start &&
+         expected[expected.size() - 1 - end] == actual[actual.size() - 1 - end])
+    ++end;
   const std::size_t longer = std::max<std::size_t>({expected.size(), actual.size(), 1});
   const std::size_t common = start + end;
   return 2 * common < longer ? 1 : static_cast<int>(common * likenessOfUnequal / longer);
