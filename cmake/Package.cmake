@@ -11,6 +11,11 @@ install(FILES ${PROJECT_SOURCE_DIR}/docs/zibsim.md ${PROJECT_SOURCE_DIR}/CHANGEL
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE RENAME copyright DESTINATION ${data}/doc/zibsim COMPONENT zibsim)
 file(GLOB examples CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/Examples/*.json)
 install(FILES ${examples} DESTINATION ${data}/zibsim/examples COMPONENT zibsim)
+# For editors. Printed when it is installed, by the zibsim that is.
+set(schema ${PROJECT_BINARY_DIR}/scenario.schema.json)
+install(CODE "execute_process(COMMAND \"$<TARGET_FILE:zibsim>\" schema OUTPUT_FILE \"${schema}\"
+  COMMAND_ERROR_IS_FATAL ANY)" COMPONENT zibsim)
+install(FILES ${schema} DESTINATION ${data}/zibsim COMPONENT zibsim)
 
 set(CPACK_GENERATOR DEB TGZ)
 set(CPACK_COMPONENTS_ALL zibsim)

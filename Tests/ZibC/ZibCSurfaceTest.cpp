@@ -14,6 +14,7 @@
 #include "Simulator/UserNotifications/UserNotifications.h"
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Exceptions.h"
+#include "Tests/Support/Image.h"
 #include "Tests/Support/PushFlow.h"
 #include "Tests/Support/RowName.h"
 #include "Tests/ZibC/CSurface.h"
@@ -328,7 +329,7 @@ TEST_F(ZibCIntegrationReportTest, HasEveryRow) {
   zib_integration_function function{};
   function.size = sizeof(function);
   ASSERT_TRUE(zib_integration_report_get_function(report_.get(), presentation, 0, &function));
-  EXPECT_STREQ(function.image.bytes, "ZibTests");
+  EXPECT_EQ(function.image.bytes, test::imageOfModule());
   EXPECT_STREQ(function.symbol.bytes,
                "-[ZibSwizzleManager zib_willPresent:notification:completionHandler:]");
   EXPECT_EQ(device_.errorLines(), Lines());

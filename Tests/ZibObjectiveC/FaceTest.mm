@@ -11,6 +11,7 @@
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
 #include "Tests/Support/Device.h"
+#include "Tests/Support/Image.h"
 #include "Tests/Support/PushFlow.h"
 #import "ZibObjectiveC.h"
 #include "ZibPlatform/Foundation/Data.h"
@@ -249,7 +250,7 @@ TEST(ZIBMessagingTest, ReportsWhoStandsBeforeTheDelegates) {
   EXPECT_EQ(present.state, ZIBIntegrationStateSwapped);
   ASSERT_EQ(present.chain.count, 2U);
   ZIBIntegrationFunction *const outermost = [present.chain objectAtIndex:0];
-  EXPECT_TRUE([outermost.image isEqual:@"FaceTests"]);
+  EXPECT_EQ(zib::utf8From(zib::native(outermost.image)), test::imageOfModule());
   EXPECT_TRUE([outermost.symbol
       isEqual:@"-[ZibSwizzleManager zib_willPresent:notification:completionHandler:]"]);
   EXPECT_EQ([report.text rangeOfString:@"no application delegate"].length, 23U);

@@ -2,12 +2,13 @@
 
   .text
 
-// Sends a message: jumps to what the receiver does for it, with every argument as it came. Nothing
+// Jumps to what `lookup` finds for a receiver and a selector, with every argument as it came. Nothing
 // answers with zeros.
-  .globl objc_msgSend
-  .hidden objc_msgSend
-  .type objc_msgSend, @function
-objc_msgSend:
+  .macro jumps name, lookup
+  .globl \name
+  .hidden \name
+  .type \name, @function
+\name:
   .cfi_startproc
   cbz x0, 1f
   stp x29, x30, [sp, #-224]!
@@ -24,7 +25,7 @@ objc_msgSend:
   stp q2, q3, [sp, #128]
   stp q4, q5, [sp, #160]
   stp q6, q7, [sp, #192]
-  bl objc_msg_lookup
+  bl \lookup
   mov x16, x0
   ldp x0, x1, [sp, #16]
   ldp x2, x3, [sp, #32]
@@ -48,7 +49,13 @@ objc_msgSend:
   movi d3, #0
   ret
   .cfi_endproc
-  .size objc_msgSend, .-objc_msgSend
+  .size \name, .-\name
+  .endm
+
+// Sends a message.
+  jumps objc_msgSend, objc_msg_lookup
+// What the platform's _objc_msgForward does: the receiver gets an invocation, or refuses.
+  jumps zib_forward, zib_forwarder_of
 
 // The address of a thread-local variable. Callers believe every register unchanged but x0, x16, x17
 // and the link register.

@@ -2,12 +2,13 @@
 
   .text
 
-// Sends a message: jumps to what the receiver does for it, with every argument as it came. Nothing
+// Jumps to what `lookup` finds for a receiver and a selector, with every argument as it came. Nothing
 // answers with zeros.
-  .globl objc_msgSend
-  .hidden objc_msgSend
-  .type objc_msgSend, @function
-objc_msgSend:
+  .macro jumps name, lookup
+  .globl \name
+  .hidden \name
+  .type \name, @function
+\name:
   .cfi_startproc
   testq %rdi, %rdi
   je 1f
@@ -28,7 +29,7 @@ objc_msgSend:
   .irp n, 0, 1, 2, 3, 4, 5, 6, 7
   movaps %xmm\n, (64 + 16 * \n)(%rsp)
   .endr
-  callq objc_msg_lookup@PLT
+  callq \lookup@PLT
   movq %rax, %r11
   movq (%rsp), %rdi
   movq 8(%rsp), %rsi
@@ -52,7 +53,13 @@ objc_msgSend:
   xorps %xmm1, %xmm1
   retq
   .cfi_endproc
-  .size objc_msgSend, .-objc_msgSend
+  .size \name, .-\name
+  .endm
+
+// Sends a message.
+  jumps objc_msgSend, objc_msg_lookup
+// What the platform's _objc_msgForward does: the receiver gets an invocation, or refuses.
+  jumps zib_forward, zib_forwarder_of
 
 // The address of a thread-local variable. Callers believe every register unchanged but %rax and
 // %rdi.

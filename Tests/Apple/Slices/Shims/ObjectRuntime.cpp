@@ -19,6 +19,12 @@ SEL sel_registerName(const char* name);
 Class objc_lookUpClass(const char* name);
 unsigned char class_addMethod(Class cls, SEL selector, void (*function)(), const char* types);
 const char* method_getTypeEncoding(objc_method* method);
+objc_method* class_getInstanceMethod(Class cls, SEL selector);
+Function method_getImplementation(objc_method* method);
+void zib_forward();  // in Calls_*.S
+
+// How Foundation makes GCC's runtime forward.
+extern Function (*__objc_msg_forward2)(id receiver, SEL selector);
 
 // Stands in for a function: in GCC's runtime it is inline, the class is an object's first word.
 Class object_getClass(id object) {
@@ -59,5 +65,18 @@ bool zib_shim_class_addMethod(Class cls, SEL selector, void (*function)(), const
 
 const char* zib_shim_method_getTypeEncoding(objc_method* method) {
   return withBool(method_getTypeEncoding(method), boolHere, boolThere);
+}
+
+// Stands in for the function of the same name: GCC's answers for a method that the class lacks with
+// what forwards for one receiver, the platform's with what does so for any.
+Function zib_shim_class_getMethodImplementation(Class cls, SEL selector) {
+  objc_method* const method = class_getInstanceMethod(cls, selector);
+  return method == nullptr ? reinterpret_cast<Function>(&zib_forward)
+                           : method_getImplementation(method);
+}
+
+// For zib_forward.
+Function zib_forwarder_of(id receiver, SEL selector) {
+  return __objc_msg_forward2(receiver, selector);
 }
 }
