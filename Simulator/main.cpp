@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "Simulator/CommandLine/DiffCommand.h"
+#include "Simulator/CommandLine/Files.h"
 #include "Simulator/CommandLine/InspectCommand.h"
 #include "Simulator/CommandLine/RecordCommand.h"
 #include "Simulator/CommandLine/RunCommand.h"
@@ -132,7 +133,9 @@ class CommandLine {
 
   void addSchema() {
     app_.add_subcommand("schema", "Prints the JSON Schema of a scenario")->callback([] {
-      std::cout << sim::scenarioSchema().dump(2) << std::endl;
+      sim::Output output({});
+      output.stream() << sim::scenarioSchema().dump(2) << '\n';
+      output.finish();
     });
   }
 

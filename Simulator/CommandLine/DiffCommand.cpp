@@ -14,10 +14,32 @@ namespace {
 constexpr const char* allowedFiles =
     "a timeline that zibsim run --format jsonl has written, or - for standard input";
 
+// How deep the containers of a JSON text are nested.
+std::size_t depthOf(const std::string& line) {
+  std::size_t depth = 0;
+  std::size_t deepest = 0;
+  bool isInText = false;
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    const char each = line[at];
+    if (isInText && each == '\\') {
+      ++at;
+    } else if (each == '"') {
+      isInText = !isInText;
+    } else if (!isInText && (each == '[' || each == '{')) {
+      deepest = std::max(deepest, ++depth);
+    } else if (!isInText && (each == ']' || each == '}') && depth > 0) {
+      --depth;
+    }
+  }
+  return deepest;
+}
+
 Json entryFrom(const std::string& line, const std::string& place) {
   const auto fail = [&](const std::string& problem) {
     throw UsageError(place + ": " + problem + "; allowed: " + allowedFiles);
   };
+  // More than any entry has, and less than what fills the stack.
+  if (depthOf(line) > 4096) fail("the line is nested deeper than 4096 levels");
   Json entry = Json::parse(line, nullptr, false);
   if (entry.is_discarded()) fail("the line is no JSON");
   if (!entry.is_object() || !entry.contains("kind") || !entry["kind"].is_string()) {

@@ -64,6 +64,21 @@ void Output::finish() {
   }
 }
 
+void requireApart(const std::string& output, const std::vector<std::string>& others) {
+  namespace fs = std::filesystem;
+  std::error_code ignored;
+  // A device takes what is written without taking anything away.
+  if (output.empty() || (fs::exists(output, ignored) && !fs::is_regular_file(output, ignored))) {
+    return;
+  }
+  for (const std::string& other : others) {
+    if (other.empty() || other == standardInput) continue;
+    if (fs::weakly_canonical(output, ignored) == fs::weakly_canonical(other, ignored)) {
+      throw UsageError(output + ": would be written over; allowed: a file of its own");
+    }
+  }
+}
+
 bool wantsColour() {
   const char* const noColour = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe)
   const bool isUnwanted = noColour != nullptr && *noColour != '\0';

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sim {
 
@@ -30,6 +31,9 @@ class Output {
   std::ofstream file_;
   std::ostream* stream_;
 };
+
+// Throws UsageError where writing the output would take away one of the others.
+void requireApart(const std::string& output, const std::vector<std::string>& others);
 
 // Whether standard output is a terminal on which colours are welcome.
 bool wantsColour();

@@ -56,6 +56,7 @@ int recordScenario(const RecordOptions& options) {
     throw UsageError(options.file + ": (root): there are " + std::to_string(files.size()) +
                      " scenarios; allowed: one");
   }
+  requireApart(options.output, {options.file});
   Output output(options.output);
   const TemporaryFolder folder;
   const std::string recorded = folder.file("recording.json");

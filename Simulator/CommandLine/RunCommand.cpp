@@ -168,6 +168,12 @@ std::string titleOf(const std::vector<Outcome>& outcomes) {
 
 int runScenarios(const RunOptions& options) {
   const std::vector<ScenarioFile> files = readScenarioFiles(options.files);
+  std::vector<std::string> names;
+  names.reserve(files.size());
+  for (const ScenarioFile& file : files) names.push_back(file.file);
+  requireApart(options.junit, names);
+  names.push_back(options.junit);
+  requireApart(options.output, names);
   Output output(options.output);
   std::optional<Output> junit;
   if (!options.junit.empty()) junit.emplace(options.junit);

@@ -15,12 +15,21 @@ namespace fs = std::filesystem;
 
 constexpr const char* allowedFiles = "a scenario file, a folder of them, or - for standard input";
 
+// What begins with a dot is not shown to people either: editors and archives leave such files.
+bool isScenarioName(const fs::path& path) {
+  return path.extension() == ".json" && !path.filename().string().starts_with('.');
+}
+
 std::vector<std::string> filesIn(const std::string& folder) {
   std::vector<std::string> files;
   for (const auto& entry : fs::directory_iterator(folder)) {
-    if (entry.path().extension() == ".json" && entry.is_regular_file()) {
-      files.push_back(entry.path().string());
+    if (!isScenarioName(entry.path()) || entry.is_directory()) continue;
+    // Passed over, it would be a test that nobody misses.
+    if (!entry.is_regular_file()) {
+      throw UsageError(entry.path().string() +
+                       ": (root): is no regular file; allowed: " + allowedFiles);
     }
+    files.push_back(entry.path().string());
   }
   if (files.empty()) {
     throw UsageError(folder + ": (root): there is no .json file in it; allowed: " + allowedFiles);

@@ -116,15 +116,25 @@ void removeTargetBundle(Json& payload) {
 }
 
 std::string readNamedFile(const Node& name, const std::filesystem::path& folder) {
+  constexpr std::uintmax_t largest = std::uintmax_t{64} << 20U;
   const std::filesystem::path path = folder / name.text();
-  const auto fail = [&](int code) {
-    name.fail("cannot be read: " + path.string() + ": " + std::strerror(code),
-              "a file, named from the scenario's folder on");
+  const auto fail = [&](const std::string& problem) {
+    name.fail(problem, "a file of at most 64 MB, named from the scenario's folder on");
   };
+  const auto failToRead = [&](int code) {
+    fail("cannot be read: " + path.string() + ": " + std::strerror(code));
+  };
+  // The system would read the name up to there.
+  if (name.text().find('\0') != std::string::npos) fail("a NUL is in the name");
   std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored)) fail(EISDIR);
+  if (std::filesystem::is_directory(path, ignored)) failToRead(EISDIR);
+  // Pipes and devices have no end, and a pipe that nobody writes has no beginning.
+  if (std::filesystem::exists(path, ignored) && !std::filesystem::is_regular_file(path, ignored)) {
+    fail("is no regular file: " + path.string());
+  }
   std::ifstream stream(path, std::ios::binary);
-  if (!stream) fail(errno);
+  if (!stream) failToRead(errno);
+  if (std::filesystem::file_size(path, ignored) > largest) fail("is too large: " + path.string());
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 

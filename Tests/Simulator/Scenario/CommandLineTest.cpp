@@ -105,6 +105,65 @@ constexpr const char* unmet =
     R"({"name": "unmet", "steps": [{"do": "state"}], "expect": [{"kind": "event"},
         {"kind": "state", "fcmToken": "abc"}]})";
 
+TEST_F(CommandLineTest, WritesOverNothingThatItReadsOrWrites) {
+  const std::string file = write("two.json", twoSteps);
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"run", "--output", file, file},
+        {"run", "--junit", file, file},
+        {"run", "--output", path("same"), "--junit", path("./same"), file},
+        {"record", "--output", file, file}}) {
+    const Outcome outcome = zibsim(arguments);
+    EXPECT_EQ(outcome.status, wrongUsage);
+    EXPECT_NE(outcome.errors.find("would be written over"), std::string::npos) << outcome.errors;
+  }
+  EXPECT_EQ(contentsOf(file), twoSteps);
+  EXPECT_EQ(zibsim({"run", "--output", "/dev/null", "--junit", "/dev/null", file}).status,
+            allAsExpected);
+}
+
+TEST_F(CommandLineTest, PassesOverNoScenarioOfAFolder) {
+  std::filesystem::create_directories(path("folder/more.json"));
+  static_cast<void>(write("folder/two.json", twoSteps));
+  static_cast<void>(write("folder/._two.json", "no scenario"));
+  EXPECT_EQ(zibsim({"run", path("folder")}).status, allAsExpected);
+  std::filesystem::create_symlink("gone", path("folder/dangling.json"));
+  const Outcome outcome = zibsim({"run", path("folder")});
+  EXPECT_EQ(outcome.status, wrongUsage);
+  EXPECT_NE(outcome.errors.find("dangling.json: (root): is no regular file"), std::string::npos)
+      << outcome.errors;
+}
+
+TEST_F(CommandLineTest, ReadsNoPayloadWithoutAnEnd) {
+  ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+  std::ofstream(path("large")).close();
+  std::filesystem::resize_file(path("large"), (std::uintmax_t{64} << 20U) + 1);
+  static_cast<void>(write("payload", "{}"));
+  for (const auto& [file, problem] : std::vector<std::pair<std::string, std::string>>{
+           {"/dev/zero", "is no regular file"},
+           {"pipe", "is no regular file"},
+           {"large", "is too large"},
+           {"payload\\u0000x", "a NUL is in the name"}}) {
+    const std::string scenario = write(
+        "scenario.json", R"({"steps": [{"do": "present", "userInfoFile": ")" + file + "\"}]}");
+    const Outcome outcome = zibsim({"run", scenario});
+    EXPECT_EQ(outcome.status, wrongUsage) << file;
+    EXPECT_NE(outcome.errors.find(problem), std::string::npos) << outcome.errors;
+  }
+}
+
+TEST_F(CommandLineTest, ComparesNoTimelineNestedWithoutEnd) {
+  const std::string levels(100'000, '[');
+  const std::string deep =
+      write("deep", R"({"kind": "event", "data": )" + levels + std::string(100'000, ']') + "}\n");
+  const std::string text = write("text", R"({"kind": "event", "data": "\")" + levels + "\"}\n");
+  EXPECT_EQ(zibsim({"diff", text, text}).status, allAsExpected);
+  const Outcome outcome = zibsim({"diff", deep, text});
+  EXPECT_EQ(outcome.status, wrongUsage);
+  EXPECT_NE(outcome.errors.find("line 1: the line is nested deeper than 4096 levels"),
+            std::string::npos)
+      << outcome.errors;
+}
+
 TEST_F(CommandLineTest, HelpsAndTellsItsVersion) {
   EXPECT_EQ(zibsim({"--help"}).status, allAsExpected);
   EXPECT_NE(zibsim({"--help"}).output.find("run"), std::string::npos);
