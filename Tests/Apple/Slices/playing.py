@@ -1,6 +1,10 @@
 """Holds what a host prints with a slice in it against what the native one does."""
 
 import json
+import re
+
+# What a module that checks its messages says of one, and plays on.
+COMPLAINT = re.compile(rb"^ZibMessaging: the message .+$", re.M)
 
 
 class Difference(Exception):
@@ -14,10 +18,18 @@ def place_of(line, number):
         return f"line {number}"
 
 
+def complaint(errors):
+    """The first message that was not sent as its method is, in what was said beside the output."""
+    found = COMPLAINT.search(errors)
+    return found and found[0].decode(errors="replace")
+
+
 def compare(expected, actual):
     """Both are an exit status, the output and what was said beside it. Nothing but the same bytes of
-    output, and the same end, will do."""
+    output, and the same end, will do, and messages as their methods are."""
     (status, output, _), (other_status, other_output, errors) = expected, actual
+    if said := complaint(errors):
+        raise Difference(said)
     if (status, output) == (other_status, other_output):
         return
     lines, others = output.splitlines(), other_output.splitlines()

@@ -173,7 +173,7 @@ PLANTS = [
              ("is the first that differs", "uncaught target signal")),
     InModule("a BOOL of the wrong size", "Sources/ZibPlatform/ObjectiveC/Native.h",
              "using BOOL = bool;", "using BOOL = int;",
-             ("is the first that differs", 'was sent as "i16@0:8", but the method is "B16@0:8"')),
+             ('was sent as "i16@0:8", but the method is "B16@0:8"',)),
 ]
 
 
