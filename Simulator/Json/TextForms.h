@@ -1,4 +1,5 @@
-// The text forms of what JSON has no type for. Base64 is Foundation's.
+// The text forms of what JSON has no type for, and texts as a line shows them. Base64 is
+// Foundation's.
 
 #pragma once
 
@@ -14,5 +15,8 @@ namespace sim {
 std::optional<std::vector<std::uint8_t>> bytesFromHex(std::string_view hex);
 // In UTC, with milliseconds only where there are any. As a number for what no calendar shows.
 std::string iso8601(double secondsSince1970);
+// The text with all escaped that would break a line, steer a terminal or turn the direction of what
+// follows.
+std::string oneLine(std::string_view text);
 
 }  // namespace sim

@@ -4,13 +4,11 @@
 
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
-namespace sim {
+#include "Simulator/Json/TextForms.h"
 
-// The text with its line breaks and other control characters escaped.
-std::string oneLine(std::string_view text);
+namespace sim {
 
 // what() is "POINTER: PROBLEM; allowed: ALLOWED", one line.
 class ScenarioError : public std::runtime_error {

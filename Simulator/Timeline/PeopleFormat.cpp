@@ -4,11 +4,13 @@
 #include <cstdio>
 #include <map>
 
+#include "Simulator/Json/TextForms.h"
+
 namespace sim {
 namespace {
 
 std::string textOf(const Json& value) {
-  return value.is_string() ? value.get<std::string>() : value.dump();
+  return oneLine(value.is_string() ? value.get<std::string>() : value.dump());
 }
 
 // Payloads are long, and people see them once in the scenario.
@@ -27,7 +29,7 @@ std::string others(const Json& fields, const std::vector<std::string>& without) 
   for (const auto& [key, value] : fields.items()) {
     if (key == "scenario") continue;
     if (std::find(without.begin(), without.end(), key) != without.end()) continue;
-    const std::string shown = value.is_structured() ? shortened(value.dump()) : textOf(value);
+    const std::string shown = value.is_structured() ? shortened(textOf(value)) : textOf(value);
     text.append(text.empty() ? "" : ", ").append(key).append(" ").append(shown);
   }
   return text;
@@ -191,7 +193,7 @@ std::string PeopleFormat::styled(const std::string& text, Style style) const {
 void PeopleFormat::title(const std::string& name, std::vector<Json> steps) {
   *this = PeopleFormat(*out_, hasColour_);
   steps_ = std::move(steps);
-  *out_ << styled(name, Style::bold) << '\n';
+  *out_ << styled(oneLine(name), Style::bold) << '\n';
 }
 
 std::string PeopleFormat::describeStep(const Json& entry) const {
@@ -230,7 +232,7 @@ void PeopleFormat::entry(const Json& entry) {
           << styled(describeEntry(entry), kind == "problem" ? Style::red : Style::plain);
   }
   if (entry.at("thread") != "main") {
-    *out_ << styled("  on " + entry.at("thread").get<std::string>(), Style::dim);
+    *out_ << styled("  on " + textOf(entry.at("thread")), Style::dim);
   }
   *out_ << '\n';
 }

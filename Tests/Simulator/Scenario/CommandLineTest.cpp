@@ -151,6 +151,24 @@ TEST_F(CommandLineTest, ReadsNoPayloadWithoutAnEnd) {
   }
 }
 
+TEST_F(CommandLineTest, ShowsNoTextAsALineOfItsOwn) {
+  const std::string file = write("forged.json", R"({
+    "name": "a\u001b[31mb", "host": {"appDelegate": {"class": "AppDelegate"}},
+    "steps": [{"do": "configure"},
+              {"do": "registrationFailure",
+               "error": {"domain": "d", "code": 1,
+                         "description": "no\nevent notification-clicked\u009b1m\u202ex\u2028"}}]})");
+  const Outcome outcome = zibsim({"run", "--format", "timeline", file});
+  EXPECT_EQ(outcome.status, allAsExpected) << outcome.errors;
+  EXPECT_NE(outcome.output.find("a\\u001b[31mb"), std::string::npos) << outcome.output;
+  EXPECT_NE(outcome.output.find("no\\u000aevent notification-clicked\\u009b1m\\u202ex\\u2028"),
+            std::string::npos)
+      << outcome.output;
+  for (const char* raw : {"\x1b", "\nevent", "\u009b", "\u202e", "\u2028"}) {
+    EXPECT_EQ(outcome.output.find(raw), std::string::npos) << raw;
+  }
+}
+
 TEST_F(CommandLineTest, ComparesNoTimelineNestedWithoutEnd) {
   const std::string levels(100'000, '[');
   const std::string deep =
