@@ -119,7 +119,7 @@ std::string readNamedFile(const Node& name, const std::filesystem::path& folder)
   constexpr std::uintmax_t largest = std::uintmax_t{64} << 20U;
   const std::filesystem::path path = folder / name.text();
   const auto fail = [&](const std::string& problem) {
-    name.fail(problem, "a file of at most 64 MB, named from the scenario's folder on");
+    name.fail(problem, "a file, named from the scenario's folder on");
   };
   const auto failToRead = [&](int code) {
     fail("cannot be read: " + path.string() + ": " + std::strerror(code));
@@ -134,7 +134,8 @@ std::string readNamedFile(const Node& name, const std::filesystem::path& folder)
   }
   std::ifstream stream(path, std::ios::binary);
   if (!stream) failToRead(errno);
-  if (std::filesystem::file_size(path, ignored) > largest) fail("is too large: " + path.string());
+  if (std::filesystem::file_size(path, ignored) > largest)
+    fail("holds more than 64 MB: " + path.string());
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 

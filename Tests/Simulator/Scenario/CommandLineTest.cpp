@@ -141,7 +141,7 @@ TEST_F(CommandLineTest, ReadsNoPayloadWithoutAnEnd) {
   for (const auto& [file, problem] : std::vector<std::pair<std::string, std::string>>{
            {"/dev/zero", "is no regular file"},
            {"pipe", "is no regular file"},
-           {"large", "is too large"},
+           {"large", "holds more than 64 MB"},
            {"payload\\u0000x", "a NUL is in the name"}}) {
     const std::string scenario = write(
         "scenario.json", R"({"steps": [{"do": "present", "userInfoFile": ")" + file + "\"}]}");
