@@ -19,16 +19,31 @@ class BrowserError(Exception):
 
 class Browser:
     def __init__(self, width=1280, height=900):
-        self._driver = subprocess.Popen(
-            ["chromedriver", "--port=0"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True
-        )
-        self._base = None
-        for line in self._driver.stdout:
+        self._driver, self._base = self._start_driver()
+        try:
+            self._session = self._start_session(width, height)
+        except (BrowserError, OSError):
+            self._stop_driver()
+            raise
+
+    @staticmethod
+    def _start_driver():
+        driver = subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE,
+                                  stderr=subprocess.STDOUT, text=True)
+        said = []
+        for line in driver.stdout:
             if started := re.search(r"started successfully on port (\d+)", line):
-                self._base = f"http://127.0.0.1:{started[1]}"
-                break
-        if self._base is None:
-            raise BrowserError("chromedriver does not start")
+                return driver, f"http://127.0.0.1:{started[1]}"
+            said.append(line)
+        driver.stdout.close()
+        raise BrowserError(f"chromedriver ended with {driver.wait()} and said: {''.join(said).strip()}")
+
+    def _stop_driver(self):
+        self._driver.terminate()
+        self._driver.wait()
+        self._driver.stdout.close()
+
+    def _start_session(self, width, height):
         options = {
             "args": ["--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--disable-gpu",
                      "--hide-scrollbars", "--disable-background-networking",
@@ -37,7 +52,7 @@ class Browser:
         answer = self._call("POST", "/session", {"capabilities": {"alwaysMatch": {
             "browserName": "chrome", "goog:chromeOptions": options,
             "goog:loggingPrefs": {"browser": "ALL"}}}})
-        self._session = f"/session/{answer['sessionId']}"
+        return f"/session/{answer['sessionId']}"
 
     def __enter__(self):
         return self
@@ -46,8 +61,7 @@ class Browser:
         try:
             self._call("DELETE", self._session)
         finally:
-            self._driver.terminate()
-            self._driver.wait()
+            self._stop_driver()
 
     def _call(self, method, path, body=None):
         data = None if body is None else json.dumps(body).encode()
