@@ -1,5 +1,6 @@
-// What the README and docs/integration.md show is what the checks compile: each block of code stands in
-// the file that the line before it names, one of Examples/Snippets or, with a folder, of the tree.
+// What the README and docs/integration.md show is what the checks compile: each block of code
+// stands in the file that the line before it names, one of Examples/Snippets or, with a folder, of
+// the tree.
 
 #include <gtest/gtest.h>
 
@@ -73,7 +74,8 @@ std::set<std::string> filesShownBy(const Lines& page) {
     if (!page[at].starts_with("```")) continue;
     std::smatch match;
     const bool isNamed = at > 0 && std::regex_match(page[at - 1], match, name);
-    EXPECT_TRUE(isNamed) << "line " << at + 1 << ": a block of code without <!-- FILE --> before it";
+    EXPECT_TRUE(isNamed) << "line " << at + 1
+                         << ": a block of code without <!-- FILE --> before it";
     Lines block;
     const std::size_t first = at;
     while (++at < page.size() && page[at] != "```") block.push_back(page[at]);
