@@ -10,8 +10,8 @@ import sys
 import time
 from pathlib import Path
 
-from checks import (abi, builds, declarations, exports, hosts, imports, lines, on_device, refused,
-                    size, xcframework)
+from checks import (abi, builds, declarations, exports, hosts, imports, lines, on_device, recorder,
+                    refused, size, xcframework)
 from checks.compiler import Compiler
 from checks.outcome import Failure
 
@@ -55,6 +55,7 @@ def run_parts(run, compiler):
     run.part("refused expressions", EVERYTHING, refused.refused, compiler)
     run.part("refused architecture", EVERYTHING, refused.architecture, compiler)
     run.part("on-device bundle", EVERYTHING, on_device.bundle, compiler)
+    run.part("recorder", EVERYTHING, recorder.recorder, compiler)
     built = run.part("compile and link", EVERYTHING, builds.compile_and_link, compiler)
     run.part("slices", EVERYTHING, builds.slices, compiler, built)
     run.part("exports", EVERYTHING, exports.exports, compiler, built, asking)

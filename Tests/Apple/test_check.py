@@ -95,6 +95,9 @@ PLANTS = [
     Plant("a framework without its privacy manifest", Path("script/xcframework"),
           ("    shutil.copy(TREE / PRIVACY, framework)\n", ""),
           ("XCFramework: FAILED", "PrivacyInfo.xcprivacy")),
+    Plant("a recorder for Linux alone", Path("Recorder/zib_record.cpp"),
+          ('#include <atomic>\n', '#include <atomic>\n#include <linux/limits.h>\n'),
+          ("recorder: FAILED", "linux/limits.h")),
     Plant("an export that zib.h does not declare", Path("Tests/Apple/exports.txt"),
           ("zib_core_install\n", "zib_core_install\nplanted\n"),
           ("compile and link: FAILED", "does not define", "planted")),
@@ -191,7 +194,7 @@ def main():
     mistakes = []
     with tempfile.TemporaryDirectory(prefix="check-apple-") as folder:
         tree = Path(folder)
-        for part in ["Sources", "Examples", "Tests/Apple", "Tests/Refused", "Tests/Swift",
+        for part in ["Sources", "Recorder", "Examples", "Tests/Apple", "Tests/Refused", "Tests/Swift",
                      "build/apple"]:
             shutil.copytree(part, tree / part)
         for part in ["docs/platforms.md", "script/check-apple", "script/xcframework"]:
