@@ -42,7 +42,8 @@ def count(program, library=None):
 def table(libraries):
     """`libraries` by their slices. The lines of a table."""
     slices = [each for each in SLICES if each.target is SIMULATOR]
-    program = build(BUILD / "benchmark", f"-DZIB_SLICE={libraries[slices[0]].absolute()}")
+    program = build(BUILD / "benchmark", "-DZIB_INSTALL=OFF", "-DZIB_BUILD_TESTS=OFF",
+                    f"-DZIB_SLICE={libraries[slices[0]].absolute()}")
     columns = {"natively": count(build(Path("build/release")))}
     columns |= {each.name: count(program, libraries[each]) for each in slices}
     lines = [f"{'instructions for one callback':32}" + "".join(f"{name:>37}" for name in columns)]
