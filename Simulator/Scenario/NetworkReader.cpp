@@ -62,10 +62,9 @@ std::vector<zib::HTTPHeader> readHeaders(const Node& node) {
 int readStatus(const Node& node) {
   constexpr std::int64_t least = 200;
   constexpr std::int64_t most = 599;
-  const Json& value = node.value();
-  const std::int64_t status = value.is_number_integer() ? value.get<std::int64_t>() : 0;
-  if (status < least || status > most) node.failType("an integer from 200 to 599");
-  return static_cast<int>(status);
+  const bool isStatus = node.isIntegral() && node.value() >= least && node.value() <= most;
+  if (!isStatus) node.failType("an integer from 200 to 599");
+  return node.value().get<int>();
 }
 
 // Each gives a body; an answer has one of them at most.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 
 namespace sim {
 namespace {
@@ -154,10 +155,19 @@ std::optional<std::string> Node::textOrNull() const {
   return value_->get<std::string>();
 }
 
+bool Node::isIntegral() const {
+  if (!value_->is_number_float()) return value_->is_number_integer();
+  const auto number = value_->get<double>();
+  return std::trunc(number) == number;
+}
+
 std::int64_t Node::integer() const {
-  const bool fits = value_->is_number_integer() &&
-                    !(value_->is_number_unsigned() && value_->get<std::uint64_t>() > INT64_MAX);
-  if (!fits) failType("an integer");
+  constexpr double limit = 9223372036854775808.0;
+  const bool fits = value_->is_number_unsigned()
+                        ? value_->get<std::uint64_t>() <= INT64_MAX
+                        : !value_->is_number_float() ||
+                              (value_->get<double>() >= -limit && value_->get<double>() < limit);
+  if (!isIntegral() || !fits) failType("an integer");
   return value_->get<std::int64_t>();
 }
 
