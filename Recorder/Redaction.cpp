@@ -130,8 +130,8 @@ std::size_t lengthOfFirst(std::string_view text) {
   }
   if (isLetterOrDigit(text.front())) return 1;
   const int escaped = escapedByte(text);
-  const bool isLetter = escaped >= 0 && (isBeyondASCII(escaped) ||
-                                         isLetterOrDigit(static_cast<char>(escaped)));
+  const bool isLetter =
+      escaped >= 0 && (isBeyondASCII(escaped) || isLetterOrDigit(static_cast<char>(escaped)));
   return isLetter ? lengthOfEscape : 0;
 }
 
@@ -139,16 +139,15 @@ void addSlots(std::string_view letter, std::vector<Slot>& slots) {
   const auto isCapital = [](char character) { return isBetween(character, 'A', 'Z'); };
   if (letter.front() != '%') {
     const bool isASCII = !isBeyondASCII(static_cast<unsigned char>(letter.front()));
-    slots.push_back({isASCII ? kindOf(letter.front()) : Kind::beyondASCII, false,
-                     isCapital(letter.front())});
+    slots.push_back(
+        {isASCII ? kindOf(letter.front()) : Kind::beyondASCII, false, isCapital(letter.front())});
     return;
   }
   const bool isHigh = isBeyondASCII(escapedByte(letter));
-  const Kind first = !isHigh               ? Kind::firstOfLowEscape
+  const Kind first = !isHigh              ? Kind::firstOfLowEscape
                      : isDigit(letter[1]) ? Kind::firstOfHighEscape
-                                           : Kind::hexadecimalLetter;
-  const Kind second =
-      !isHigh && isDigit(letter[2]) ? Kind::secondOfLowEscape : kindOf(letter[2]);
+                                          : Kind::hexadecimalLetter;
+  const Kind second = !isHigh && isDigit(letter[2]) ? Kind::secondOfLowEscape : kindOf(letter[2]);
   slots.push_back({first, true, isCapital(letter[1])});
   slots.push_back({second, false, isCapital(letter[2])});
 }

@@ -98,6 +98,9 @@ void checkClass(const Node& node, const HostClassDescription& description,
   }
 }
 
+const Record<HostClassDescription>& hostClassRecord();
+
+// The classes that it names are added to those of the reading.
 std::string readClass(const Node& node, Reading& reading) {
   const std::size_t errorsBefore = reading.errors.size();
   HostClassDescription description = hostClassRecord().read(node, reading);
@@ -193,7 +196,8 @@ Kind<std::string> otherClass() {
 }
 
 Record<HostClassDescription> makeHostClassRecord() {
-  const Kind<std::string> className{&readClassName, {{"type", "string"}, {"minLength", 1}}};
+  const Kind<std::string> className{&readClassName,
+                                    {{"type", "string"}, {"pattern", R"(^[^\u0000]+$)"}}};
   using Description = HostClassDescription;
   return Record<Description>()
       .required("class", &Description::name, className, "the class's name")
@@ -232,11 +236,20 @@ HostDescription readHost(const Node& node, Reading& reading) {
   return host;
 }
 
-}  // namespace
-
 const Record<HostClassDescription>& hostClassRecord() {
   static const Record<HostClassDescription> record = makeHostClassRecord();
   return record;
+}
+
+}  // namespace
+
+Json hostClassSchema() {
+  Json schema = schemaOf(hostClassRecord().fields());
+  const auto needs = [](const char* key) -> Json {
+    return {{"required", {key}}, {"properties", {{key, {{"type", "object"}}}}}};
+  };
+  schema["dependentSchemas"] = {{"forwarding", needs("forwardsTo")}};
+  return schema;
 }
 
 namespace kinds {

@@ -58,8 +58,7 @@ Json scenarioSchema() {
   Json schema = schemaOf(scenarioRecord().fields());
   schema["$schema"] = "https://json-schema.org/draft/2020-12/schema";
   schema["title"] = "Scenario of zibsim";
-  schema["$defs"] = {{"delegate", schemaOf(hostClassRecord().fields())},
-                     {"entry", entryPatternSchema()}};
+  schema["$defs"] = {{"delegate", hostClassSchema()}, {"entry", entryPatternSchema()}};
   return schema;
 }
 

@@ -70,7 +70,7 @@ TEST(RedactionTest, MakesNoTextThatTheModuleKnows) {
 // More than there are of their kind, and with all that has a kind of its own.
 TEST(RedactionTest, KeepsRandomTextsApart) {
   std::mt19937 random(1);
-  const std::vector<std::string> pieces{"0", "7", "a",   "F",   "g",   "Z",   "é",   "ж",  "%",
+  const std::vector<std::string> pieces{"0",  "7",   "a",   "F",   "g",   "Z",   "é",   "ж", "%",
                                         "%4", "%2F", "%41", "%5a", "%C3", "%a9", "%8B", "N", "-"};
   Redaction redaction;
   std::map<std::string, std::string> originals;
@@ -87,9 +87,8 @@ TEST(RedactionTest, KeepsRandomTextsApart) {
 TEST(RedactionTest, ComesToRestAtOnce) {
   Redaction once;
   Redaction twice;
-  for (const char* const text :
-       {"Dear Zoë, 20% off!", "https://shop.example/a?b=%C3%A9#z", "https://post.example/", "a:b",
-        ":"}) {
+  for (const char* const text : {"Dear Zoë, 20% off!", "https://shop.example/a?b=%C3%A9#z",
+                                 "https://post.example/", "a:b", ":"}) {
     const std::string redacted = once.text(text);
     EXPECT_EQ(twice.text(redacted), redacted) << text;
   }
