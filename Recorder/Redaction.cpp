@@ -279,8 +279,8 @@ Bytes Redaction::bytes(const Bytes& bytes) {
   const auto [known, isNew] = bytes_.emplace(bytes, Bytes(bytes.size()));
   if (isNew) {
     std::size_t number = countByLength_[bytes.size()]++;
-    for (auto byte = known->second.rbegin(); byte != known->second.rend(); ++byte) {
-      *byte = static_cast<std::uint8_t>(number);
+    for (std::size_t at = bytes.size(); at > 0; --at) {
+      known->second[at - 1] = static_cast<std::uint8_t>(number);
       number >>= bitsOfAByte;
     }
   }

@@ -177,12 +177,15 @@ double Node::nonNegativeNumber() const {
   return number;
 }
 
-std::size_t Node::choice(const std::vector<std::string_view>& choices) const {
+std::size_t Node::choice(const std::vector<std::string_view>& choices,
+                         const std::string& alsoAllowed) const {
   const std::string text = value_->is_string() ? value_->get<std::string>() : std::string();
   const auto found =
       value_->is_string() ? std::find(choices.begin(), choices.end(), text) : choices.end();
-  if (found == choices.end())
-    fail("got " + shown(*value_) + didYouMean(text, choices), quotedList(choices));
+  if (found == choices.end()) {
+    fail("got " + shown(*value_) + didYouMean(text, choices),
+         (alsoAllowed.empty() ? "" : alsoAllowed + ", ") + quotedList(choices));
+  }
   return static_cast<std::size_t>(found - choices.begin());
 }
 

@@ -45,8 +45,9 @@ class Node {
   // Virtual time is counted in nanoseconds of 64 bits.
   static constexpr double greatestNumber = 1e9;
   [[nodiscard]] double nonNegativeNumber() const;
-  // The index of the text among the choices.
-  [[nodiscard]] std::size_t choice(const std::vector<std::string_view>& choices) const;
+  // The index of the text among the choices. What is allowed beside them is only said.
+  [[nodiscard]] std::size_t choice(const std::vector<std::string_view>& choices,
+                                   const std::string& alsoAllowed = {}) const;
 
  private:
   const Json* value_;

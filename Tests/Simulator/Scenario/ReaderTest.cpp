@@ -154,6 +154,13 @@ INSTANTIATE_TEST_SUITE_P(
             R"("openURLFromSource", "handleOpenURL")"},
         Mistake{"NegativeOptions", withHost(R"({"appDelegate": {"class": "A", "options": -1}})"),
                 "/host/appDelegate/options: got -1; allowed: a number of options from 0"},
+        Mistake{"Completes", withHost(R"({"appDelegate": {"class": "A", "completes": "never"}})"),
+                R"(/host/appDelegate/completes: got "never"; allowed: true, false, "twice", )"
+                R"("later", "elsewhere")"},
+        Mistake{"CompletesIsANumber",
+                withHost(R"({"appDelegate": {"class": "A", "completes": 0}})"),
+                R"(/host/appDelegate/completes: got 0; allowed: true, false, "twice", "later", )"
+                R"("elsewhere")"},
         Mistake{"DelegateWithoutAClass", withHost(R"({"appDelegate": {"implements": []}})"),
                 R"(/host/appDelegate: the key "class" is missing; allowed: a value for it)"},
         Mistake{
@@ -259,7 +266,8 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"WithoutAVerb", withStep("{}"),
                 R"(/steps/0: the key "do" is missing; allowed: a value for it)"},
         Mistake{"WithoutAField", withStep(R"({"do": "present"})"),
-                R"(/steps/0: the key "userInfo" is missing; allowed: a value for it)"},
+                R"(/steps/0: the key "userInfo" is missing, and there is no "userInfoFile"; )"
+                R"(allowed: one of "userInfo", "userInfoFile")"},
         Mistake{"WithoutAnOperation", withStep(R"({"do": "call"})"),
                 R"(/steps/0: the key "operation" is missing; allowed: a value for it)"},
         Mistake{"WithoutArguments", withStep(R"({"do": "call", "operation": "setPushToken"})"),
