@@ -399,7 +399,7 @@ INSTANTIATE_TEST_SUITE_P(
         Verdict{"ClassWithNul", R"({"steps": [], "host": {"appDelegate": {"class": "A\u0000"}}})",
                 false},
         Verdict{"TwoPayloads", R"({"steps": [{"do": "present", "userInfo": {},
-                                              "userInfoFile": "payload/Files/gold.apns"}]})",
+                                              "userInfoFile": "payload/domain-user.json"}]})",
                 false},
         Verdict{"NoPayload", R"({"steps": [{"do": "present"}]})", false}),
     test::rowName);
