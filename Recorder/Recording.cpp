@@ -125,19 +125,19 @@ std::string textFrom(std::span<const std::uint8_t> bytes) {
 }
 
 // A document that says nothing any more and that the module reads in the same way.
-std::string redactedDocument(std::span<const std::uint8_t> body) {
+std::string redactedDocument(std::span<const std::uint8_t> body, Redaction& redaction) {
   if (const auto json = parseJSON(body)) {
-    if (const auto value = valueFrom(json->raw())) return jsonTextOf(redacted(*value));
+    if (const auto value = valueFrom(json->raw())) return jsonTextOf(redaction.value(*value));
   }
   if (const auto plist = parsePropertyList(body)) {
     const auto dictionary = Dictionary::withTextKeys(*plist);
     if (const auto read = dictionary ? dictionary->values() : Result<ValueMap>(Error{})) {
-      const Value values = redacted(Value(*read));
+      const Value values = redaction.value(Value(*read));
       const auto xml = xmlPropertyList(Dictionary::from(*values.get<ValueMap>()));
       if (xml) return textFrom(bytesOf(xml->raw()));
     }
   }
-  return redactedText(wellFormed(textFrom(body)));
+  return redaction.text(wellFormed(textFrom(body)));
 }
 
 }  // namespace
@@ -157,14 +157,14 @@ bool Recording::begin() {
   return true;
 }
 
-std::string Recording::shownText(std::string_view text) const {
-  return texts_ == Texts::redacted ? redactedText(text) : std::string(text);
+std::string Recording::shownText(std::string_view text) {
+  return texts_ == Texts::redacted ? redaction_.text(text) : std::string(text);
 }
-Value Recording::shown(const Value& value) const {
-  return texts_ == Texts::redacted ? redacted(value) : value;
+Value Recording::shown(const Value& value) {
+  return texts_ == Texts::redacted ? redaction_.value(value) : value;
 }
 
-ValueMap Recording::errorFields(const Error& error) const {
+ValueMap Recording::errorFields(const Error& error) {
   return {{"domain", error.domain},
           {"code", error.code},
           {"description", shownText(error.description)}};
@@ -398,14 +398,14 @@ void Recording::answered(bool isGranted, const std::optional<Error>& error) {
   add(std::move(step), "system");
 }
 
-ValueMap Recording::answerFrom(const URLReply& reply) const {
+ValueMap Recording::answerFrom(const URLReply& reply) {
   constexpr long statusOK = 200;
   ValueMap answer;
   if (reply.httpStatus && *reply.httpStatus != statusOK) answer.set("status", *reply.httpStatus);
   if (reply.body.empty()) return answer;
   std::string text = textFrom(reply.body);
   if (texts_ == Texts::redacted) {
-    answer.set("text", redactedDocument(reply.body));
+    answer.set("text", redactedDocument(reply.body, redaction_));
   } else if (wellFormed(text) == text) {
     answer.set("text", std::move(text));
   } else {

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "Recorder/HostView.h"
+#include "Recorder/Redaction.h"
 #include "ZibMessaging/Private/Recording.h"
 
 #ifdef ZIB_RECORDS_CALLS
@@ -48,10 +49,10 @@ class Recording {
   void noteDelegates();
   [[nodiscard]] Value describeScene(const SceneView& scene);
   [[nodiscard]] ValueMap describeFirebase(const FirebaseView& firebase);
-  [[nodiscard]] ValueMap errorFields(const Error& error) const;
-  [[nodiscard]] ValueMap answerFrom(const URLReply& reply) const;
-  [[nodiscard]] std::string shownText(std::string_view text) const;
-  [[nodiscard]] Value shown(const Value& value) const;
+  [[nodiscard]] ValueMap errorFields(const Error& error);
+  [[nodiscard]] ValueMap answerFrom(const URLReply& reply);
+  [[nodiscard]] std::string shownText(std::string_view text);
+  [[nodiscard]] Value shown(const Value& value);
 
   // A step that happens now.
   void add(ValueMap step, const char* otherThread = "background");
@@ -63,6 +64,7 @@ class Recording {
   std::mutex mutex_;
   std::string path_;
   Texts texts_;
+  Redaction redaction_;
   double start_ = 0;
   // How far the steps so far have brought the clock of whoever plays them.
   double played_ = 0;

@@ -79,11 +79,17 @@ ConsideredKey considerAfterDecision(const std::string& key, zib::StringRef text,
                  : "not looked at"};
 }
 
+bool hasScheme(std::string_view url) {
+  const std::size_t end = url.find_first_of(":/?#");
+  return end != std::string_view::npos && end > 0 && url[end] == ':';
+}
+
 void decide(InspectedLink& link, const std::string& key, zib::StringRef text) {
   link.key = key;
   link.candidate = zib::Utf8(text).view();
   if (const auto url = zib::urlOfLink(text, *link.candidate)) {
     link.url = url->absoluteString();
+    link.isOpenedBySystem = hasScheme(*link.url);
     link.reason = inQuotes(key) + " is the first of the link keys that holds a link";
   } else {
     link.reason = inQuotes(key) +
@@ -120,7 +126,17 @@ std::optional<Alert> inspectAlert(const Json& payload) {
   const Json& alert = aps->at("alert");
   if (alert.is_string()) return Alert{"", "", alert.get<std::string>()};
   if (!alert.is_object()) return std::nullopt;
-  return Alert{textAt(alert, "title"), textAt(alert, "subtitle"), textAt(alert, "body")};
+  // The name of a text that the app has in the user's language stands for that text.
+  const auto textOrName = [&](const char* key, const char* keyOfName) {
+    const std::string text = textAt(alert, key);
+    return text.empty() ? textAt(alert, keyOfName) : text;
+  };
+  return Alert{textOrName("title", "title-loc-key"), textOrName("subtitle", "subtitle-loc-key"),
+               textOrName("body", "loc-key")};
+}
+
+bool isShown(const Alert& alert) {
+  return !alert.title.empty() || !alert.subtitle.empty() || !alert.body.empty();
 }
 
 Json orNull(const std::optional<std::string>& text) { return text ? Json(*text) : Json(); }
@@ -146,6 +162,7 @@ Inspection inspect(std::string_view text, std::string_view eventType) {
   inspection.link = inspectLink(payload);
   inspection.size = payload.size;
   inspection.alert = inspectAlert(payload.json);
+  if (inspection.alert && !isShown(*inspection.alert)) inspection.alert.reset();
   inspection.remarks = remarksOn(payload, inspection);
   return inspection;
 }

@@ -36,6 +36,8 @@ struct InspectedLink {
   std::optional<std::string> key;
   std::optional<std::string> candidate;
   std::optional<std::string> url;
+  // Whether there is a URL that the system can open, too: the module asks it to open any.
+  bool isOpenedBySystem = false;
   std::string reason;
   std::vector<ConsideredKey> considered;
 };

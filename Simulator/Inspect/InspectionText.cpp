@@ -39,8 +39,7 @@ std::string describeField(const InspectedField& field) {
 std::string describeLink(const InspectedLink& link) {
   constexpr std::size_t keyWidth = 14;
   constexpr std::size_t verdictWidth = 12;
-  std::string text = link.url ? "Tapped, it opens " + oneLine(*link.url) + "\n"
-                              : std::string("Tapped, it opens nothing\n");
+  std::string text = headlineOf(link) + (link.url ? " " + oneLine(*link.url) : "") + "\n";
   text += "  because " + link.reason + "\n";
   for (const ConsideredKey& considered : link.considered) {
     text += "  " + padded(considered.key, keyWidth) +
@@ -62,7 +61,13 @@ std::string describeRemarks(const std::vector<Remark>& remarks) {
 std::string occasionOf(const std::string& eventType) {
   if (eventType == zib::clickedEvent.text) return "Tapped";
   if (eventType == zib::deliveredEvent.text) return "Shown in the foreground";
-  return "As " + inQuotes(eventType);
+  return eventType.empty() ? "Without a type" : "As " + inQuotes(eventType);
+}
+
+std::string headlineOf(const InspectedLink& link) {
+  if (!link.url) return "Tapped, it opens nothing";
+  return link.isOpenedBySystem ? "Tapped, it opens"
+                               : "Tapped, it asks for what the system cannot open:";
 }
 
 std::string describeSize(std::size_t size) {

@@ -12,6 +12,9 @@ namespace sim {
 // the event type in quotes.
 std::string occasionOf(const std::string& eventType);
 
+// "Tapped, it opens", and so on: what comes before the URL, if there is one.
+std::string headlineOf(const InspectedLink& link);
+
 // "312 bytes of 4,096".
 std::string describeSize(std::size_t size);
 

@@ -1,8 +1,11 @@
 #include "Simulator/Inspect/Payload.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 
+#include "Simulator/Foundation/FormatError.h"
+#include "Simulator/Foundation/TextEncoding.h"
 #include "Simulator/Json/Values.h"
 #include "Simulator/Scenario/Document.h"
 #include "Simulator/Scenario/ScenarioError.h"
@@ -18,6 +21,25 @@ std::span<const std::uint8_t> bytesOf(std::string_view text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
+// The text in UTF-8, without a mark at its beginning.
+std::string decoded(std::string_view text) {
+  try {
+    return textFrom(bytesOf(text));
+  } catch (const FormatError&) {
+    return std::string(text);
+  }
+}
+
+std::vector<std::string> placesOf(const std::vector<Way>& ways) {
+  std::vector<std::string> places;
+  for (const Way& way : ways) {
+    std::string place;
+    for (const std::string& key : way) place += (place.empty() ? "" : ".") + key;
+    if (std::find(places.begin(), places.end(), place) == places.end()) places.push_back(place);
+  }
+  return places;
+}
+
 }  // namespace
 
 Payload readPayload(std::string_view text) {
@@ -29,6 +51,9 @@ Payload readPayload(std::string_view text) {
     throw ScenarioError("", "got " + kindOf(payload.json), allowedPayload);
   }
   removeTargetBundle(payload.json);
+  const std::string inUTF8 = decoded(text);
+  payload.isUTF8 = text.ends_with(inUTF8);
+  payload.repeatedKeys = placesOf(repeatedKeys(inUTF8));
   payload.size = payload.json.dump().size();
   payload.userInfo = zib::Dictionary::from(*valueFromJson(payload.json).get<zib::ValueMap>());
   return payload;

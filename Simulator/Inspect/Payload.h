@@ -17,6 +17,10 @@ struct Payload {
   zib::Dictionary userInfo;
   Json json;
   std::size_t size = 0;
+  // Which the push service takes; the platform reads more.
+  bool isUTF8 = true;
+  // With dots; of which the platform keeps one.
+  std::vector<std::string> repeatedKeys;
 };
 
 // Reads it as the platform reads JSON, without the key by which an .apns file names its app. Throws

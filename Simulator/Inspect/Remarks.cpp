@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <map>
 #include <set>
 
 #include "ZibMessaging/Private/LinkSearch.h"
@@ -74,37 +75,80 @@ void remarkOnSize(const Payload& payload, Remarks& remarks) {
                              std::to_string(largestPayload)});
 }
 
+void remarkOnForm(const Payload& payload, Remarks& remarks) {
+  if (!payload.isUTF8) {
+    remarks.push_back({"", "the file is not UTF-8, which is all that the push service takes"});
+  }
+  for (const std::string& place : payload.repeatedKeys) {
+    remarks.push_back(
+        {place, inQuotes(place) + " stands twice in one object, and only one of the two counts"});
+  }
+}
+
+// The key that differs from another in nothing but case, in words; empty if there is none.
+std::string hintAtCase(const Json& object, const std::vector<std::string_view>& keys) {
+  for (const auto& [key, value] : object.items()) {
+    for (const std::string_view wanted : keys) {
+      if (key == wanted || lowerCase(key) != wanted) continue;
+      return "; " + inQuotes(key) + " is another key than " + inQuotes(wanted);
+    }
+  }
+  return {};
+}
+
+std::string whyAlertShowsNothing(const Json& alert) {
+  if (alert.is_string()) return "\"alert\" is an empty text";
+  if (!alert.is_object()) return "\"alert\" is " + kindOf(alert) + ", not a text or an object";
+  return "\"alert\" has no text as \"title\", \"subtitle\" or \"body\"" +
+         hintAtCase(alert, {"title", "subtitle", "body"});
+}
+
 // What the system makes of the payload before the module sees it.
-void remarkOnAlert(const Payload& payload, Remarks& remarks) {
+void remarkOnAlert(const Payload& payload, const Inspection& inspection, Remarks& remarks) {
+  if (inspection.alert) return;
   const auto aps = payload.json.find("aps");
   if (aps == payload.json.end()) {
-    remarks.push_back(
-        {"aps", "there is no \"aps\": the system shows nothing, so nobody can tap it"});
+    remarks.push_back({"aps", "there is no \"aps\"" + hintAtCase(payload.json, {"aps"}) +
+                                  ": the system shows nothing, so nobody can tap it"});
   } else if (!aps->is_object()) {
     remarks.push_back(
         {"aps", "\"aps\" is " + kindOf(*aps) + ", not an object: the system shows nothing"});
   } else if (!aps->contains("alert")) {
-    remarks.push_back(
-        {"aps", "\"aps\" has no \"alert\": the system shows no text, so nobody can tap it"});
+    remarks.push_back({"aps", "\"aps\" has no \"alert\"" + hintAtCase(*aps, {"alert"}) +
+                                  ": the system shows no text, so nobody can tap it"});
+  } else {
+    remarks.push_back({"aps.alert", whyAlertShowsNothing(aps->at("alert")) +
+                                        ": the system shows no text, so nobody can tap it"});
   }
+}
+
+// A number with a fraction, or of many digits, does not come as it was written.
+std::string adviceOn(const Json& value) {
+  if (value.is_number_float()) return ": write it in quotation marks";
+  return value.is_primitive() && !value.is_null() ? ": write " + inQuotes(value.dump()) : "";
 }
 
 void remarkOnTypes(const Payload& payload, Remarks& remarks) {
   for (const std::string_view key : lookedUpKeys()) {
     const auto member = payload.json.find(std::string(key));
     if (member == payload.json.end() || member->is_string()) continue;
-    const std::string advice =
-        member->is_primitive() && !member->is_null() ? ": write " + inQuotes(member->dump()) : "";
     remarks.push_back({std::string(key), inQuotes(key) + " is " + kindOf(*member) +
-                                             ", and the module reads texts alone" + advice});
+                                             ", and the module reads texts alone" +
+                                             adviceOn(*member)});
   }
 }
 
+// One key can be like several.
 void remarkOnLookalikes(const Payload& payload, Remarks& remarks) {
+  std::map<std::string, std::string> meantByKey;
   for (const std::string_view key : lookedUpKeys()) {
     const std::string other = lookalikeOf(key, payload.json);
     if (other.empty()) continue;
-    remarks.push_back({other, inQuotes(other) + " is not read: the key is " + inQuotes(key)});
+    std::string& meant = meantByKey[other];
+    meant += (meant.empty() ? "" : " or ") + inQuotes(key);
+  }
+  for (const auto& [key, meant] : meantByKey) {
+    remarks.push_back({key, inQuotes(key) + " is not read: the key is " + meant});
   }
 }
 
@@ -116,7 +160,8 @@ void remarkOnNested(const Json& value, const std::string& way, Remarks& remarks)
     if (remarks.size() >= most) return;
     if (!way.empty() && member.is_string() && isLookedUp(name)) {
       remarks.push_back({place, std::string(isLinkKey(name) ? "a link" : "a value") +
-                                    " is nested where nothing is searched: move " + inQuotes(name) +
+                                    " is nested as " + inQuotes(place) +
+                                    ", where nothing is searched: move " + inQuotes(name) +
                                     " to the top level"});
     }
     if (member.is_structured()) remarkOnNested(member, place, remarks);
@@ -170,41 +215,38 @@ std::string whatIsNoURL(const std::string& candidate) {
   return " is no valid URL";
 }
 
-// A later link that would have been one, if the decisive key had not been there.
-std::optional<std::pair<std::string, std::string>> linkNotReached(const Payload& payload,
-                                                                  const InspectedLink& link) {
+// Later links that would have been ones, if the decisive key had not been there.
+std::vector<std::pair<std::string, std::string>> linksNotReached(const Payload& payload,
+                                                                 const InspectedLink& link) {
+  std::vector<std::pair<std::string, std::string>> links;
   for (const ConsideredKey& considered : link.considered) {
     if (considered.verdict != "notReached") continue;
     const auto member = payload.json.find(considered.key);
     if (member == payload.json.end() || !member->is_string()) continue;
     const auto text = member->get<std::string>();
     if (text.empty() || text == zib::noLinkText || text == link.candidate) continue;
-    return std::pair(considered.key, text);
+    links.emplace_back(considered.key, text);
   }
-  return std::nullopt;
+  return links;
 }
 
 void remarkOnBlockedLinks(const Payload& payload, const InspectedLink& link, Remarks& remarks) {
   if (!link.key) return;
-  const auto other = linkNotReached(payload, link);
+  const auto others = linksNotReached(payload, link);
   if (link.url) {
-    if (other) {
-      remarks.push_back({other->first, inQuotes(other->first) + " holds another link, " +
-                                           inQuotes(other->second) + ", which never opens: " +
-                                           inQuotes(*link.key) + " comes first"});
+    for (const auto& [key, text] : others) {
+      remarks.push_back({key, inQuotes(key) + " holds another link, " + inQuotes(text) +
+                                  ", which never opens: " + inQuotes(*link.key) + " comes first"});
     }
     return;
   }
-  remarks.push_back(
-      {*link.key,
-       inQuotes(*link.candidate) + whatIsNoURL(*link.candidate) + ", so nothing opens" +
-           (other ? "; it also blocks " + inQuotes(other->first) + ", " + inQuotes(other->second)
-                  : "")});
-}
-
-bool hasScheme(std::string_view url) {
-  const std::size_t end = url.find_first_of(":/?#");
-  return end != std::string_view::npos && end > 0 && url[end] == ':';
+  std::string blocked;
+  for (const auto& [key, text] : others) {
+    blocked +=
+        (blocked.empty() ? "; it also blocks " : ", and ") + inQuotes(key) + ", " + inQuotes(text);
+  }
+  remarks.push_back({*link.key, inQuotes(*link.candidate) + whatIsNoURL(*link.candidate) +
+                                    ", so nothing opens" + blocked});
 }
 
 void remarkOnTheURL(const InspectedLink& link, Remarks& remarks) {
@@ -215,7 +257,7 @@ void remarkOnTheURL(const InspectedLink& link, Remarks& remarks) {
     remarks.push_back({*link.key, inQuotes(*link.candidate) + " is taken for a link: only " +
                                       inQuotes(zib::noLinkText) +
                                       ", letter by letter, means that there is none"});
-  } else if (!hasScheme(*link.url)) {
+  } else if (!link.isOpenedBySystem) {
     remarks.push_back(
         {*link.key, inQuotes(*link.candidate) +
                         " has no scheme such as https:, so the system cannot open it"});
@@ -236,8 +278,9 @@ void remarkOnEventType(const Inspection& inspection, Remarks& remarks) {
   const std::string_view delivered = zib::deliveredEvent.text;
   const std::string_view clicked = zib::clickedEvent.text;
   if (inspection.eventType == delivered || inspection.eventType == clicked) return;
-  remarks.push_back({"event_type", "the module itself reports nothing but " + inQuotes(delivered) +
-                                       " and " + inQuotes(clicked)});
+  const std::string first = inspection.eventType.empty() ? "the event type is empty: " : "";
+  remarks.push_back({"event_type", first + "the module itself reports nothing but " +
+                                       inQuotes(delivered) + " and " + inQuotes(clicked)});
 }
 
 void remarkOnEmptyTexts(const Inspection& inspection, Remarks& remarks) {
@@ -264,7 +307,8 @@ std::vector<Remark> remarksOn(const Payload& payload, const Inspection& inspecti
   Remarks remarks;
   remarkOnEventType(inspection, remarks);
   remarkOnSize(payload, remarks);
-  remarkOnAlert(payload, remarks);
+  remarkOnForm(payload, remarks);
+  remarkOnAlert(payload, inspection, remarks);
   remarkOnTestMarker(payload, inspection, remarks);
   remarkOnTypes(payload, remarks);
   remarkOnLookalikes(payload, remarks);

@@ -73,7 +73,7 @@ Markup viewOfEvent(const Inspection& inspection) {
 Markup viewOfLink(const InspectedLink& link) {
   Markup markup;
   markup.open("section");
-  markup.element("h2", link.url ? "Tapped, it opens" : "Tapped, it opens nothing");
+  markup.element("h2", headlineOf(link));
   if (link.url) markup.element("p", *link.url, {{"class", "url"}});
   markup.element("p", "Because " + link.reason + ".");
   markup.open("ol", {{"class", "ladder"}});
@@ -93,14 +93,18 @@ Markup viewOfSize(std::size_t size) {
   return markup;
 }
 
+std::string summaryOf(const InspectedLink& link) {
+  if (!link.url) return "Opens nothing";
+  return (link.isOpenedBySystem ? "Opens " : "The system cannot open ") + *link.url;
+}
+
 // What a screen reader says while somebody types.
 std::string summaryOf(const Inspection& inspection) {
   const std::size_t count = inspection.remarks.size();
   const std::string remarks = count == 0   ? "No remarks."
                               : count == 1 ? "1 remark."
                                            : std::to_string(count) + " remarks.";
-  return (inspection.isTest ? "A test: nothing is reported. " : "") +
-         (inspection.link.url ? "Opens " + *inspection.link.url : std::string("Opens nothing")) +
+  return (inspection.isTest ? "A test: nothing is reported. " : "") + summaryOf(inspection.link) +
          ". " + remarks;
 }
 

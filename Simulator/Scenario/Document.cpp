@@ -21,6 +21,9 @@ constexpr std::size_t deepestNesting = zib::maximumNesting + 16;
 // own callback takes time with the square of a list's length.
 class Checks final : public nlohmann::json_sax<Json> {
  public:
+  // Without `repeated`, a second member of one name is refused.
+  explicit Checks(std::vector<Way>* repeated = nullptr) : repeated_(repeated) {}
+
   bool null() override { return beginValue(); }
   bool boolean(bool) override { return beginValue(); }
   bool number_integer(number_integer_t) override { return beginValue(); }
@@ -35,8 +38,12 @@ class Checks final : public nlohmann::json_sax<Json> {
   bool key(string_t& key) override {
     open_.back().key = key;
     if (open_.back().keys.insert(key).second) return true;
-    throw ScenarioError(pointer(open_.size()), "the key stands twice in one object",
-                        "each key once");
+    if (repeated_ == nullptr) {
+      throw ScenarioError(pointer(open_.size()), "the key stands twice in one object",
+                          "each key once");
+    }
+    repeated_->push_back(way(open_.size()));
+    return true;
   }
   // Left to the parser, which says it better.
   bool parse_error(std::size_t, const std::string&, const Json::exception&) override {
@@ -60,8 +67,9 @@ class Checks final : public nlohmann::json_sax<Json> {
   bool open(bool isObject) {
     beginValue();
     open_.push_back({isObject, {}, {}, 0});
-    if (open_.size() > deepestNesting) throw tooDeep();
-    return true;
+    if (open_.size() <= deepestNesting) return true;
+    if (repeated_ == nullptr) throw tooDeep();
+    return false;
   }
 
   bool close() {
@@ -75,17 +83,23 @@ class Checks final : public nlohmann::json_sax<Json> {
             std::to_string(deepestNesting) + " levels in a scenario"};
   }
 
-  // Of the value that was begun last, up to a level.
-  [[nodiscard]] std::string pointer(std::size_t levels) const {
-    std::string pointer;
+  // To the value that was begun last, up to a level.
+  [[nodiscard]] Way way(std::size_t levels) const {
+    Way way;
     for (std::size_t level = 0; level < levels; ++level) {
       const Open& open = open_[level];
-      pointer += '/';
-      pointer += open.isObject ? escapedForPointer(open.key) : std::to_string(open.begun - 1);
+      way.push_back(open.isObject ? open.key : std::to_string(open.begun - 1));
     }
+    return way;
+  }
+
+  [[nodiscard]] std::string pointer(std::size_t levels) const {
+    std::string pointer;
+    for (const std::string& key : way(levels)) pointer += '/' + escapedForPointer(key);
     return pointer;
   }
 
+  std::vector<Way>* repeated_;
   std::vector<Open> open_;
 };
 
@@ -109,6 +123,13 @@ Json parseDocument(std::string_view text) {
     throw ScenarioError("", std::string(shown) + (shown.size() < detail.size() ? "…" : ""),
                         "a JSON document");
   }
+}
+
+std::vector<Way> repeatedKeys(std::string_view text) {
+  std::vector<Way> repeated;
+  Checks checks(&repeated);
+  Json::sax_parse(text, &checks);
+  return repeated;
 }
 
 void removeTargetBundle(Json& payload) {

@@ -4,7 +4,9 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "Simulator/Json/Json.h"
 #include "Simulator/Scenario/Node.h"
@@ -13,6 +15,13 @@ namespace sim {
 
 // Throws ScenarioError.
 Json parseDocument(std::string_view text);
+
+// From a document's root to one of its values: keys, and the places in lists.
+using Way = std::vector<std::string>;
+
+// To each member whose name another one of its object has before it, as far as the text is JSON
+// that is not nested without end.
+std::vector<Way> repeatedKeys(std::string_view text);
 
 // Takes the key away by which an .apns file names the app that a simulator hands it to. It is no
 // part of the payload.

@@ -1,60 +1,143 @@
 #include "Simulator/Scenario/ExpectationReader.h"
 
-#include "Simulator/Timeline/EntryKinds.h"
+#include <algorithm>
+
+#include "Simulator/Scenario/EntryKinds.h"
+#include "Simulator/Scenario/Row.h"
 
 namespace sim {
 namespace {
 
-std::vector<std::string_view> kindNames() {
-  std::vector<std::string_view> names;
-  for (const EntryKind& kind : entryKinds()) names.push_back(kind.name);
+using Names = std::vector<std::string_view>;
+
+const Names& kindNames() {
+  static const Names names = namesOf(entryKinds());
   return names;
 }
 
-// A value for an entry's text is a text, null, or a part of it.
-void checkTexts(const Node& pattern, Reading& reading) {
-  for (const std::string_view field : textEntryFields()) {
-    const auto value = pattern.find(field);
-    if (!value || !value->value().is_structured()) continue;
-    reading.collectErrorOf([&] {
-      value->checkKeys({"contains"}, reading.errors);
-      static_cast<void>(value->require("contains").text());
-    });
+// What stands in the list itself, and not inside of an item.
+const Names& wholeItems() {
+  static const Names keys{"absent", "unordered", "count"};
+  return keys;
+}
+
+Names keysOf(const EntryKind& kind) {
+  Names keys{"kind"};
+  for (const EntryField& field : kind.fields) keys.push_back(field.name);
+  return keys;
+}
+
+const Names& keysOfAllKinds() {
+  static const Names keys = [] {
+    Names all;
+    for (const EntryKind& kind : entryKinds()) {
+      for (const std::string_view key : keysOf(kind)) {
+        if (std::find(all.begin(), all.end(), key) == all.end()) all.push_back(key);
+      }
+    }
+    return all;
+  }();
+  return keys;
+}
+
+void checkFields(const Node& pattern, const EntryKind& kind, Reading& reading) {
+  for (const EntryField& field : kind.fields) {
+    const auto value = pattern.find(field.name);
+    if (!value) continue;
+    reading.collectErrorOf([&] { static_cast<void>(field.pattern.read(*value, reading)); });
   }
 }
 
-// What an entry is compared with: of a kind that there is, with keys that its entries have.
+// The kinds that have every key of the pattern, and a name as it says where it gives a part of one.
+std::vector<const EntryKind*> kindsOf(const Node& pattern, std::string_view partOfName) {
+  std::vector<const EntryKind*> kinds;
+  for (const EntryKind& kind : entryKinds()) {
+    const Names keys = keysOf(kind);
+    const auto items = pattern.value().items();
+    const bool hasAll = std::all_of(items.begin(), items.end(), [&](const auto& item) {
+      return std::find(keys.begin(), keys.end(), item.key()) != keys.end();
+    });
+    if (hasAll && kind.name.find(partOfName) != std::string_view::npos) kinds.push_back(&kind);
+  }
+  return kinds;
+}
+
+// Of no single kind: there has to be one whose entries could match.
+void checkAgainstKinds(const Node& pattern, std::string_view partOfName, Reading& reading) {
+  const std::size_t errorsBefore = reading.errors.size();
+  pattern.checkKeys(keysOfAllKinds(), reading.errors);
+  if (reading.errors.size() > errorsBefore) return;
+  const auto kinds = kindsOf(pattern, partOfName);
+  if (kinds.empty()) {
+    pattern.fail("no kind of entry has all of these keys", "keys that entries of one kind have");
+  }
+  std::vector<std::vector<ScenarioError>> errors;
+  for (const EntryKind* const kind : kinds) {
+    Reading attempt;
+    checkFields(pattern, *kind, attempt);
+    if (attempt.errors.empty()) return;
+    errors.push_back(std::move(attempt.errors));
+  }
+  if (errors.size() > 1) {
+    Names names;
+    for (const EntryKind* const kind : kinds) names.push_back(kind->name);
+    pattern.fail("no entry has these values",
+                 "values of one of the kinds that have these keys: " + quotedList(names));
+  }
+  reading.errors.insert(reading.errors.end(), errors.front().begin(), errors.front().end());
+}
+
+void refuseWholeItem(const Node& pattern) {
+  for (const std::string_view key : wholeItems()) {
+    if (!pattern.find(key)) continue;
+    Node(pattern.value(), pattern.pointer() + "/" + std::string(key))
+        .fail("stands only in the list \"expect\" itself, and not inside of an item",
+              "the keys of an entry");
+  }
+}
+
+// What an entry is compared with: of a kind that there is, with keys that its entries have, and
+// values that these can have.
 void checkPattern(const Node& pattern, Reading& reading) {
   if (!pattern.value().is_object()) pattern.failType("an object");
-  checkTexts(pattern, reading);
   const auto kind = pattern.find("kind");
-  if (!kind) {
-    pattern.checkKeys(entryFieldsOf({}), reading.errors);
-    return;
+  if (!kind) return checkAgainstKinds(pattern, {}, reading);
+  if (kind->value().is_object()) {
+    kind->checkKeys({"contains"}, reading.errors);
+    return checkAgainstKinds(pattern, kind->require("contains").text(), reading);
   }
-  const std::string_view name = kindNames()[kind->choice(kindNames())];
-  pattern.checkKeys(entryFieldsOf(name), reading.errors);
+  const EntryKind& known = entryKinds()[kind->choice(kindNames())];
+  pattern.checkKeys(keysOf(known), reading.errors);
+  checkFields(pattern, known, reading);
+}
+
+void checkInnerPattern(const Node& pattern, Reading& reading) {
+  if (pattern.value().is_object()) refuseWholeItem(pattern);
+  checkPattern(pattern, reading);
 }
 
 void checkCount(const Node& item, Reading& reading) {
   item.checkKeys({"count", "of"}, reading.errors);
   const Node count = item.require("count");
-  if (!count.value().is_number_integer() || count.value() < 0) {
-    count.failType("an integer from 0 on");
+  if (!count.isIntegral() || count.value() < 0) count.failType("an integer from 0 on");
+  checkInnerPattern(item.require("of"), reading);
+}
+
+void checkUnordered(const Node& list, Reading& reading) {
+  if (list.list().empty()) list.fail("there is nothing to expect", "a list of at least one item");
+  for (const Node& each : list.list()) {
+    reading.collectErrorOf([&] { checkInnerPattern(each, reading); });
   }
-  checkPattern(item.require("of"), reading);
 }
 
 void checkItem(const Node& item, Reading& reading) {
   if (!item.value().is_object()) item.failType("an object");
   if (const auto absent = item.find("absent")) {
     item.checkKeys({"absent"}, reading.errors);
-    checkPattern(*absent, reading);
+    checkInnerPattern(*absent, reading);
   } else if (const auto unordered = item.find("unordered")) {
     item.checkKeys({"unordered"}, reading.errors);
-    for (const Node& each : unordered->list()) {
-      reading.collectErrorOf([&] { checkPattern(each, reading); });
-    }
+    checkUnordered(*unordered, reading);
   } else if (item.find("count")) {
     checkCount(item, reading);
   } else {
@@ -63,17 +146,7 @@ void checkItem(const Node& item, Reading& reading) {
 }
 
 Json schemaOfItems() {
-  Json fields = Json::object();
-  for (const std::string_view field : entryFieldsOf({})) fields[std::string(field)] = true;
-  const Json part = {{"type", "object"},
-                     {"properties", {{"contains", {{"type", "string"}}}}},
-                     {"required", {"contains"}},
-                     {"additionalProperties", false}};
-  const Json text = {{"anyOf", {{{"type", {"string", "number", "boolean", "null"}}}, part}}};
-  for (const std::string_view field : textEntryFields()) fields[std::string(field)] = text;
-  fields["kind"] = {{"enum", kindNames()}};
-  const Json pattern = {
-      {"type", "object"}, {"properties", fields}, {"additionalProperties", false}};
+  const Json pattern = {{"$ref", "#/$defs/entry"}};
   const auto only = [](const Json& properties) {
     Json required = Json::array();
     for (const auto& [key, value] : properties.items()) required.push_back(key);
@@ -84,7 +157,7 @@ Json schemaOfItems() {
   };
   return {{"anyOf",
            {pattern, only({{"absent", pattern}}),
-            only({{"unordered", {{"type", "array"}, {"items", pattern}}}}),
+            only({{"unordered", {{"type", "array"}, {"minItems", 1}, {"items", pattern}}}}),
             only({{"count", {{"type", "integer"}, {"minimum", 0}}}, {"of", pattern}})}}};
 }
 

@@ -80,14 +80,15 @@ int likeness(const Json& expected, const Json& actual) {
   return sum;
 }
 
-// The entries that are most like what is expected, at most three; of those that are equally like
-// it, the ones first that it could have matched.
+// The entries that are most like what is expected, at most three, but for those that are known; of
+// those that are equally like it, the ones first that it could have matched.
 std::vector<std::size_t> nearestEntries(const Json& expected, const std::vector<Json>& timeline,
-                                        std::size_t from) {
+                                        std::size_t from, const std::vector<std::size_t>& known) {
   constexpr std::size_t most = 3;
   using Rank = std::tuple<int, bool, std::size_t>;
   std::vector<Rank> ranks;
   for (std::size_t index = 0; index < timeline.size(); ++index) {
+    if (std::binary_search(known.begin(), known.end(), index)) continue;
     const int score = likeness(expected, timeline[index]);
     if (score > 0) ranks.emplace_back(-score, index < from, index);
   }
@@ -161,7 +162,7 @@ class Judge {
     std::vector<std::size_t> found = matching(item.at("of"));
     if (item.at("count") == found.size()) return {{}, std::move(found)};
     const std::string count = "\n  the entries that match are " + std::to_string(found.size());
-    if (found.empty()) return missOf(item.at("of"), count);
+    if (item.at("count") > found.size()) return missOf(item.at("of"), count, found);
     return {count, std::move(found)};
   }
 
@@ -193,11 +194,13 @@ class Judge {
     return false;
   }
 
-  // With the nearest entries, after what is said first.
-  [[nodiscard]] Judgement missOf(const Json& expected, const std::string& first) const {
-    Judgement judgement{first, nearestEntries(expected, timeline_, from_)};
-    judgement.miss +=
-        judgement.entries.empty() ? "\n  no entry is like it" : "\n  nearest entries:";
+  // With the nearest entries, after what is said first, and beside those that are known to match.
+  [[nodiscard]] Judgement missOf(const Json& expected, const std::string& first,
+                                 const std::vector<std::size_t>& known = {}) const {
+    Judgement judgement{first, nearestEntries(expected, timeline_, from_, known)};
+    const std::string other = known.empty() ? "" : "other ";
+    judgement.miss += judgement.entries.empty() ? "\n  no " + other + "entry is like it"
+                                                : "\n  nearest " + other + "entries:";
     for (const std::size_t index : judgement.entries) {
       judgement.miss += "\n    " + lineFrom(timeline_[index]);
       if (index < from_ && matches(expected, timeline_[index])) {

@@ -98,6 +98,9 @@ void checkClass(const Node& node, const HostClassDescription& description,
   }
 }
 
+const Record<HostClassDescription>& hostClassRecord();
+
+// The classes that it names are added to those of the reading.
 std::string readClass(const Node& node, Reading& reading) {
   const std::size_t errorsBefore = reading.errors.size();
   HostClassDescription description = hostClassRecord().read(node, reading);
@@ -168,10 +171,7 @@ Kind<Completes> completes() {
   return {[](const Node& node, Reading&) {
             if (node.value().is_boolean())
               return node.boolean() ? Completes::once : Completes::never;
-            if (!node.value().is_string()) {
-              node.failType("true, false, " + quotedList(allNames<Completes>()));
-            }
-            return Names<Completes>::rows[node.choice(allNames<Completes>())].value;
+            return Names<Completes>::rows[node.choice(allNames<Completes>(), "true, false")].value;
           },
           {{"enum", {true, false, "twice", "later", "elsewhere"}}, {"default", true}}};
 }
@@ -193,7 +193,8 @@ Kind<std::string> otherClass() {
 }
 
 Record<HostClassDescription> makeHostClassRecord() {
-  const Kind<std::string> className{&readClassName, {{"type", "string"}, {"minLength", 1}}};
+  const Kind<std::string> className{&readClassName,
+                                    {{"type", "string"}, {"pattern", R"(^[^\u0000]+$)"}}};
   using Description = HostClassDescription;
   return Record<Description>()
       .required("class", &Description::name, className, "the class's name")
@@ -232,11 +233,20 @@ HostDescription readHost(const Node& node, Reading& reading) {
   return host;
 }
 
-}  // namespace
-
 const Record<HostClassDescription>& hostClassRecord() {
   static const Record<HostClassDescription> record = makeHostClassRecord();
   return record;
+}
+
+}  // namespace
+
+Json hostClassSchema() {
+  Json schema = schemaOf(hostClassRecord().fields());
+  const auto needs = [](const char* key) -> Json {
+    return {{"required", {key}}, {"properties", {{key, {{"type", "object"}}}}}};
+  };
+  schema["dependentSchemas"] = {{"forwarding", needs("forwardsTo")}};
+  return schema;
 }
 
 namespace kinds {

@@ -8,8 +8,8 @@
 
 namespace sim {
 
-// A class of the host's. The classes that it names are added to those of the reading.
-const Record<HostClassDescription>& hostClassRecord();
+// JSON Schema of a class of the host's.
+Json hostClassSchema();
 
 // Fields that several objects have, in one that may have others.
 template <class T>

@@ -42,7 +42,8 @@ zib::ValueMap readPayload(const Node& node, Reading& /*reading*/) {
 }
 
 Kind<std::int64_t> integer() {
-  return {[](const Node& node, Reading&) { return node.integer(); }, schemaOfType("integer")};
+  return {[](const Node& node, Reading&) { return node.integer(); },
+          {{"type", "integer"}, {"minimum", INT64_MIN}, {"maximum", INT64_MAX}}};
 }
 
 }  // namespace
@@ -86,7 +87,7 @@ const Kind<zib::objc::UInteger>& natural() {
         if (node.integer() < 0) node.failType("a number of options from 0");
         return static_cast<zib::objc::UInteger>(node.integer());
       },
-      {{"type", "integer"}, {"minimum", 0}},
+      {{"type", "integer"}, {"minimum", 0}, {"maximum", INT64_MAX}},
       &plain<zib::objc::UInteger>};
   return kind;
 }
@@ -123,6 +124,9 @@ const Kind<std::optional<zib::ValueMap>>& payloadOrNull() {
 }
 
 const Kind<std::string>& url() {
+  // Where each may stand is more than a pattern should say, and depends on the system's version.
+  constexpr const char* charactersOfURLs =
+      R"(^(?:[A-Za-z0-9._~:/?#\[\]@!$&'()*+,;=-]|%[0-9A-Fa-f]{2})+$)";
   static const Kind<std::string> kind{[](const Node& node, Reading& reading) {
                                         constexpr long firstStrict = 17;
                                         const auto parsed = reading.osVersion.major < firstStrict
@@ -131,7 +135,7 @@ const Kind<std::string>& url() {
                                         if (!parsed) node.failType("a URL");
                                         return node.text();
                                       },
-                                      {{"type", "string"}, {"minLength", 1}}};
+                                      {{"type", "string"}, {"pattern", charactersOfURLs}}};
   return kind;
 }
 

@@ -42,6 +42,12 @@ bool isHeaderValue(std::string_view value) {
   });
 }
 
+const std::vector<std::string_view>& headersOfTheServer() {
+  static const std::vector<std::string_view> names{"content-length", "transfer-encoding",
+                                                   "connection"};
+  return names;
+}
+
 std::vector<zib::HTTPHeader> readHeaders(const Node& node) {
   if (!node.value().is_object()) node.failType("an object of texts");
   std::vector<zib::HTTPHeader> headers;
@@ -49,8 +55,8 @@ std::vector<zib::HTTPHeader> readHeaders(const Node& node) {
     const Node value = node.require(name);
     if (!isHeaderName(name))
       value.fail("this is no name of a header", "letters, digits and hyphens");
-    const std::string lower = lowerCase(name);
-    if (lower == "content-length" || lower == "transfer-encoding" || lower == "connection") {
+    const auto& reserved = headersOfTheServer();
+    if (std::find(reserved.begin(), reserved.end(), lowerCase(name)) != reserved.end()) {
       value.fail("the server sets this header itself", "other headers");
     }
     if (!isHeaderValue(value.text())) value.failType("a text of one line");
@@ -62,10 +68,9 @@ std::vector<zib::HTTPHeader> readHeaders(const Node& node) {
 int readStatus(const Node& node) {
   constexpr std::int64_t least = 200;
   constexpr std::int64_t most = 599;
-  const Json& value = node.value();
-  const std::int64_t status = value.is_number_integer() ? value.get<std::int64_t>() : 0;
-  if (status < least || status > most) node.failType("an integer from 200 to 599");
-  return static_cast<int>(status);
+  const bool isStatus = node.isIntegral() && node.value() >= least && node.value() <= most;
+  if (!isStatus) node.failType("an integer from 200 to 599");
+  return node.value().get<int>();
 }
 
 // Each gives a body; an answer has one of them at most.
@@ -90,13 +95,38 @@ void readBodyInto(Answer& answer, const Node& node, const std::filesystem::path&
   }
 }
 
+// A regular expression for the text in capitals and without.
+std::string inAnyCase(std::string_view text) {
+  std::string pattern;
+  for (const char letter : text) {
+    const auto capital = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    pattern += capital == letter ? std::string{letter} : std::string{'[', letter, capital, ']'};
+  }
+  return pattern;
+}
+
+Json schemaOfHeaders() {
+  std::string reserved;
+  for (const std::string_view name : headersOfTheServer()) {
+    reserved += (reserved.empty() ? "" : "|") + inAnyCase(name);
+  }
+  return {
+      {"type", "object"},
+      {"propertyNames", {{"pattern", "^(?!(?:" + reserved + ")$)[A-Za-z0-9!#$%&'*+.^_`|~-]+$"}}},
+      {"additionalProperties",
+       {{"type", "string"}, {"pattern", R"(^[^\u0000-\u0008\u000a-\u001f\u007f]*$)"}}}};
+}
+
 const Record<Answer>& answerRecord() {
   static const Kind<int> status{[](const Node& node, Reading&) { return readStatus(node); },
                                 {{"type", "integer"}, {"minimum", 200}, {"maximum", 599}},
                                 [](const int& value) { return Json(value); }};
   static const Kind<std::vector<zib::HTTPHeader>> headers{
-      [](const Node& node, Reading&) { return readHeaders(node); },
-      {{"type", "object"}, {"additionalProperties", {{"type", "string"}}}}};
+      [](const Node& node, Reading&) { return readHeaders(node); }, schemaOfHeaders()};
+  // Groups of four digits, of which the last may be filled up; white space is anywhere.
+  constexpr const char* base64 =
+      R"(^[ \t\r\n]*(?:(?:[A-Za-z0-9+/][ \t\r\n]*){4})*)"
+      R"((?:(?:[A-Za-z0-9+/][ \t\r\n]*){2}[A-Za-z0-9+/=][ \t\r\n]*=[ \t\r\n]*)?$)";
   // Bodies are read when the headers are known.
   static const auto isReadLater = [](const Node&, Reading&, Answer&) {};
   static const auto record =
@@ -108,7 +138,7 @@ const Record<Answer>& answerRecord() {
           .custom({"base64",
                    "the body as bytes",
                    false,
-                   {{"type", "string"}, {"contentEncoding", "base64"}}},
+                   {{"type", "string"}, {"contentEncoding", "base64"}, {"pattern", base64}}},
                   isReadLater)
           .custom({"file",
                    "a file that is the body, named from the scenario's folder on",
@@ -119,11 +149,29 @@ const Record<Answer>& answerRecord() {
   return record;
 }
 
+// With one body at most.
+Json schemaOfAnswer() {
+  Json twoBodies = Json::array();
+  const auto& kinds = bodyKinds();
+  for (auto one = kinds.begin(); one != kinds.end(); ++one) {
+    for (auto other = one + 1; other != kinds.end(); ++other) {
+      twoBodies.push_back({{"required", {*one, *other}}});
+    }
+  }
+  Json schema = schemaOf(answerRecord().fields());
+  schema["not"] = {{"anyOf", twoBodies}};
+  return schema;
+}
+
 Answer readAnswer(const Node& node, Reading& reading) {
   Answer answer = answerRecord().read(node, reading);
   readBodyInto(answer, node, reading.folder);
   return answer;
 }
+
+// Without a port, but with the colons inside of brackets.
+constexpr const char* hostPattern = R"(^(?:[^/?#@ :\[][^/?#@ :]*|\[[^/?#@ \]]*(?:\][^/?#@ :]*)?)$)";
+constexpr const char* targetPattern = R"(^/[^# \r\n]*$)";
 
 void checkHost(const Node& site, std::string_view host) {
   if (host.empty() || host.find_first_of("/?#@ ") != std::string::npos ||
@@ -171,11 +219,13 @@ Sites readSites(const Node& node, Reading& reading) {
 }  // namespace
 
 const Kind<Sites>& kinds::network() {
-  static const Kind<Sites> kind{
-      &readSites,
-      {{"type", "object"},
-       {"additionalProperties",
-        {{"type", "object"}, {"additionalProperties", schemaOf(answerRecord().fields())}}}}};
+  static const Kind<Sites> kind{&readSites,
+                                {{"type", "object"},
+                                 {"propertyNames", {{"pattern", hostPattern}}},
+                                 {"additionalProperties",
+                                  {{"type", "object"},
+                                   {"propertyNames", {{"pattern", targetPattern}}},
+                                   {"additionalProperties", schemaOfAnswer()}}}}};
   return kind;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 
 namespace sim {
 namespace {
@@ -154,10 +155,19 @@ std::optional<std::string> Node::textOrNull() const {
   return value_->get<std::string>();
 }
 
+bool Node::isIntegral() const {
+  if (!value_->is_number_float()) return value_->is_number_integer();
+  const auto number = value_->get<double>();
+  return std::trunc(number) == number;
+}
+
 std::int64_t Node::integer() const {
-  const bool fits = value_->is_number_integer() &&
-                    !(value_->is_number_unsigned() && value_->get<std::uint64_t>() > INT64_MAX);
-  if (!fits) failType("an integer");
+  constexpr double limit = 9223372036854775808.0;
+  const bool fits = value_->is_number_unsigned()
+                        ? value_->get<std::uint64_t>() <= INT64_MAX
+                        : !value_->is_number_float() ||
+                              (value_->get<double>() >= -limit && value_->get<double>() < limit);
+  if (!isIntegral() || !fits) failType("an integer");
   return value_->get<std::int64_t>();
 }
 
@@ -167,12 +177,15 @@ double Node::nonNegativeNumber() const {
   return number;
 }
 
-std::size_t Node::choice(const std::vector<std::string_view>& choices) const {
+std::size_t Node::choice(const std::vector<std::string_view>& choices,
+                         const std::string& alsoAllowed) const {
   const std::string text = value_->is_string() ? value_->get<std::string>() : std::string();
   const auto found =
       value_->is_string() ? std::find(choices.begin(), choices.end(), text) : choices.end();
-  if (found == choices.end())
-    fail("got " + shown(*value_) + didYouMean(text, choices), quotedList(choices));
+  if (found == choices.end()) {
+    fail("got " + shown(*value_) + didYouMean(text, choices),
+         (alsoAllowed.empty() ? "" : alsoAllowed + ", ") + quotedList(choices));
+  }
   return static_cast<std::size_t>(found - choices.begin());
 }
 

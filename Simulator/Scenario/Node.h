@@ -39,12 +39,15 @@ class Node {
   [[nodiscard]] std::optional<bool> booleanOrNull() const;
   [[nodiscard]] std::string text() const;
   [[nodiscard]] std::optional<std::string> textOrNull() const;
+  // Of any size; 1.0 is one too, and so is 1e3.
+  [[nodiscard]] bool isIntegral() const;
   [[nodiscard]] std::int64_t integer() const;
   // Virtual time is counted in nanoseconds of 64 bits.
   static constexpr double greatestNumber = 1e9;
   [[nodiscard]] double nonNegativeNumber() const;
-  // The index of the text among the choices.
-  [[nodiscard]] std::size_t choice(const std::vector<std::string_view>& choices) const;
+  // The index of the text among the choices. What is allowed beside them is only said.
+  [[nodiscard]] std::size_t choice(const std::vector<std::string_view>& choices,
+                                   const std::string& alsoAllowed = {}) const;
 
  private:
   const Json* value_;

@@ -2,6 +2,7 @@
 
 #include "Simulator/Scenario/DeviceReader.h"
 #include "Simulator/Scenario/Document.h"
+#include "Simulator/Scenario/EntryKinds.h"
 #include "Simulator/Scenario/ExpectationReader.h"
 #include "Simulator/Scenario/HostReader.h"
 #include "Simulator/Scenario/NetworkReader.h"
@@ -57,7 +58,7 @@ Json scenarioSchema() {
   Json schema = schemaOf(scenarioRecord().fields());
   schema["$schema"] = "https://json-schema.org/draft/2020-12/schema";
   schema["title"] = "Scenario of zibsim";
-  schema["$defs"] = {{"delegate", schemaOf(hostClassRecord().fields())}};
+  schema["$defs"] = {{"delegate", hostClassSchema()}, {"entry", entryPatternSchema()}};
   return schema;
 }
 

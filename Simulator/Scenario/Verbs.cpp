@@ -1,6 +1,8 @@
 #include "Simulator/Scenario/Verbs.h"
 
 #include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Foundation/FormatError.h"
+#include "Simulator/Foundation/TextEncoding.h"
 #include "Simulator/Host/OtherLibrary.h"
 #include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Scenario/DeviceReader.h"
@@ -123,11 +125,20 @@ const Kind<std::size_t>& connectedScene() {
   return kind;
 }
 
+// In whichever Unicode form the platform reads JSON.
+std::string textOfFile(std::string_view bytes) {
+  try {
+    return textFrom({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+  } catch (const FormatError&) {
+    return std::string(bytes);
+  }
+}
+
 // A push payload as it stands in a file.
 zib::ValueMap readPayloadFile(const Node& name, Reading& reading) {
-  const std::string text = readNamedFile(name, reading.folder);
+  const std::string file = readNamedFile(name, reading.folder);
   try {
-    Json payload = parseDocument(text);
+    Json payload = parseDocument(textOfFile(file));
     removeTargetBundle(payload);
     return kinds::payload().read(Node(payload, ""), reading);
   } catch (const ScenarioError& error) {
@@ -149,7 +160,8 @@ void checkPayload(const Node& step) {
   if (step.find("userInfo")) {
     if (file) file->fail("a second payload", "one of \"userInfo\", \"userInfoFile\"");
   } else if (!file) {
-    static_cast<void>(step.require("userInfo"));
+    step.fail("the key \"userInfo\" is missing, and there is no \"userInfoFile\"",
+              "one of \"userInfo\", \"userInfoFile\"");
   }
 }
 

@@ -72,6 +72,13 @@ TEST_F(RecordTest, TellsNothingUnlessAsked) {
   EXPECT_EQ(recorded()["steps"].back()["arguments"]["token"], "Xaaxax-0");
 }
 
+TEST_F(RecordTest, KeepsTokensApart) {
+  ASSERT_TRUE(zib_record(file().c_str()));
+  ZibMessaging::shared().setFCMToken("Secret-1");
+  ZibMessaging::shared().setFCMToken("Secret-2");
+  EXPECT_EQ(recorded()["steps"].back()["arguments"]["token"], "Xaaxax-1");
+}
+
 TEST_F(RecordTest, TellsWhatTheHostCallsInTheMidstOfACall) {
   class Delegate : public ZibMessagingDelegate {
    public:

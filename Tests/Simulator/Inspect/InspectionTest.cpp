@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
 #include "Simulator/Inspect/InspectionText.h"
 #include "Simulator/Scenario/ScenarioError.h"
@@ -152,6 +153,22 @@ TEST_F(InspectionTest, RemarksOnLikelyMistakes) {
       {{{"url", "https://a.example/%zz"}}, "url", "is no valid URL"},
       {{{"aps", 5}}, "aps", "not an object"},
       {{{"aps", Json::object()}}, "aps", "no \"alert\""},
+      {{{"aps", {{"Alert", "x"}}}}, "aps", "\"Alert\" is another key than \"alert\""},
+      {{{"aps", {{"alert", 5}}}}, "aps.alert", "is a number, not a text or an object"},
+      {{{"aps", {{"alert", nullptr}}}}, "aps.alert", "is null, not a text or an object"},
+      {{{"aps", {{"alert", {"x"}}}}}, "aps.alert", "is a list, not a text or an object"},
+      {{{"aps", {{"alert", ""}}}}, "aps.alert", "an empty text"},
+      {{{"aps", {{"alert", Json::object()}}}}, "aps.alert", "no text as \"title\""},
+      {{{"aps", {{"alert", {{"body", ""}}}}}}, "aps.alert", "no text as \"title\""},
+      {{{"aps", {{"alert", {{"Title", "x"}}}}}},
+       "aps.alert",
+       "\"Title\" is another key than \"title\""},
+      {{{"node_id", 1.5e300}}, "node_id", "write it in quotation marks"},
+      {{{"node_id", true}}, "node_id", "write \"true\""},
+      {{{"deep-link", "a:b"}}, "deep-link", "the key is \"deep_link\" or \"deeplink\""},
+      {{{"url", "a b"}, {"link", "c:d"}, {"web_link", "e:f"}},
+       "url",
+       "; it also blocks \"link\", \"c:d\", and \"web_link\", \"e:f\""},
       {{{"long", std::string(4096, 'x')}}, "", "refuses more than 4096"},
   };
   for (const Case& each : cases) {
@@ -159,6 +176,65 @@ TEST_F(InspectionTest, RemarksOnLikelyMistakes) {
         << each.members.dump() << ": " << remarkOn(with(each.members), each.key);
   }
   EXPECT_NE(remarkOn({{"club", "gold"}}, "aps"), "");
+  EXPECT_NE(remarkOn({{"APS", {{"alert", "x"}}}}, "aps").find("\"APS\" is another key than"),
+            std::string::npos);
+}
+
+TEST_F(InspectionTest, RemarksOnEachMistakeOnce) {
+  const Inspection inspection = of(with({{"deep-link", "a:b"},
+                                         {"data", {{"url", "c:d"}}},
+                                         {"more", {{"url", "c:d"}}},
+                                         {"alert-key", 1}}));
+  std::set<std::string> messages;
+  for (const sim::Remark& remark : inspection.remarks) messages.insert(remark.message);
+  EXPECT_EQ(messages.size(), 3U);
+  EXPECT_EQ(inspection.remarks.size(), 3U);
+}
+
+TEST_F(InspectionTest, ShowsTheNamesOfTextsInTheUsersLanguage) {
+  const auto alert = of({{"aps", {{"alert", {{"loc-key", "SALE"}}}}}}).alert;
+  ASSERT_TRUE(alert);
+  EXPECT_EQ(alert->body, "SALE");
+  EXPECT_EQ(remarkOn({{"aps", {{"alert", {{"title-loc-key", "SALE"}}}}}}, "aps.alert"), "");
+}
+
+TEST_F(InspectionTest, RemarksOnKeysThatStandTwice) {
+  const Inspection inspection = sim::inspect(
+      R"({"aps": {"alert": "x"}, "url": "a:b", "url": "c:d", "list": [{"n": 1, "n": 2, "n": 3}]})",
+      "notification-clicked");
+  ASSERT_EQ(inspection.remarks.size(), 2U);
+  EXPECT_EQ(inspection.remarks[0].key, "url");
+  EXPECT_EQ(inspection.remarks[0].message,
+            "\"url\" stands twice in one object, and only one of the two counts");
+  EXPECT_EQ(inspection.remarks[1].key, "list.0.n");
+}
+
+TEST_F(InspectionTest, ReadsWhatIsNotUTF8AndSaysSo) {
+  const std::string text = with({{"club", "gold"}}).dump();
+  std::string wide = "\xff\xfe";
+  for (const char character : text) wide += {character, '\0'};
+  const Inspection inspection = sim::inspect(wide, "notification-clicked");
+  EXPECT_EQ(sim::jsonFrom(inspection).at("event").at("club"), "gold");
+  ASSERT_EQ(inspection.remarks.size(), 1U);
+  EXPECT_EQ(inspection.remarks[0].message,
+            "the file is not UTF-8, which is all that the push service takes");
+  EXPECT_TRUE(sim::inspect("\xef\xbb\xbf" + text, "notification-clicked").remarks.empty());
+}
+
+TEST_F(InspectionTest, SaysThatTheSystemCannotOpenWhatHasNoScheme) {
+  const Inspection inspection = of(with({{"url", "www.example.com"}}));
+  EXPECT_FALSE(inspection.link.isOpenedBySystem);
+  EXPECT_NE(sim::textFrom(inspection)
+                .find("\nTapped, it asks for what the system cannot open: www.example.com\n"),
+            std::string::npos);
+  EXPECT_EQ(sim::jsonFrom(inspection).at("link").at("url"), "www.example.com");
+}
+
+TEST_F(InspectionTest, SaysThatAnEventTypeIsEmpty) {
+  const Inspection inspection = of(with(), "");
+  EXPECT_TRUE(sim::textFrom(inspection).starts_with("Without a type, reported is:\n"));
+  ASSERT_EQ(inspection.remarks.size(), 1U);
+  EXPECT_TRUE(inspection.remarks[0].message.starts_with("the event type is empty: "));
 }
 
 TEST_F(InspectionTest, LeavesOutWhatOnlySimulatorsRead) {

@@ -151,6 +151,22 @@ TEST_F(CommandLineTest, ReadsNoPayloadWithoutAnEnd) {
   }
 }
 
+// A file that inspect takes is one that a scenario may name.
+TEST_F(CommandLineTest, ReadsAPayloadInEveryUnicodeForm) {
+  std::string wide = "\xfe\xff";
+  for (const char character : std::string_view(R"({"aps": {"alert": "x"}, "club": "gold"})")) {
+    wide += {'\0', character};
+  }
+  static_cast<void>(write("wide.apns", wide));
+  const std::string scenario = write("scenario.json", R"({
+    "host": {"notificationDelegate": {"class": "Delegate", "implements": ["willPresent"]}},
+    "steps": [{"do": "configure"}, {"do": "present", "userInfoFile": "wide.apns"}],
+    "expect": [{"kind": "event", "data": {"club": "gold"}}]})");
+  const Outcome outcome = zibsim({"run", scenario});
+  EXPECT_EQ(outcome.status, allAsExpected) << outcome.errors;
+  EXPECT_EQ(zibsim({"inspect", path("wide.apns")}).status, allAsExpected);
+}
+
 TEST_F(CommandLineTest, ShowsNoTextAsALineOfItsOwn) {
   const std::string file = write("forged.json", R"({
     "name": "a\u001b[31mb", "host": {"appDelegate": {"class": "AppDelegate"}},

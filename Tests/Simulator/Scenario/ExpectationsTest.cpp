@@ -179,6 +179,18 @@ TEST(ExpectationsTest, CountEntries) {
   EXPECT_TRUE(areMet({second, count(1, event)}));
 }
 
+TEST(ExpectationsTest, OfTooFewEntriesComeWithTheNearestOnesThatDoNotMatch) {
+  const auto unmet = sim::unmetExpectations(Json::array({{{"count", 2}, {"of", first}}}),
+                                            timeline({first, event, second}));
+  ASSERT_EQ(unmet.size(), 1U);
+  EXPECT_EQ(unmet.front(),
+            R"(expectation 0 is not met: {"count":2,"of":{"kind":"log","message":"first"}}
+  the entries that match are 1
+  nearest other entries:
+    {"t":0.0,"thread":"main","kind":"log","message":"second"}
+      message is "second"; expected: "first")");
+}
+
 TEST(ExpectationsTest, SayWhatDiffersInTheNearestEntries) {
   const std::string miss = missOf({{"kind", "event"}, {"data", {{"club", "tin"}, {"node", 1}}}});
   EXPECT_NE(miss.find("\n      data.club is \"gold\"; expected: \"tin\""), std::string::npos)

@@ -129,7 +129,7 @@ TEST(NetworkReaderTest, ComplainsAboutAnswers) {
   EXPECT_EQ(complaintAboutAnswer(R"({"fault": "slow"})"),
             at + "/fault: got \"slow\"; allowed: \"hang\", \"reset\", \"truncate\", \"tls\", "
                  "\"refuse\", \"unknownHost\"");
-  for (const char* status : {"199", "600", "-1", "200.0", "\"200\""}) {
+  for (const char* status : {"199", "600", "-1", "200.5", "\"200\""}) {
     EXPECT_EQ(complaintAboutAnswer(std::string(R"({"status": )") + status + "}"),
               at + "/status: got " + status + "; allowed: an integer from 200 to 599");
   }

@@ -154,6 +154,13 @@ INSTANTIATE_TEST_SUITE_P(
             R"("openURLFromSource", "handleOpenURL")"},
         Mistake{"NegativeOptions", withHost(R"({"appDelegate": {"class": "A", "options": -1}})"),
                 "/host/appDelegate/options: got -1; allowed: a number of options from 0"},
+        Mistake{"Completes", withHost(R"({"appDelegate": {"class": "A", "completes": "never"}})"),
+                R"(/host/appDelegate/completes: got "never"; allowed: true, false, "twice", )"
+                R"("later", "elsewhere")"},
+        Mistake{"CompletesIsANumber",
+                withHost(R"({"appDelegate": {"class": "A", "completes": 0}})"),
+                R"(/host/appDelegate/completes: got 0; allowed: true, false, "twice", "later", )"
+                R"("elsewhere")"},
         Mistake{"DelegateWithoutAClass", withHost(R"({"appDelegate": {"implements": []}})"),
                 R"(/host/appDelegate: the key "class" is missing; allowed: a value for it)"},
         Mistake{
@@ -174,6 +181,83 @@ INSTANTIATE_TEST_SUITE_P(
                 R"("contains")"}),
     test::rowName);
 
+std::string withExpectation(const std::string& item) {
+  return R"({"steps": [], "expect": [)" + item + "]}";
+}
+
+// What no entry can ever match, and what holds whatever happens, would check nothing.
+INSTANTIATE_TEST_SUITE_P(
+    IdleExpectation, RefusedScenarioTest,
+    testing::Values(
+        Mistake{"UnorderedOfNothing", withExpectation(R"({"unordered": []})"),
+                "/expect/0/unordered: there is nothing to expect; allowed: a list of at least one "
+                "item"},
+        Mistake{"Operation",
+                withExpectation(R"({"absent": {"kind": "storage", "operation": "saveFcmTokens"}})"),
+                R"(/expect/0/absent/operation: got "saveFcmTokens", did you mean )"
+                R"("saveFCMToken"?; allowed: "savePushPermission", "saveFCMToken")"},
+        Mistake{"LogLevel", withExpectation(R"({"absent": {"kind": "log", "level": "warning"}})"),
+                R"(/expect/0/absent/level: got "warning"; allowed: "info", "error")"},
+        Mistake{"FieldOfAnError",
+                withExpectation(R"({"absent": {"kind": "log", "error": {"cod": 1}}})"),
+                R"(/expect/0/absent/error/cod: unknown key, did you mean "code"?; allowed: )"
+                R"("domain", "code", "description")"},
+        Mistake{"CodeOfAnError",
+                withExpectation(R"({"count": 0, "of": {"kind": "log", "error": {"code": "1"}}})"),
+                R"(/expect/0/of/error/code: got "1"; allowed: an integer)"},
+        Mistake{"CodeOfAProblem",
+                withExpectation(R"({"absent": {"kind": "problem", "code": "completionTwice"}})"),
+                R"(/expect/0/absent/code: got "completionTwice"; allowed: )"
+                R"("completionNeverCalled", "completionCalledTwice", "noRequestToAnswer", )"
+                R"("methodNotReplaced", "uncaughtException")"},
+        Mistake{"FieldOfAnEvent",
+                withExpectation(R"({"absent": {"kind": "event", "data": {"clubs": "gold"}}})"),
+                R"(/expect/0/absent/data/clubs: unknown key, did you mean "club"?; allowed: )"
+                R"("pn_campaign_id", "ma_campaign_id", "node_id", "ma_channel", "user_id", )"
+                R"("event_type", "club", "environment", "customer_key", "reasons", )"
+                R"("campaign_source", "platform_name", "click_url", "domain_userid")"},
+        Mistake{"IndexAsText", withExpectation(R"({"kind": "step", "index": "0"})"),
+                R"(/expect/0/index: got "0"; allowed: an integer from 0 on)"},
+        Mistake{"NegativeIndex", withExpectation(R"({"kind": "step", "index": -1})"),
+                "/expect/0/index: got -1; allowed: an integer from 0 on"},
+        Mistake{"ThreadAsNumber", withExpectation(R"({"absent": {"thread": 1}})"),
+                R"(/expect/0/absent: no entry has these values; allowed: values of one of the )"
+                R"(kinds that have these keys: "step", "log", "event", "storage", "core", )"
+                R"("delegate", "host", "urlDelegate", "system", "http", "firebaseConfig", )"
+                R"("completion", "return", "state", "file", "problem", "unanswered", "report")"},
+        Mistake{"OperationOfNoKind", withExpectation(R"({"absent": {"operation": "openUrls"}})"),
+                R"(/expect/0/absent: no entry has these values; allowed: values of one of the )"
+                R"(kinds that have these keys: "storage", "core", "delegate", "system")"},
+        Mistake{"ValueOfTheOneKindThatHasTheKeys",
+                withExpectation(R"({"absent": {"urls": "https://a.example/"}})"),
+                R"(/expect/0/absent/urls: got "https://a.example/"; allowed: a list, )"
+                R"({"contains": …})"},
+        Mistake{"KeysOfTwoKinds", withExpectation(R"({"absent": {"index": 0, "message": "a"}})"),
+                "/expect/0/absent: no kind of entry has all of these keys; allowed: keys that "
+                "entries of one kind have"},
+        Mistake{"CountInUnordered",
+                withExpectation(R"({"unordered": [{"count": 1, "of": {"kind": "log"}}]})"),
+                R"(/expect/0/unordered/0/count: stands only in the list "expect" itself, and not )"
+                R"(inside of an item; allowed: the keys of an entry)"},
+        Mistake{"AbsentInCount", withExpectation(R"({"count": 1, "of": {"absent": {}}})"),
+                R"(/expect/0/of/absent: stands only in the list "expect" itself, and not inside )"
+                R"(of an item; allowed: the keys of an entry)"}),
+    test::rowName);
+
+// Each says something of the timeline, or stands for a number that is whole.
+TEST(ReaderTest, TakesExpectationsThatCanBeMetAndMissed) {
+  for (const char* const item :
+       {"{}", R"({"count": 3, "of": {}})", R"({"kind": {"contains": "Config"}, "config": {}})",
+        R"({"operation": {"contains": "register"}})", R"({"operation": "openURL", "options": {}})",
+        R"({"count": 1.0, "of": {"kind": "log"}})", R"({"count": 1e3, "of": {"kind": "log"}})",
+        R"({"count": 18446744073709551616, "of": {"kind": "log"}})",
+        R"({"kind": "step", "index": 1.0})", R"({"kind": "log", "message": null})",
+        R"({"kind": "completion", "options": 18446744073709551615})",
+        R"({"kind": "log", "error": {"code": 1.0, "domain": {"contains": "a"}}})"}) {
+    EXPECT_EQ(complaintAbout(withExpectation(item)), "") << item;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Step, RefusedScenarioTest,
     testing::Values(
@@ -182,7 +266,8 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"WithoutAVerb", withStep("{}"),
                 R"(/steps/0: the key "do" is missing; allowed: a value for it)"},
         Mistake{"WithoutAField", withStep(R"({"do": "present"})"),
-                R"(/steps/0: the key "userInfo" is missing; allowed: a value for it)"},
+                R"(/steps/0: the key "userInfo" is missing, and there is no "userInfoFile"; )"
+                R"(allowed: one of "userInfo", "userInfoFile")"},
         Mistake{"WithoutAnOperation", withStep(R"({"do": "call"})"),
                 R"(/steps/0: the key "operation" is missing; allowed: a value for it)"},
         Mistake{"WithoutArguments", withStep(R"({"do": "call", "operation": "setPushToken"})"),

@@ -1,0 +1,257 @@
+#include "Simulator/Scenario/EntryKinds.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Simulator/Scenario/Operations.h"
+#include "Simulator/Scenario/Verbs.h"
+
+namespace sim {
+namespace {
+
+using Names = std::vector<std::string_view>;
+
+// {"contains": TEXT}, for a text by a part of it.
+Json partSchema() {
+  return {{"type", "object"},
+          {"properties", {{"contains", {{"type", "string"}}}}},
+          {"required", {"contains"}},
+          {"additionalProperties", false}};
+}
+
+void checkPart(const Node& node, Reading& reading) {
+  node.checkKeys({"contains"}, reading.errors);
+  static_cast<void>(node.require("contains").text());
+}
+
+// Null is what each field can be: it stands for what the platform hands over as none.
+Kind<Json> unlessNull(Kind<Json> pattern) {
+  pattern.schema = {{"anyOf", {std::move(pattern.schema), {{"type", "null"}}}}};
+  pattern.read = [read = std::move(pattern.read)](const Node& node, Reading& reading) {
+    return node.isNull() ? Json() : read(node, reading);
+  };
+  return pattern;
+}
+
+Kind<Json> anything() {
+  return {[](const Node& node, Reading&) { return node.value(); }, Json::object()};
+}
+
+Kind<Json> boolean() {
+  return unlessNull({[](const Node& node, Reading&) -> Json {
+                       if (!node.value().is_boolean()) node.failType("true, false, null");
+                       return node.value();
+                     },
+                     {{"type", "boolean"}}});
+}
+
+Kind<Json> integer() {
+  return unlessNull({[](const Node& node, Reading&) -> Json {
+                       if (!node.isIntegral()) node.failType("an integer");
+                       return node.value();
+                     },
+                     {{"type", "integer"}}});
+}
+
+Kind<Json> number() {
+  return unlessNull({[](const Node& node, Reading&) -> Json {
+                       if (!node.value().is_number()) node.failType("a number");
+                       return node.value();
+                     },
+                     {{"type", "number"}}});
+}
+
+Kind<Json> natural() {
+  return unlessNull({[](const Node& node, Reading&) -> Json {
+                       if (!node.isIntegral() || node.value() < 0)
+                         node.failType("an integer from 0 on");
+                       return node.value();
+                     },
+                     {{"type", "integer"}, {"minimum", 0}}});
+}
+
+// Of an object with keys of the host's choice, each that is expected.
+Kind<Json> object() {
+  return unlessNull({[](const Node& node, Reading&) -> Json {
+                       if (!node.value().is_object()) node.failType("an object");
+                       return node.value();
+                     },
+                     {{"type", "object"}}});
+}
+
+// A list whole, or {"contains": ELEMENT}.
+Kind<Json> list() {
+  return unlessNull({[](const Node& node, Reading& reading) -> Json {
+                       if (node.value().is_array()) return node.value();
+                       if (!node.value().is_object()) node.failType("a list, {\"contains\": …}");
+                       node.checkKeys({"contains"}, reading.errors);
+                       return node.require("contains").value();
+                     },
+                     {{"anyOf",
+                       {{{"type", "array"}},
+                        {{"type", "object"},
+                         {"properties", {{"contains", Json::object()}}},
+                         {"required", {"contains"}},
+                         {"additionalProperties", false}}}}}});
+}
+
+Kind<Json> text() {
+  return unlessNull({[](const Node& node, Reading& reading) -> Json {
+                       if (node.value().is_object()) {
+                         checkPart(node, reading);
+                       } else if (!node.value().is_string()) {
+                         node.failType("a text, null, {\"contains\": a text}");
+                       }
+                       return node.value();
+                     },
+                     {{"anyOf", {{{"type", "string"}}, partSchema()}}}});
+}
+
+Kind<Json> oneOf(const Names& names) {
+  return unlessNull({[names](const Node& node, Reading& reading) -> Json {
+                       if (node.value().is_object()) {
+                         checkPart(node, reading);
+                       } else {
+                         static_cast<void>(node.choice(names));
+                       }
+                       return node.value();
+                     },
+                     {{"anyOf", {{{"enum", names}}, partSchema()}}}});
+}
+
+// An object that has no other keys than these.
+Kind<Json> objectWith(const std::vector<EntryField>& fields) {
+  Json properties = Json::object();
+  for (const EntryField& field : fields) properties[std::string(field.name)] = field.pattern.schema;
+  return unlessNull(
+      {[fields](const Node& node, Reading& reading) -> Json {
+         Names names;
+         for (const EntryField& field : fields) names.push_back(field.name);
+         node.checkKeys(names, reading.errors);
+         for (const EntryField& field : fields) {
+           const auto member = node.find(field.name);
+           if (!member) continue;
+           reading.collectErrorOf([&] { static_cast<void>(field.pattern.read(*member, reading)); });
+         }
+         return node.value();
+       },
+       {{"type", "object"}, {"properties", properties}, {"additionalProperties", false}}});
+}
+
+Kind<Json> error() {
+  return objectWith({{"domain", text()}, {"code", integer()}, {"description", text()}});
+}
+
+Kind<Json> event() {
+  std::vector<EntryField> fields;
+  for (const std::string_view key :
+       {"pn_campaign_id", "ma_campaign_id", "node_id", "ma_channel", "user_id", "event_type",
+        "club", "environment", "customer_key", "reasons", "campaign_source", "platform_name",
+        "click_url", "domain_userid"}) {
+    fields.push_back({key, anything()});
+  }
+  return objectWith(fields);
+}
+
+// What the system calls back, by the name of the method that it calls.
+const Names& callbacks() {
+  static const Names names{"didRegister", "didFail",    "openURL", "openURLContexts",
+                           "willPresent", "didReceive", "token"};
+  return names;
+}
+
+// NOLINTNEXTLINE(readability-function-size): a table
+std::vector<EntryKind> makeKinds() {
+  Names returning = namesOf(operationRows());
+  returning.emplace_back("openURL");
+  Names completing{"willPresent", "didReceive", "configurePush"};
+  Names regretted = callbacks();
+  regretted.insert(regretted.end(), {"configurePush", "answerAuthorization", "replaceMethod"});
+  std::vector<EntryKind> kinds{
+      {"step", {{"index", natural()}, {"do", oneOf(namesOf(verbs()))}}},
+      {"log", {{"level", oneOf({"info", "error"})}, {"message", text()}, {"error", error()}}},
+      {"event", {{"schema", text()}, {"data", event()}}},
+      {"storage",
+       {{"operation", oneOf({"savePushPermission", "saveFCMToken"})}, {"value", anything()}}},
+      {"core", {{"operation", oneOf({"registerPushToken"})}, {"token", text()}}},
+      {"delegate",
+       {{"operation",
+         oneOf({"zibMessaging(_:didReceiveToken:)", "zibMessaging(_:didReceiveNotification:)",
+                "zibMessaging(_:didReceiveNotificationResponse:)",
+                "zibMessaging(_:didFailToRegisterWithError:)"})},
+        {"token", text()},
+        {"userInfo", object()},
+        {"action", text()},
+        {"error", error()}}},
+      {"host",
+       {{"class", text()},
+        {"receiver", text()},
+        {"selector", text()},
+        {"token", text()},
+        {"error", error()},
+        {"url", text()},
+        {"urls", list()},
+        {"userInfo", object()},
+        {"action", text()}}},
+      {"urlDelegate", {{"url", text()}, {"handled", boolean()}}},
+      {"system",
+       {{"operation", oneOf({"requestAuthorization", "setNotificationCategories",
+                             "registerForRemoteNotifications", "setNotificationDelegate",
+                             "setFirebaseDelegate", "setApplicationDelegate", "openURL"})},
+        {"options", anything()},
+        {"categories", list()},
+        {"class", text()},
+        {"url", text()}}},
+      {"http",
+       {{"method", text()},
+        {"url", text()},
+        {"headers", object()},
+        {"timeout", number()},
+        {"cachePolicy", integer()},
+        {"hasBody", boolean()}}},
+      {"firebaseConfig", {{"config", anything()}}},
+      {"completion", {{"of", oneOf(completing)}, {"options", integer()}, {"value", boolean()}}},
+      {"return", {{"of", oneOf(returning)}, {"value", anything()}}},
+      {"state",
+       {{"isPushEnabled", boolean()},
+        {"fcmToken", text()},
+        {"apnsToken", text()},
+        {"isSwizzlingEnabled", boolean()},
+        {"savedFirebasePlistPath", text()}}},
+      {"file",
+       {{"name", text()}, {"format", oneOf({"xml", "binary", "openStep"})}, {"value", anything()}}},
+      {"problem",
+       {{"code", oneOf({"completionNeverCalled", "completionCalledTwice", "noRequestToAnswer",
+                        "methodNotReplaced", "uncaughtException"})},
+        {"of", oneOf(regretted)},
+        {"message", text()}}},
+      {"unanswered", {{"of", oneOf(callbacks())}, {"message", text()}}},
+      {"report", {{"rows", list()}}},
+  };
+  for (EntryKind& kind : kinds) {
+    kind.fields.insert(kind.fields.begin(),
+                       {{"t", number()}, {"thread", text()}, {"scenario", text()}});
+  }
+  return kinds;
+}
+
+}  // namespace
+
+const std::vector<EntryKind>& entryKinds() {
+  static const std::vector<EntryKind> kinds = makeKinds();
+  return kinds;
+}
+
+Json entryPatternSchema() {
+  Json alternatives = Json::array();
+  for (const EntryKind& kind : entryKinds()) {
+    Json properties = {{"kind", {{"anyOf", {{{"const", kind.name}}, partSchema()}}}}};
+    for (const EntryField& field : kind.fields)
+      properties[std::string(field.name)] = field.pattern.schema;
+    alternatives.push_back(
+        {{"type", "object"}, {"properties", properties}, {"additionalProperties", false}});
+  }
+  return {{"anyOf", alternatives}};
+}
+
+}  // namespace sim
