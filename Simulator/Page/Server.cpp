@@ -120,8 +120,6 @@ Server::HandlerResponse admit(const Request& request, Response& response, int po
   } else if (hasRightMethod(request, response) && hasBoundedBody(request, response)) {
     return Server::HandlerResponse::Unhandled;
   }
-  // What was not read of the body must not be taken for the next request.
-  response.set_header("Connection", "close");
   return Server::HandlerResponse::Handled;
 }
 
@@ -177,13 +175,15 @@ struct PageServer::Server {
   httplib::Server http;
   Plays plays;
   int port = 0;
+  socket_t listener = INVALID_SOCKET;
 };
 
 PageServer::PageServer(int port, std::string program)
     : server_(std::make_unique<Server>(std::move(program))) {
   httplib::Server& http = server_->http;
   // Not the library's, which share the port with whoever listens there already.
-  http.set_socket_options([](socket_t socket) {
+  http.set_socket_options([this](socket_t socket) {
+    server_->listener = socket;
     const int yes = 1;
     ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
   });
@@ -191,6 +191,8 @@ PageServer::PageServer(int port, std::string program)
   // Each connection has a thread, also one that says nothing: browsers open some in advance.
   static constexpr std::size_t threads = 64;
   http.new_task_queue = [] { return std::make_unique<httplib::ThreadPool>(threads).release(); };
+  // What was not read of a refused body must not be taken for the next request.
+  http.set_keep_alive_max_count(1);
   constexpr time_t idleness = 2;  // seconds
   http.set_keep_alive_timeout(idleness);
   constexpr time_t patience = 5;  // seconds
@@ -217,6 +219,8 @@ PageServer::PageServer(int port, std::string program)
                                  : http.bind_to_port(loopback, port);
   if (port != 0) server_->port = port;
   if (!isBound) throw std::runtime_error("cannot listen on port " + std::to_string(port));
+  // The library lets five wait, and whoever comes then would wait for a second.
+  ::listen(server_->listener, SOMAXCONN);
 }
 
 PageServer::~PageServer() = default;

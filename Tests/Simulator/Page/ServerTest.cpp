@@ -7,7 +7,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <thread>
+#include <vector>
 
 #include "Simulator/Foundation/Foundation.h"
 
@@ -148,18 +150,24 @@ TEST_F(ServerTest, NamesTheMethodsThatAnAddressTakes) {
   EXPECT_NE(answer.find("Allow: POST\r\n"), std::string::npos) << answer;
 }
 
-// While it waits for what they will say, it has to answer others.
+// While it waits for what they will say, it has to answer others: without giving up on most of them
+// first. A machine that is busy may keep it from that once.
 TEST_F(ServerTest, AnswersBesideConnectionsThatSayNothing) {
-  std::vector<int> idle;
-  for (int count = 0; count < 40; ++count) idle.push_back(connection());
-  EXPECT_EQ(statusOf(get("/")), "200");
-  std::size_t waiting = 0;
-  for (const int file : idle) {
-    char byte = 0;
-    waiting += ::recv(file, &byte, 1, MSG_DONTWAIT) < 0 ? 1 : 0;
-    ::close(file);
+  constexpr std::size_t connections = 40;
+  std::size_t mostWaiting = 0;
+  for (int attempt = 0; attempt < 3 && mostWaiting <= connections / 2; ++attempt) {
+    std::vector<int> idle;
+    while (idle.size() < connections) idle.push_back(connection());
+    EXPECT_EQ(statusOf(get("/")), "200");
+    std::size_t waiting = 0;
+    for (const int file : idle) {
+      char byte = 0;
+      waiting += ::recv(file, &byte, 1, MSG_DONTWAIT) < 0 ? 1 : 0;
+      ::close(file);
+    }
+    mostWaiting = std::max(mostWaiting, waiting);
   }
-  EXPECT_GT(waiting, 0U) << "it answered only when it had given up on all of them";
+  EXPECT_GT(mostWaiting, connections / 2);
 }
 
 TEST_F(ServerTest, RefusesOtherOrigins) {
@@ -183,6 +191,20 @@ TEST_F(ServerTest, BoundsWhatItReads) {
   EXPECT_EQ(statusOf(answerTo(start + "Content-Type: multipart/form-data; boundary=x\r\n"
                                       "Content-Length: 2\r\n\r\n{}")),
             "415");
+}
+
+TEST_F(ServerTest, TakesNoRefusedBodyForARequest) {
+  const std::string inner = "GET /page.css HTTP/1.1\r\nHost: " + host() + "\r\n\r\n";
+  std::string request = "POST /inspect HTTP/1.1\r\nHost: " + host() +
+                        "\r\nContent-Type: text/plain\r\nContent-Length: 65536\r\n\r\n";
+  // Wherever it has stopped reading in powers of two, a request begins.
+  constexpr std::size_t step = 4096;
+  while (request.size() < std::size_t{4} * step) {
+    request.append(step - request.size() % step, ' ').append(inner);
+  }
+  const std::string answer = answerTo(request);
+  EXPECT_EQ(statusOf(answer), "415");
+  EXPECT_EQ(answer.find("200 OK"), std::string::npos) << answer;
 }
 
 TEST_F(ServerTest, SurvivesHostileBodies) {
