@@ -40,18 +40,30 @@ std::vector<std::string> placesOf(const std::vector<Way>& ways) {
   return places;
 }
 
+// A text, a number or a word alone, which is JSON and which the platform refuses as such.
+std::optional<Json> valueAlone(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  if (first == std::string_view::npos || text[first] == '{' || text[first] == '[') return {};
+  Json value = Json::parse(text, nullptr, false);
+  return value.is_discarded() ? std::nullopt : std::optional(std::move(value));
+}
+
 }  // namespace
 
 Payload readPayload(std::string_view text) {
+  const std::string inUTF8 = decoded(text);
   const auto object = zib::parseJSON(bytesOf(text));
-  if (!object) throw ScenarioError("", object.error().description, allowedPayload);
+  if (!object) {
+    const auto value = valueAlone(inUTF8);
+    throw ScenarioError("", value ? "got " + kindOf(*value) : object.error().description,
+                        allowedPayload);
+  }
   Payload payload;
   payload.json = jsonFromObject(object->raw());
   if (!payload.json.is_object()) {
     throw ScenarioError("", "got " + kindOf(payload.json), allowedPayload);
   }
   removeTargetBundle(payload.json);
-  const std::string inUTF8 = decoded(text);
   payload.isUTF8 = text.ends_with(inUTF8);
   payload.repeatedKeys = placesOf(repeatedKeys(inUTF8));
   payload.size = payload.json.dump().size();

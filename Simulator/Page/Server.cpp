@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "Simulator/Inspect/Inspection.h"
+#include "Simulator/Network/Location.h"
 #include "Simulator/Page/Assets.h"
 #include "Simulator/Page/Document.h"
 #include "Simulator/Page/InspectionView.h"
@@ -27,6 +28,7 @@ constexpr std::size_t largestBody = std::size_t{1} << 20U;
 enum Status {
   ok = 200,
   forbidden = 403,
+  methodNotAllowed = 405,
   lengthRequired = 411,
   unsupportedMediaType = 415,
   misdirected = 421,
@@ -58,20 +60,42 @@ void refuse(Response& response, int status, const std::string& why) {
   response.set_content(partialDocument("Refused", message), html);
 }
 
-// A name that some site has pointed at this computer is another name.
-bool isOwnHost(const std::string& host, int port) {
+// A name that some site has pointed at this computer is another name. Capitals make none.
+bool isOwnHost(std::string_view host, int port) {
   const std::string end = ":" + std::to_string(port);
-  return host == "127.0.0.1" + end || host == "localhost" + end;
+  const std::string lower = lowerCase(host);
+  return lower == "127.0.0.1" + end || lower == "localhost" + end;
 }
 
 bool isOwnOrigin(const Request& request, int port) {
   if (request.has_header("Origin")) {
     const std::string scheme = "http://";
     const std::string origin = request.get_header_value("Origin");
-    return origin.starts_with(scheme) && isOwnHost(origin.substr(scheme.size()), port);
+    return origin.starts_with(scheme) &&
+           isOwnHost(std::string_view(origin).substr(scheme.size()), port);
   }
   const std::string site = request.get_header_value("Sec-Fetch-Site");
   return site.empty() || site == "same-origin" || site == "none" || request.method == "GET";
+}
+
+constexpr const char* pagePath = "/";
+constexpr const char* stylePath = "/page.css";
+constexpr const char* scriptPath = "/page.js";
+constexpr const char* inspectPath = "/inspect";
+constexpr const char* playPath = "/play";
+
+// The methods that a path is there for; empty for one that is not there.
+std::string methodsOf(std::string_view path) {
+  if (path == inspectPath || path == playPath) return "POST";
+  return path == pagePath || path == stylePath || path == scriptPath ? "GET, HEAD" : "";
+}
+
+bool hasRightMethod(const Request& request, Response& response) {
+  const std::string methods = methodsOf(request.path);
+  if (methods.empty() || methods.find(request.method) != std::string::npos) return true;
+  refuse(response, methodNotAllowed, "this address takes " + methods + " alone");
+  response.set_header("Allow", methods);
+  return false;
 }
 
 // The library takes bodies without a length, and compressed ones, however long they become.
@@ -93,11 +117,9 @@ Server::HandlerResponse admit(const Request& request, Response& response, int po
     refuse(response, misdirected, "this page has no such name");
   } else if (!isOwnOrigin(request, port)) {
     refuse(response, forbidden, "another site's page may not ask");
-  } else if (hasBoundedBody(request, response)) {
+  } else if (hasRightMethod(request, response) && hasBoundedBody(request, response)) {
     return Server::HandlerResponse::Unhandled;
   }
-  // What was not read of the body must not be taken for the next request.
-  response.set_header("Connection", "close");
   return Server::HandlerResponse::Handled;
 }
 
@@ -153,17 +175,26 @@ struct PageServer::Server {
   httplib::Server http;
   Plays plays;
   int port = 0;
+  socket_t listener = INVALID_SOCKET;
 };
 
 PageServer::PageServer(int port, std::string program)
     : server_(std::make_unique<Server>(std::move(program))) {
   httplib::Server& http = server_->http;
   // Not the library's, which share the port with whoever listens there already.
-  http.set_socket_options([](socket_t socket) {
+  http.set_socket_options([this](socket_t socket) {
+    server_->listener = socket;
     const int yes = 1;
     ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
   });
   http.set_payload_max_length(largestBody);
+  // Each connection has a thread, also one that says nothing: browsers open some in advance.
+  static constexpr std::size_t threads = 64;
+  http.new_task_queue = [] { return std::make_unique<httplib::ThreadPool>(threads).release(); };
+  // What was not read of a refused body must not be taken for the next request.
+  http.set_keep_alive_max_count(1);
+  constexpr time_t idleness = 2;  // seconds
+  http.set_keep_alive_timeout(idleness);
   constexpr time_t patience = 5;  // seconds
   http.set_read_timeout(patience);
   http.set_write_timeout(patience);
@@ -176,11 +207,11 @@ PageServer::PageServer(int port, std::string program)
       refuse(response, response.status, "refused: status " + std::to_string(response.status));
     }
   });
-  serveAsset(http, "/", assets::page, html);
-  serveAsset(http, "/page.css", assets::style, "text/css; charset=utf-8");
-  serveAsset(http, "/page.js", assets::script, "text/javascript; charset=utf-8");
-  http.Post("/inspect", &inspectBody);
-  http.Post("/play", [this](const Request& request, Response& response) {
+  serveAsset(http, pagePath, assets::page, html);
+  serveAsset(http, stylePath, assets::style, "text/css; charset=utf-8");
+  serveAsset(http, scriptPath, assets::script, "text/javascript; charset=utf-8");
+  http.Post(inspectPath, &inspectBody);
+  http.Post(playPath, [this](const Request& request, Response& response) {
     server_->plays.play(request, response);
   });
   const char* const loopback = "127.0.0.1";
@@ -188,6 +219,8 @@ PageServer::PageServer(int port, std::string program)
                                  : http.bind_to_port(loopback, port);
   if (port != 0) server_->port = port;
   if (!isBound) throw std::runtime_error("cannot listen on port " + std::to_string(port));
+  // The library lets five wait, and whoever comes then would wait for a second.
+  ::listen(server_->listener, SOMAXCONN);
 }
 
 PageServer::~PageServer() = default;

@@ -259,6 +259,23 @@ TEST_F(InspectionTest, RefusesWhatIsNoPayload) {
   }
 }
 
+TEST_F(InspectionTest, SaysWhatStandsThereInPlaceOfAnObject) {
+  const std::vector<std::pair<std::string, std::string>> cases{{" 5\n", "a number"},
+                                                               {"\"a\"", "a text"},
+                                                               {"true", "true or false"},
+                                                               {"null", "null"},
+                                                               {"[]", "a list"}};
+  for (const auto& [text, kind] : cases) {
+    try {
+      static_cast<void>(sim::inspect(text, "x"));
+      ADD_FAILURE() << text;
+    } catch (const sim::ScenarioError& error) {
+      EXPECT_EQ(std::string(error.what()),
+                "(root): got " + kind + "; allowed: a JSON object, such as an .apns file");
+    }
+  }
+}
+
 TEST_F(InspectionTest, SurvivesHostilePayloads) {
   const std::string deep = "{\"a\":" + std::string(100'000, '[') + std::string(100'000, ']') + "}";
   EXPECT_THROW(static_cast<void>(sim::inspect(deep, "x")), sim::ScenarioError);

@@ -7,7 +7,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <thread>
+#include <vector>
 
 #include "Simulator/Foundation/Foundation.h"
 
@@ -30,14 +32,19 @@ class ServerTest : public testing::Test {
   [[nodiscard]] int port() const { return server_->port(); }
   [[nodiscard]] std::string host() const { return "127.0.0.1:" + std::to_string(port()); }
 
-  // What the server answers to these bytes until it closes the connection.
-  [[nodiscard]] std::string answerTo(const std::string& request) const {
+  [[nodiscard]] int connection() const {
     const int file = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<std::uint16_t>(port()));
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     EXPECT_EQ(::connect(file, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    return file;
+  }
+
+  // What the server answers to these bytes until it closes the connection.
+  [[nodiscard]] std::string answerTo(const std::string& request) const {
+    const int file = connection();
     std::size_t sent = 0;
     while (sent < request.size()) {
       const ssize_t count =
@@ -122,11 +129,45 @@ TEST_F(ServerTest, ReadsNoFileForAScenario) {
 
 TEST_F(ServerTest, AnswersToNoOtherName) {
   const std::string port = std::to_string(this->port());
-  EXPECT_EQ(statusOf(get("/", "localhost:" + port)), "200");
+  for (const std::string name : {"localhost:", "LOCALHOST:", "LocalHost:"}) {
+    EXPECT_EQ(statusOf(get("/", name + port)), "200") << name;
+  }
   for (const std::string& name : {std::string("evil.example:") + port, std::string("127.0.0.1"),
                                   "127.0.0.1.evil.example:" + port, std::string()}) {
     EXPECT_EQ(statusOf(get("/", name)), "421") << name;
   }
+}
+
+TEST_F(ServerTest, NamesTheMethodsThatAnAddressTakes) {
+  for (const std::string method : {"DELETE", "PUT", "OPTIONS", "POST"}) {
+    const std::string answer =
+        answerTo(method + " / HTTP/1.1\r\nHost: " + host() + "\r\nContent-Length: 0\r\n\r\n");
+    EXPECT_EQ(statusOf(answer), "405") << method;
+    EXPECT_NE(answer.find("Allow: GET, HEAD\r\n"), std::string::npos) << answer;
+  }
+  const std::string answer = get("/inspect");
+  EXPECT_EQ(statusOf(answer), "405");
+  EXPECT_NE(answer.find("Allow: POST\r\n"), std::string::npos) << answer;
+}
+
+// While it waits for what they will say, it has to answer others: without giving up on most of them
+// first. A machine that is busy may keep it from that once.
+TEST_F(ServerTest, AnswersBesideConnectionsThatSayNothing) {
+  constexpr std::size_t connections = 40;
+  std::size_t mostWaiting = 0;
+  for (int attempt = 0; attempt < 3 && mostWaiting <= connections / 2; ++attempt) {
+    std::vector<int> idle;
+    while (idle.size() < connections) idle.push_back(connection());
+    EXPECT_EQ(statusOf(get("/")), "200");
+    std::size_t waiting = 0;
+    for (const int file : idle) {
+      char byte = 0;
+      waiting += ::recv(file, &byte, 1, MSG_DONTWAIT) < 0 ? 1 : 0;
+      ::close(file);
+    }
+    mostWaiting = std::max(mostWaiting, waiting);
+  }
+  EXPECT_GT(mostWaiting, connections / 2);
 }
 
 TEST_F(ServerTest, RefusesOtherOrigins) {
@@ -150,6 +191,20 @@ TEST_F(ServerTest, BoundsWhatItReads) {
   EXPECT_EQ(statusOf(answerTo(start + "Content-Type: multipart/form-data; boundary=x\r\n"
                                       "Content-Length: 2\r\n\r\n{}")),
             "415");
+}
+
+TEST_F(ServerTest, TakesNoRefusedBodyForARequest) {
+  const std::string inner = "GET /page.css HTTP/1.1\r\nHost: " + host() + "\r\n\r\n";
+  std::string request = "POST /inspect HTTP/1.1\r\nHost: " + host() +
+                        "\r\nContent-Type: text/plain\r\nContent-Length: 65536\r\n\r\n";
+  // Wherever it has stopped reading in powers of two, a request begins.
+  constexpr std::size_t step = 4096;
+  while (request.size() < std::size_t{4} * step) {
+    request.append(step - request.size() % step, ' ').append(inner);
+  }
+  const std::string answer = answerTo(request);
+  EXPECT_EQ(statusOf(answer), "415");
+  EXPECT_EQ(answer.find("200 OK"), std::string::npos) << answer;
 }
 
 TEST_F(ServerTest, SurvivesHostileBodies) {

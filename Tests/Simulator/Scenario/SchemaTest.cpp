@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <optional>
 #include <ostream>
 #include <regex>
@@ -34,6 +35,15 @@ class Validator {
     return std::all_of(items.begin(), items.end(), [&](const auto& item) {
       return holds(item.key(), item.value(), schema, value);
     });
+  }
+
+  // Made once each.
+  static const std::regex& expressionOf(const std::string& pattern) {
+    static std::map<std::string, std::regex> expressions;
+    const auto known = expressions.find(pattern);
+    return known != expressions.end()
+               ? known->second
+               : expressions.emplace(pattern, std::regex(pattern)).first->second;
   }
 
   static bool isOfType(const Json& value, const std::string& type) {
@@ -127,7 +137,7 @@ class Validator {
     if (word == "minItems") return !value.is_array() || value.size() >= rule.get<std::size_t>();
     if (word == "pattern") {
       return !value.is_string() ||
-             std::regex_search(value.get<std::string>(), std::regex(rule.get<std::string>()));
+             std::regex_search(value.get<std::string>(), expressionOf(rule.get<std::string>()));
     }
     if (word == "minimum") return !value.is_number() || value.get<double>() >= rule.get<double>();
     if (word == "maximum") return !value.is_number() || value.get<double>() <= rule.get<double>();
