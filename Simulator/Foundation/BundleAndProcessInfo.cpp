@@ -9,6 +9,7 @@
 #include "Simulator/Foundation/Setting.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/Structures.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 

@@ -20,8 +20,7 @@
 namespace sim {
 namespace {
 
-using zib::classNamed;
-using zib::isKindOf;
+using zib::isKind;
 using zib::selector;
 using zib::send;
 using zib::objc::BOOL;
@@ -86,11 +85,10 @@ class Examiner {
  public:
   zib::Value value(id object) {
     budget_.spendValue();
-    if (isKindOf(object, classNamed<"NSDictionary">())) return dictionary(object);
-    if (isKindOf(object, classNamed<"NSArray">())) return array(object);
-    const bool isScalar = zib::isString(object) || zib::isData(object) ||
-                          isKindOf(object, classNamed<"NSNumber">()) ||
-                          isKindOf(object, classNamed<"NSDate">());
+    if (isKind<"NSDictionary">(object)) return dictionary(object);
+    if (isKind<"NSArray">(object)) return array(object);
+    const bool isScalar = isKind<"NSString">(object) || isKind<"NSData">(object) ||
+                          isKind<"NSNumber">(object) || isKind<"NSDate">(object);
     if (!isScalar) throw FormatError("it holds an object that is " + nameOf(object));
     return *zib::valueFrom(object);
   }
@@ -113,7 +111,7 @@ class Examiner {
     zib::ValueMap result;
     const id keys = send<id>(dictionary, selector<"keyEnumerator">());
     while (const id key = send<id>(keys, selector<"nextObject">())) {
-      if (!zib::isString(key)) throw FormatError("a key is " + nameOf(key));
+      if (!isKind<"NSString">(key)) throw FormatError("a key is " + nameOf(key));
       result.append(text(key), value(send<id>(dictionary, selector<"objectForKey:">(), key)));
     }
     return result;

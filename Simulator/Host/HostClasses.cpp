@@ -15,6 +15,7 @@
 #include "Simulator/UIKit/DelegateMessages.h"
 #include "Simulator/UserNotifications/DelegateMessages.h"
 #include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/URL.h"
@@ -60,7 +61,7 @@ Json textOrNull(id string) { return string == nullptr ? Json() : Json(zib::utf8F
 
 Json urlText(id object) {
   const auto url = zib::URL::retained(object);
-  return url ? Json(url->absoluteString()) : Json();
+  return url ? Json(url->text().utf8()) : Json();
 }
 
 // What every method does before it answers or completes: it records, raises and calls its
@@ -119,9 +120,9 @@ void complete(Completes when, BlockLayout* completion, Arguments... arguments) {
 
 Json urlsOf(id contexts) {
   Json urls = Json::array();
-  for (const zib::Object& context : zib::elementsOf(contexts)) {
-    const auto url = zib::urlOfContext(context.raw());
-    urls.push_back(url ? Json(url->absoluteString()) : Json());
+  for (const id context : zib::elements(contexts)) {
+    const auto url = zib::urlOfContext(context);
+    urls.push_back(url ? Json(url->text().utf8()) : Json());
   }
   return urls;
 }
@@ -180,8 +181,8 @@ struct Methods {
   static void didReceive(id self, SEL selector, id center, id object, BlockLayout* completion) {
     const auto response = zib::NotificationResponse::retained(object);
     begin<void>(HostMethod::didReceive, cls(), self, selector,
-                {{"action", response.actionIdentifier()},
-                 {"userInfo", jsonFrom(valuesOf(response.notification().userInfo()))}},
+                {{"action", response.actionIdentifier().utf8()},
+                 {"userInfo", jsonFrom(valuesOf(response.userInfo()))}},
                 center, object, completion);
     complete(cls().completes, completion);
   }
