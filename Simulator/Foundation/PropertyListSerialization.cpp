@@ -12,6 +12,7 @@
 #include "Simulator/Foundation/XMLPropertyList.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -109,8 +110,7 @@ class Examiner {
   zib::Value dictionary(id dictionary) {
     const Nesting nesting(budget_);
     zib::ValueMap result;
-    const id keys = send<id>(dictionary, selector<"keyEnumerator">());
-    while (const id key = send<id>(keys, selector<"nextObject">())) {
+    for (const id key : zib::keysOf(dictionary)) {
       if (!isKind<"NSString">(key)) throw FormatError("a key is " + nameOf(key));
       result.append(text(key), value(send<id>(dictionary, selector<"objectForKey:">(), key)));
     }
@@ -120,10 +120,7 @@ class Examiner {
   zib::Value array(id array) {
     const Nesting nesting(budget_);
     zib::Array result;
-    const auto count = send<UInteger>(array, selector<"count">());
-    for (UInteger index = 0; index < count; ++index) {
-      result.push_back(value(send<id>(array, selector<"objectAtIndex:">(), index)));
-    }
+    for (const id element : zib::elements(array)) result.push_back(value(element));
     return result;
   }
 

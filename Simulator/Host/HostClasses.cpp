@@ -51,8 +51,7 @@ void record(const HostClassDescription& cls, id receiver, SEL selector, Json fie
 }
 
 void raise(const RaisedException& exception) {
-  const id object = zib::send<id>(
-      classNamed<"NSException">().object(), zib::selector<"exceptionWithName:reason:userInfo:">(),
+  const id object = zib::sendToClass<"NSException", "exceptionWithName:reason:userInfo:">(
       zib::makeString(exception.name).raw(), zib::makeString(exception.reason).raw(), id{nullptr});
   zib::send<void>(object, zib::selector<"raise">());
 }
@@ -276,7 +275,7 @@ zib::Object makeHostObject(const std::string& className) {
     }
     name = description.superclass;
   }
-  return zib::Object::adopted(zib::send<id>(cls.object(), zib::selector<"new">()));
+  return zib::create(cls);
 }
 
 }  // namespace sim
