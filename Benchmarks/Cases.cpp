@@ -91,8 +91,8 @@ Case respondCase(const std::string& payload, const Object& userInfo) {
 
 nlohmann::json jsonEventOf(const zib::Dictionary& userInfo, std::string_view eventType) {
   const auto text = [&](const zib::ConstantString& key) {
-    auto found = userInfo.string(key);
-    return found ? nlohmann::json(*std::move(found)) : nlohmann::json();
+    const zib::StringRef found = userInfo.text(key);
+    return found ? nlohmann::json(found.utf8()) : nlohmann::json();
   };
   return {{"pn_campaign_id", text(zib::constantString<"pn_campaign_id">)},
           {"ma_campaign_id", text(zib::constantString<"ma_campaign_id">)},
@@ -120,9 +120,9 @@ void consumeJSON(const nlohmann::json& event) {
 Case payloadCase() {
   constexpr std::string_view clicked = "notification-clicked";
   const auto userInfo = zib::Dictionary::retained(payloadOf(12).raw());
-  const Object native = userInfo.native();
+  const id native = userInfo.native();
   return {.name = "payload",
-          .floor = [=] { consume(floor::eventOf(native.raw(), clicked)); },
+          .floor = [=] { consume(floor::eventOf(native, clicked)); },
           .ours = [=] { consume(ZibPayloadBuilder::createNotificationPayload(userInfo, clicked)); },
           .beside = [=] { consumeJSON(jsonEventOf(userInfo, clicked)); },
           .besideName = "an nlohmann::json object",
@@ -139,9 +139,9 @@ Case linkCase(const std::string& name, const ValueMap& links) {
   }
   for (const zib::Member& member : links) withLinks.append(member.key, member.value);
   const auto userInfo = zib::Dictionary::from(withLinks);
-  const Object native = userInfo.native();
+  const id native = userInfo.native();
   return {.name = "link " + name,
-          .floor = [=] { floor::handleNotificationURL(native.raw()); },
+          .floor = [=] { floor::handleNotificationURL(native); },
           .ours = [=] { ZibDeepLinkHandler::shared().handleNotificationURL(userInfo); },
           .target = callbackTarget,
           .setUp =

@@ -16,6 +16,7 @@
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPayloadBuilder.h"
 #include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/Structures.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"

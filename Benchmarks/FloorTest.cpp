@@ -98,11 +98,11 @@ TEST_F(FloorTest, TreatsOddPayloadsAlike) {
   };
   for (const zib::ValueMap& payload : payloads) {
     const auto userInfo = zib::Dictionary::from(payload);
-    const zib::Object native = userInfo.native();
+    const zib::objc::id native = userInfo.native();
     const auto track = [](const FlatEvent& event) { trackFlatEvent("schema", event); };
     const Trace floor = traceOf([&] {
-      floor::handleNotificationURL(native.raw());
-      track(floor::eventOf(native.raw(), "type"));
+      floor::handleNotificationURL(native);
+      track(floor::eventOf(native, "type"));
     });
     const Trace ours = traceOf([&] {
       ZibDeepLinkHandler::shared().handleNotificationURL(userInfo);

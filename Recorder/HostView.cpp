@@ -9,6 +9,7 @@
 #include "ZibMessaging/Private/Interception.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 #include "ZibPlatform/UIKit/Application.h"
 #include "ZibPlatform/UIKit/Scenes.h"
@@ -52,11 +53,10 @@ id hostsOwn(id delegate) { return delegate == ZibMessaging::runtimeObject() ? nu
 
 std::vector<SceneView> scenesOf(const Application& application) {
   std::vector<SceneView> scenes;
-  for (const Object& scene :
-       elementsOf(send<id>(application.native(), selector<"connectedScenes">()))) {
-    const bool hasDelegate = respondsTo(scene.raw(), selector<"delegate">());
-    scenes.push_back({scene.raw(), isKindOf(scene.raw(), classNamed<"UIWindowScene">()),
-                      hasDelegate ? send<id>(scene.raw(), selector<"delegate">()) : nullptr});
+  for (const id scene : elements(send<id>(application.native(), selector<"connectedScenes">()))) {
+    const bool hasDelegate = respondsTo(scene, selector<"delegate">());
+    scenes.push_back({scene, isKind<"UIWindowScene">(scene),
+                      hasDelegate ? send<id>(scene, selector<"delegate">()) : nullptr});
   }
   return scenes;
 }
@@ -72,7 +72,7 @@ FirebaseView firebaseNow() {
       firebase.found() == Found::classMethod || firebase.found() == Found::instance;
   view.hasInstance = firebase.found() == Found::instance;
   if (!view.hasInstance) return view;
-  const id instance = send<id>(classNamed<"FIRMessaging">().object(), selector<"messaging">());
+  const id instance = firebase.native();
   view.hasDelegateProperty = respondsTo(instance, selector<"delegate">());
   view.isSettable = respondsTo(instance, selector<"setDelegate:">());
   view.delegate = hostsOwn(firebase.delegate());

@@ -15,6 +15,7 @@
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPushConfig.h"
 #include "ZibPlatform/Dispatch/MainQueue.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/Files.h"
 #include "ZibPlatform/Foundation/JSON.h"
 #include "ZibPlatform/Foundation/JSONText.h"
@@ -35,10 +36,7 @@ using objc::id;
 constexpr std::string_view defaultAction = "com.apple.UNNotificationDefaultActionIdentifier";
 
 // In seconds. Where the device is simulated, that is simulated too.
-double clockNow() {
-  return send<double>(classNamed<"NSDate">().object(),
-                      selector<"timeIntervalSinceReferenceDate">());
-}
+double clockNow() { return sendToClass<"NSDate", "timeIntervalSinceReferenceDate", double>(); }
 
 std::string systemVersion() {
   constexpr long highest = 99;
@@ -353,7 +351,7 @@ void Recording::systemCalled(Row row, id subject, id more) {
       break;
     case Row::openURL:
       add({{"do", "openURL"},
-           {"url", shownText(Utf8(textOfURL(subject)).view())},
+           {"url", shownText(Utf8(Borrowed<URL>(cast<"NSURL">(subject))->text()).view())},
            {"options", shown(recording::valuesOf(Dictionary::retained(more)))}});
       break;
     case Row::sceneOpenURL: {
@@ -362,9 +360,10 @@ void Recording::systemCalled(Row row, id subject, id more) {
                                       [&](const SceneView& each) { return each.scene == subject; });
       if (scene == seen_.scenes.end()) return;
       Array urls;
-      for (const Object& context : elementsOf(more)) {
-        if (const auto url = urlOfContext(context.raw()))
-          urls.push_back(shownText(url->absoluteString()));
+      for (const id context : elements(more)) {
+        if (const auto url = urlOfContext(context)) {
+          urls.push_back(shownText(Utf8(url->text()).view()));
+        }
       }
       add({{"do", "sceneOpenURLs"},
            {"scene", scene - seen_.scenes.begin()},
@@ -378,17 +377,18 @@ void Recording::systemCalled(Row row, id subject, id more) {
     case Row::didReceive: {
       const NotificationResponse response = NotificationResponse::retained(subject);
       ValueMap step{{"do", "respond"},
-                    {"userInfo", shown(recording::valuesOf(response.notification().userInfo()))}};
-      if (std::string action = response.actionIdentifier(); action != defaultAction) {
+                    {"userInfo", shown(recording::valuesOf(response.userInfo()))}};
+      if (std::string action = response.actionIdentifier().utf8(); action != defaultAction) {
         step.set("action", std::move(action));
       }
       add(std::move(step));
       break;
     }
-    case Row::fcmToken:
-      add({{"do", "fcmToken"},
-           {"token", isString(subject) ? Value(shownText(Utf8(subject).view())) : Value()}});
+    case Row::fcmToken: {
+      const auto token = StringRef::of(subject);
+      add({{"do", "fcmToken"}, {"token", token ? Value(shownText(Utf8(token).view())) : Value()}});
       break;
+    }
   }
 }
 
@@ -416,7 +416,7 @@ ValueMap Recording::answerFrom(const URLReply& reply) {
 
 void Recording::requested(const void* exchange, const URL& url) {
   const std::lock_guard lock(mutex_);
-  requests_.insert_or_assign(exchange, shownText(url.absoluteString()));
+  requests_.insert_or_assign(exchange, shownText(url.text().utf8()));
 }
 
 // A scenario has one answer for each address: the first.

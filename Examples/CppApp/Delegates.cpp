@@ -55,5 +55,5 @@ zib::Object makeDelegate(Game& toldGame) {
           .method("userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:",
                   &didReceive)
           .registerClass();
-  return zib::Object::adopted(zib::send<id>(cls.object(), zib::selector<"new">()));
+  return zib::create(cls);
 }

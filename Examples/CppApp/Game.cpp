@@ -13,8 +13,8 @@ class MessagingNews final : public ZibMessagingDelegate {
  public:
   void zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
                                           const zib::Dictionary& userInfo) override {
-    const auto campaign = userInfo.string("pn_campaign_id");
-    std::printf("app    | news of campaign %s\n", campaign.value_or("(none)").c_str());
+    const zib::StringRef campaign = userInfo.text("pn_campaign_id");
+    std::printf("app    | news of campaign %s\n", campaign ? campaign.utf8().c_str() : "(none)");
   }
 };
 
@@ -29,8 +29,9 @@ void Game::launched(const zib::Application& application) {
 
   // The game opens links to itself; all others are left to the system.
   ZibDeepLinkHandler::shared().setURLDelegate([](const zib::URL& url) {
-    if (!url.absoluteString().starts_with("https://shop.example/")) return false;
-    std::printf("app    | enters the shop at %s\n", url.absoluteString().c_str());
+    const std::string text = url.text().utf8();
+    if (!text.starts_with("https://shop.example/")) return false;
+    std::printf("app    | enters the shop at %s\n", text.c_str());
     return true;
   });
 
@@ -61,6 +62,6 @@ void Game::tapped(const zib::NotificationResponse& response) {
 
 bool Game::opened(const zib::URL& url) {
   ZibDeepLinkHandler::shared().handleURL(url, "app_delegate");
-  std::printf("app    | opens %s\n", url.absoluteString().c_str());
+  std::printf("app    | opens %s\n", url.text().utf8().c_str());
   return true;
 }

@@ -22,7 +22,6 @@
 namespace sim {
 namespace {
 
-using zib::selector;
 using zib::objc::id;
 using zib::objc::UInteger;
 
@@ -55,9 +54,9 @@ void record(const std::string& name, const std::vector<std::uint8_t>& bytes) {
   const zib::Object data = zib::makeData(bytes);
   UInteger format = 0;
   const auto list = zib::objectOrError([&](id* error) {
-    return zib::send<id>(zib::classNamed<"NSPropertyListSerialization">().object(),
-                         selector<"propertyListWithData:options:format:error:">(), data.raw(),
-                         UInteger{0}, &format, error);
+    return zib::sendToClass<"NSPropertyListSerialization",
+                            "propertyListWithData:options:format:error:">(data.raw(), UInteger{0},
+                                                                          &format, error);
   });
   Timeline::shared().add("file",
                          {{"name", name},

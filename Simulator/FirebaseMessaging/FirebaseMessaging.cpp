@@ -82,12 +82,12 @@ Object makeMessaging() {
                         .method("delegate", &getDelegate)
                         .method("setDelegate:", &recordAndSetDelegate)
                         .registerClass();
-  return Object::adopted(send<id>(cls.object(), selector<"new">()));
+  return zib::create(cls);
 }
 
 // As Firebase does for its own parts.
 void sayThatItIsConfigured() {
-  send<void>(send<id>(classNamed<"NSNotificationCenter">().object(), selector<"defaultCenter">()),
+  send<void>(zib::sendToClass<"NSNotificationCenter", "defaultCenter">(),
              selector<"postNotificationName:object:">(),
              zib::makeString("FIRAppReadyToConfigureSDKNotification").raw(), id{nullptr});
 }

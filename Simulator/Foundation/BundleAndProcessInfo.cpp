@@ -9,6 +9,7 @@
 #include "Simulator/Foundation/Setting.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/Structures.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -16,8 +17,6 @@ namespace sim {
 namespace {
 
 using zib::OperatingSystemVersion;
-using zib::selector;
-using zib::send;
 using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::IMP;
@@ -40,8 +39,7 @@ Setting<OperatingSystemVersion>& versionSetting() {
 
 // There is one main bundle, and it lives as long as the process.
 id mainBundle() {
-  static const id bundle =
-      send<id>(zib::classNamed<"NSBundle">().object(), selector<"mainBundle">());
+  static const id bundle = zib::sendToClass<"NSBundle", "mainBundle">();
   return bundle;
 }
 

@@ -36,10 +36,8 @@ Object makeFileError(CocoaError code, std::string_view description, int errorNum
   const Object userInfo = zib::objectFrom(zib::ValueMap{{"NSLocalizedDescription", description}});
   send<void>(userInfo.raw(), selector<"setObject:forKey:">(), posixError(errorNumber).raw(),
              makeString("NSUnderlyingError").raw());
-  const id allocated = send<id>(zib::classNamed<"NSError">().object(), selector<"alloc">());
-  return Object::adopted(send<id>(allocated, selector<"initWithDomain:code:userInfo:">(),
-                                  makeString(cocoaDomain).raw(), static_cast<long>(code),
-                                  userInfo.raw()));
+  return zib::create<"NSError", "initWithDomain:code:userInfo:">(
+      makeString(cocoaDomain).raw(), static_cast<long>(code), userInfo.raw());
 }
 
 void report(const Object& error, id* to) {

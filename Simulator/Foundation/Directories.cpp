@@ -11,9 +11,6 @@
 namespace sim {
 namespace {
 
-using zib::classNamed;
-using zib::selector;
-using zib::send;
 using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::SEL;
@@ -29,14 +26,12 @@ Setting<std::optional<std::string>>& documentsSetting() {
 
 id urlsForDirectory(id, SEL, UInteger directory, UInteger domains) {
   const std::optional<std::string> documents = documentsSetting().get();
-  const id array = classNamed<"NSArray">().object();
   if (directory != documentDirectory || (domains & userDomain) == 0 || !documents) {
-    return send<id>(array, selector<"array">());
+    return zib::sendToClass<"NSArray", "array">();
   }
-  const id url =
-      send<id>(classNamed<"NSURL">().object(), selector<"fileURLWithPath:isDirectory:">(),
-               zib::makeString(*documents).raw(), BOOL{1});
-  return send<id>(array, selector<"arrayWithObject:">(), url);
+  return zib::sendToClass<"NSArray", "arrayWithObject:">(
+      zib::sendToClass<"NSURL", "fileURLWithPath:isDirectory:">(zib::makeString(*documents).raw(),
+                                                                BOOL{1}));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "ZibPlatform/ObjectiveC/TypeEncoding.h"
+#include "ZibPlatform/Foundation/Structures.h"
 
 namespace sim {
 

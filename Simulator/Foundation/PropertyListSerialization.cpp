@@ -12,6 +12,7 @@
 #include "Simulator/Foundation/XMLPropertyList.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -20,8 +21,7 @@
 namespace sim {
 namespace {
 
-using zib::classNamed;
-using zib::isKindOf;
+using zib::isKind;
 using zib::selector;
 using zib::send;
 using zib::objc::BOOL;
@@ -86,11 +86,10 @@ class Examiner {
  public:
   zib::Value value(id object) {
     budget_.spendValue();
-    if (isKindOf(object, classNamed<"NSDictionary">())) return dictionary(object);
-    if (isKindOf(object, classNamed<"NSArray">())) return array(object);
-    const bool isScalar = zib::isString(object) || zib::isData(object) ||
-                          isKindOf(object, classNamed<"NSNumber">()) ||
-                          isKindOf(object, classNamed<"NSDate">());
+    if (isKind<"NSDictionary">(object)) return dictionary(object);
+    if (isKind<"NSArray">(object)) return array(object);
+    const bool isScalar = isKind<"NSString">(object) || isKind<"NSData">(object) ||
+                          isKind<"NSNumber">(object) || isKind<"NSDate">(object);
     if (!isScalar) throw FormatError("it holds an object that is " + nameOf(object));
     return *zib::valueFrom(object);
   }
@@ -111,9 +110,8 @@ class Examiner {
   zib::Value dictionary(id dictionary) {
     const Nesting nesting(budget_);
     zib::ValueMap result;
-    const id keys = send<id>(dictionary, selector<"keyEnumerator">());
-    while (const id key = send<id>(keys, selector<"nextObject">())) {
-      if (!zib::isString(key)) throw FormatError("a key is " + nameOf(key));
+    for (const id key : zib::keysOf(dictionary)) {
+      if (!isKind<"NSString">(key)) throw FormatError("a key is " + nameOf(key));
       result.append(text(key), value(send<id>(dictionary, selector<"objectForKey:">(), key)));
     }
     return result;
@@ -122,10 +120,7 @@ class Examiner {
   zib::Value array(id array) {
     const Nesting nesting(budget_);
     zib::Array result;
-    const auto count = send<UInteger>(array, selector<"count">());
-    for (UInteger index = 0; index < count; ++index) {
-      result.push_back(value(send<id>(array, selector<"objectAtIndex:">(), index)));
-    }
+    for (const id element : zib::elements(array)) result.push_back(value(element));
     return result;
   }
 

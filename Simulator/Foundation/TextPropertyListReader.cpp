@@ -18,7 +18,6 @@
 namespace sim {
 namespace {
 
-using zib::objc::id;
 using zib::objc::UInteger;
 
 bool isUnquoted(char character) {
@@ -33,11 +32,8 @@ bool isOctal(char character) { return character >= '0' && character <= '7'; }
 // Octal escapes are of the encoding that the form is as old as.
 std::string fromNextStep(std::uint8_t byte) {
   constexpr unsigned nextStepEncoding = 2;
-  const id allocated =
-      zib::send<id>(zib::classNamed<"NSString">().object(), zib::selector<"alloc">());
-  const zib::Object text = zib::Object::adopted(
-      zib::send<id>(allocated, zib::selector<"initWithBytes:length:encoding:">(),
-                    static_cast<const void*>(&byte), UInteger{1}, nextStepEncoding));
+  const zib::Object text = zib::create<"NSString", "initWithBytes:length:encoding:">(
+      static_cast<const void*>(&byte), UInteger{1}, nextStepEncoding);
   return zib::utf8From(text.raw());
 }
 

@@ -121,13 +121,12 @@ id queryItemFrom(std::string_view item) {
   const Object name = decodedQueryText(item.substr(0, sign));
   const Object value =
       sign == std::string_view::npos ? Object() : decodedQueryText(item.substr(sign + 1));
-  return send<id>(zib::classNamed<"NSURLQueryItem">().object(),
-                  selector<"queryItemWithName:value:">(), name ? name.raw() : makeString("").raw(),
-                  value.raw());
+  return zib::sendToClass<"NSURLQueryItem", "queryItemWithName:value:">(
+      name ? name.raw() : makeString("").raw(), value.raw());
 }
 
 id queryItemsFrom(std::string_view query) {
-  const id items = send<id>(zib::classNamed<"NSMutableArray">().object(), selector<"array">());
+  const id items = zib::sendToClass<"NSMutableArray", "array">();
   for (std::size_t start = 0; !query.empty() && start <= query.size();) {
     const std::size_t end = std::min(query.find('&', start), query.size());
     send<void>(items, selector<"addObject:">(), queryItemFrom(query.substr(start, end - start)));

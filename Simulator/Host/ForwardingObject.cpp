@@ -78,7 +78,7 @@ Class registerForwardingClass(const char* name, Class superclass, Forwarding for
 }
 
 Object makeForwardingObject(Class cls, const Object& target) {
-  Object object = Object::adopted(send<id>(cls.object(), selector<"alloc">()));
+  Object object = Object::adopted(zib::allocate(cls));
   object_setInstanceVariable(object.raw(), targetVariable, zib::objc::retain(target.raw()));
   return object;
 }

@@ -15,6 +15,7 @@
 #include "Simulator/UIKit/DelegateMessages.h"
 #include "Simulator/UserNotifications/DelegateMessages.h"
 #include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/URL.h"
@@ -50,8 +51,7 @@ void record(const HostClassDescription& cls, id receiver, SEL selector, Json fie
 }
 
 void raise(const RaisedException& exception) {
-  const id object = zib::send<id>(
-      classNamed<"NSException">().object(), zib::selector<"exceptionWithName:reason:userInfo:">(),
+  const id object = zib::sendToClass<"NSException", "exceptionWithName:reason:userInfo:">(
       zib::makeString(exception.name).raw(), zib::makeString(exception.reason).raw(), id{nullptr});
   zib::send<void>(object, zib::selector<"raise">());
 }
@@ -60,7 +60,7 @@ Json textOrNull(id string) { return string == nullptr ? Json() : Json(zib::utf8F
 
 Json urlText(id object) {
   const auto url = zib::URL::retained(object);
-  return url ? Json(url->absoluteString()) : Json();
+  return url ? Json(url->text().utf8()) : Json();
 }
 
 // What every method does before it answers or completes: it records, raises and calls its
@@ -119,9 +119,9 @@ void complete(Completes when, BlockLayout* completion, Arguments... arguments) {
 
 Json urlsOf(id contexts) {
   Json urls = Json::array();
-  for (const zib::Object& context : zib::elementsOf(contexts)) {
-    const auto url = zib::urlOfContext(context.raw());
-    urls.push_back(url ? Json(url->absoluteString()) : Json());
+  for (const id context : zib::elements(contexts)) {
+    const auto url = zib::urlOfContext(context);
+    urls.push_back(url ? Json(url->text().utf8()) : Json());
   }
   return urls;
 }
@@ -180,8 +180,8 @@ struct Methods {
   static void didReceive(id self, SEL selector, id center, id object, BlockLayout* completion) {
     const auto response = zib::NotificationResponse::retained(object);
     begin<void>(HostMethod::didReceive, cls(), self, selector,
-                {{"action", response.actionIdentifier()},
-                 {"userInfo", jsonFrom(valuesOf(response.notification().userInfo()))}},
+                {{"action", response.actionIdentifier().utf8()},
+                 {"userInfo", jsonFrom(valuesOf(response.userInfo()))}},
                 center, object, completion);
     complete(cls().completes, completion);
   }
@@ -275,7 +275,7 @@ zib::Object makeHostObject(const std::string& className) {
     }
     name = description.superclass;
   }
-  return zib::Object::adopted(zib::send<id>(cls.object(), zib::selector<"new">()));
+  return zib::create(cls);
 }
 
 }  // namespace sim

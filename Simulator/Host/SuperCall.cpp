@@ -6,6 +6,7 @@
 #include "Simulator/UIKit/UIKit.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
 #include "ZibPlatform/Foundation/Data.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/URL.h"
@@ -22,8 +23,8 @@ using zib::objc::id;
 
 Object filteredContexts(id contexts) {
   std::vector<Object> urls;
-  for (const Object& context : zib::elementsOf(contexts)) {
-    if (const auto url = zib::urlOfContext(context.raw())) {
+  for (const id context : zib::elements(contexts)) {
+    if (const auto url = zib::urlOfContext(context)) {
       urls.push_back(Object::retained(url->native()));
     }
   }
@@ -38,8 +39,8 @@ Object copiedNotification(id notification) {
 
 Object copiedResponse(id object) {
   const auto response = zib::NotificationResponse::retained(object);
-  return usernotifications::makeResponse(valuesOf(response.notification().userInfo()),
-                                         response.actionIdentifier());
+  return usernotifications::makeResponse(valuesOf(response.userInfo()),
+                                         response.actionIdentifier().utf8());
 }
 
 Object copiedError(id object) {
@@ -57,7 +58,7 @@ Object filteredArgument(id object) {
   if (zib::isKind<"NSString">(object)) return zib::makeString(zib::utf8From(object));
   if (zib::isKind<"NSError">(object)) return copiedError(object);
   if (const auto url = zib::URL::retained(object)) {
-    return Object::retained(zib::URL::parse(url->absoluteString()).value().native());
+    return Object::retained(zib::URL::parse(url->text()).value().native());
   }
   if (zib::isKind<"NSDictionary">(object)) return zib::objectFrom(valueOf(object));
   if (zib::isKind<"UNNotification">(object)) return copiedNotification(object);

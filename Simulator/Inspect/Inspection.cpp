@@ -62,12 +62,12 @@ ConsideredKey considerBeforeDecision(const std::string& key, zib::StringRef text
     case zib::LinkVerdict::candidate:
       break;
   }
-  const std::string candidate(zib::Utf8(text).view());
-  return zib::urlOfLink(text, candidate)
-             ? ConsideredKey{key, "opens", "the first link, so it decides: " + inQuotes(candidate)}
-             : ConsideredKey{
-                   key, "noURL",
-                   "the first text, so it decides, but it is no valid URL: " + inQuotes(candidate)};
+  const zib::Link found(text);
+  const std::string sent = inQuotes(found.sent());
+  return found.url()
+             ? ConsideredKey{key, "opens", "the first link, so it decides: " + sent}
+             : ConsideredKey{key, "noURL",
+                             "the first text, so it decides, but it is no valid URL: " + sent};
 }
 
 ConsideredKey considerAfterDecision(const std::string& key, zib::StringRef text,
@@ -86,9 +86,10 @@ bool hasScheme(std::string_view url) {
 
 void decide(InspectedLink& link, const std::string& key, zib::StringRef text) {
   link.key = key;
-  link.candidate = zib::Utf8(text).view();
-  if (const auto url = zib::urlOfLink(text, *link.candidate)) {
-    link.url = url->absoluteString();
+  const zib::Link found(text);
+  link.candidate = found.sent();
+  if (found.url()) {
+    link.url = found.text();
     link.isOpenedBySystem = hasScheme(*link.url);
     link.reason = inQuotes(key) + " is the first of the link keys that holds a link";
   } else {

@@ -44,7 +44,7 @@ zib::Value valueOf(zib::objc::id object) {
 }
 
 zib::ValueMap valuesOf(const zib::Dictionary& dictionary) {
-  const zib::Value value = valueOf(dictionary.native().raw());
+  const zib::Value value = valueOf(dictionary.native());
   const auto* map = value.get<zib::ValueMap>();
   return map == nullptr ? zib::ValueMap() : *map;
 }

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "Simulator/Dispatch/Scheduler.h"
+#include "Simulator/Foundation/Autoreleased.h"
 #include "Simulator/Foundation/Setting.h"
 #include "Simulator/Json/Values.h"
 #include "Simulator/ObjectiveC/Runtime.h"
@@ -94,13 +95,10 @@ void Order::record() const {
 Object makeResponse(const HTTPResponse& response) {
   zib::ValueMap headers;
   for (const zib::HTTPHeader& header : response.headers) headers.set(header.name, header.value);
-  const id url = send<id>(classNamed<"NSURL">().object(), selector<"URLWithString:">(),
-                          zib::makeString(response.url).raw());
-  const id allocated = send<id>(classNamed<"NSHTTPURLResponse">().object(), selector<"alloc">());
-  return Object::adopted(
-      send<id>(allocated, selector<"initWithURL:statusCode:HTTPVersion:headerFields:">(), url,
-               static_cast<Integer>(response.status), zib::makeString("HTTP/1.1").raw(),
-               zib::objectFrom(headers).raw()));
+  const id url = zib::sendToClass<"NSURL", "URLWithString:">(zib::makeString(response.url).raw());
+  return zib::create<"NSHTTPURLResponse", "initWithURL:statusCode:HTTPVersion:headerFields:">(
+      url, static_cast<Integer>(response.status), zib::makeString("HTTP/1.1").raw(),
+      zib::objectFrom(headers).raw());
 }
 
 // One task, from its making to its completion, which it gives once.
@@ -203,14 +201,13 @@ void dealloc(id task, SEL command) {
 
 id dataTaskWithRequest(id, SEL, id request, BlockLayout* completion) {
   auto held = std::make_unique<Held>(std::make_shared<Exchange>(Order::from(request), completion));
-  const id task = send<id>(Class::named(dataTaskClass).object(), selector<"new">());
-  object_setInstanceVariable(task, exchangeVariable, held.release());
-  return send<id>(task, selector<"autorelease">());
+  const Object task = zib::create(Class::named(dataTaskClass));
+  object_setInstanceVariable(task.raw(), exchangeVariable, held.release());
+  return autoreleased(task);
 }
 
 id dataTaskWithURL(id session, SEL, id url, BlockLayout* completion) {
-  const id allocated = send<id>(classNamed<"NSURLRequest">().object(), selector<"alloc">());
-  const Object request = Object::adopted(send<id>(allocated, selector<"initWithURL:">(), url));
+  const Object request = zib::create<"NSURLRequest", "initWithURL:">(url);
   return dataTaskWithRequest(session, nullptr, request.raw(), completion);
 }
 

@@ -70,10 +70,9 @@ Class registerStandIn(const char* name, Class superclass, const StandInPropertie
 }
 
 Object makeStandIn(Class cls) {
-  const id allocated = send<id>(cls.object(), selector<"alloc">());
-  Object object = Object::adopted(send<id>(allocated, selector<"init">()));
-  const id dictionary = send<id>(classNamed<"NSMutableDictionary">().object(), selector<"new">());
-  object_setInstanceVariable(object.raw(), storageName, dictionary);
+  Object object = zib::create(cls);
+  object_setInstanceVariable(object.raw(), storageName,
+                             zib::create<"NSMutableDictionary">().relinquish());
   return object;
 }
 
@@ -96,8 +95,7 @@ id property(id object, std::string_view name) {
 
 Object makeOrderedSet(const std::vector<Object>& elements) {
   static const Class cls = registerOrderedSet();
-  const Object array =
-      Object::adopted(send<id>(classNamed<"NSMutableArray">().object(), selector<"new">()));
+  const Object array = zib::create<"NSMutableArray">();
   for (const Object& element : elements) {
     send<void>(array.raw(), selector<"addObject:">(), element.raw());
   }

@@ -90,8 +90,7 @@ bool calls(zib::Selector method) {
 }
 
 void post(const char* notification, id object) {
-  const id center =
-      send<id>(classNamed<"NSNotificationCenter">().object(), selector<"defaultCenter">());
+  const id center = zib::sendToClass<"NSNotificationCenter", "defaultCenter">();
   send<void>(center, selector<"postNotificationName:object:">(),
              zib::makeString(notification).raw(), object);
 }
@@ -108,10 +107,7 @@ void openURL(id, SEL, id url, id options, BlockLayout* completion) {
       [kept = Completion::copied(completion)] { kept(static_cast<BOOL>(state().opensURLs)); });
 }
 
-void makeApplication() {
-  state().application =
-      Object::adopted(send<id>(Class::named(applicationClass).object(), selector<"new">()));
-}
+void makeApplication() { state().application = zib::create(Class::named(applicationClass)); }
 
 void registerApplication(ApplicationPresence presence) {
   zib::ClassBuilder builder(applicationClass, classNamed<"NSObject">());

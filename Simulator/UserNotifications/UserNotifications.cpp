@@ -14,6 +14,7 @@
 #include "Simulator/ObjectiveC/StandIn.h"
 #include "Simulator/ObjectiveC/WeakReference.h"
 #include "Simulator/Timeline/Timeline.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
@@ -110,10 +111,7 @@ Json describeAction(id action) {
 template <class Describe>
 Json describeEach(id collection, Describe describe) {
   Json result = Json::array();
-  const id elements = send<id>(collection, selector<"objectEnumerator">());
-  while (const id element = send<id>(elements, selector<"nextObject">())) {
-    result.push_back(describe(element));
-  }
+  for (const id element : zib::elements(collection)) result.push_back(describe(element));
   return result;
 }
 
@@ -180,7 +178,7 @@ void install(std::optional<Answer> answer, bool hasBundleIdentifier) {
           .method("requestAuthorizationWithOptions:completionHandler:", &requestAuthorization)
           .method("setNotificationCategories:", &setNotificationCategories)
           .registerClass();
-  state().center = Object::adopted(send<id>(cls.object(), selector<"new">()));
+  state().center = zib::create(cls);
 }
 
 void setDelegate(Object delegate) {

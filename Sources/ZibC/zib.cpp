@@ -166,7 +166,7 @@ class Operation {
   }
   bool hasData(const char* argument, zib_object given) const noexcept {
     return has(argument, given) &&
-           require(run([&] { return zib::isData(given); }), argument, " is no NSData");
+           require(run([&] { return zib::isKind<"NSData">(given); }), argument, " is no NSData");
   }
   bool hasURL(const char* argument, zib_object given) const noexcept {
     return has(argument, given) &&
@@ -345,15 +345,15 @@ class Delegate final : public ZibMessagingDelegate {
   void zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
                                           const zib::Dictionary& userInfo) override {
     if (delegate_->did_receive_notification == nullptr) return;
-    delegate_->did_receive_notification(delegate_->context, userInfo.native().raw());
+    delegate_->did_receive_notification(delegate_->context, userInfo.native());
   }
   void zibMessagingDidReceiveNotificationResponse(
       ZibMessaging& /*messaging*/, const zib::NotificationResponse& response) override {
     if (delegate_->did_receive_notification_response == nullptr) return;
-    const TerminatedText action(response.actionIdentifier());
-    const zib::Object userInfo = response.notification().userInfo().native();
+    const TerminatedText action(zib::Utf8(response.actionIdentifier()).view());
+    const zib::Dictionary userInfo = response.userInfo();
     delegate_->did_receive_notification_response(delegate_->context, response.native(),
-                                                 action.text(), userInfo.raw());
+                                                 action.text(), userInfo.native());
   }
   void zibMessagingDidFailToRegisterWithError(ZibMessaging& /*messaging*/,
                                               const zib::Error& error) override {
@@ -699,7 +699,7 @@ void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void*
       called = [held](const zib::URL& url) {
         const auto& delegate = *held;
         return delegate->call(delegate->context, url.native(),
-                              TerminatedText(url.absoluteString()).text());
+                              TerminatedText(zib::Utf8(url.text()).view()).text());
       };
     }
     ZibDeepLinkHandler::shared().setURLDelegate(std::move(called));
@@ -748,7 +748,7 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
     ZibPushConfig::shared().configurePush(
         zib::Application::retained(application), endpoint,
         [flow](const zib::Dictionary& config) {
-          (*flow)->handleFirebaseConfig((*flow)->context, config.native().raw());
+          (*flow)->handleFirebaseConfig((*flow)->context, config.native());
         },
         std::move(complete));
   });
@@ -794,7 +794,7 @@ zib_text zib_string_copy(zib_object string) {
   const Operation operation(__func__);
   if (!operation.has("string", string)) return {};
   return operation.run([&] {
-    if (zib::isString(string)) return copyOf(zib::Utf8(string).view());
+    if (const auto text = zib::StringRef::of(string)) return copyOf(zib::Utf8(text).view());
     operation.fail("string is no NSString");
     return zib_text{};
   });

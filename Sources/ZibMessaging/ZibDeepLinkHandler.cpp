@@ -54,17 +54,16 @@ bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) 
   return containedOr(false, "handleNotificationURL", [&] {
     const auto candidate = zib::findLink(userInfo);
     if (!candidate) return false;
-    const zib::Utf8 text(candidate);
-    const auto url = zib::urlOfLink(candidate, text.view());
-    if (!url) return false;
-    logLine(linePrefix, "Found URL - ", text.view());
-    return openURL(*url);
+    const zib::Link link(candidate);
+    if (!link.url()) return false;
+    logLine(linePrefix, "Found URL - ", link.sent());
+    return openURL(*link.url(), link.text());
   });
 }
 
 bool ZibDeepLinkHandler::handleURL(const zib::URL& url, std::string_view source) noexcept {
   const zib::RecordedCall call("handleURL", [&] {
-    return zib::ValueMap{{"url", url.absoluteString()}, {"source", source}};
+    return zib::ValueMap{{"url", url.text().utf8()}, {"source", source}};
   });
   contained("handleURL", [&] {
     logLine("ZibDeepLinkHandler: URL from ", source, " - ", zib::Utf8(url.text()).view());
@@ -72,7 +71,7 @@ bool ZibDeepLinkHandler::handleURL(const zib::URL& url, std::string_view source)
   return true;
 }
 
-bool ZibDeepLinkHandler::openURL(const zib::URL& url) {
+bool ZibDeepLinkHandler::openURL(const zib::URL& url, std::string_view text) {
   if (zib::isAppExtension()) {
     logLine(linePrefix, "Cannot open URL in app extension");
     return false;
@@ -81,7 +80,7 @@ bool ZibDeepLinkHandler::openURL(const zib::URL& url) {
     logLine(linePrefix, "Handled by urlDelegate");
     return true;
   }
-  logLine(linePrefix, "Opening URL - ", zib::Utf8(url.text()).view());
+  logLine(linePrefix, "Opening URL - ", text);
   zib::containedOnMain("opening a URL", [url] { openInSystem(url); });
   return true;
 }

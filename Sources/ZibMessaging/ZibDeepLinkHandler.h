@@ -38,7 +38,8 @@ class ZibDeepLinkHandler final : public zib::SharedInstance<ZibDeepLinkHandler> 
   bool handleURL(const zib::URL& url, std::string_view source) noexcept;
 
  private:
-  bool openURL(const zib::URL& url);
+  // `text` is the URL's.
+  bool openURL(const zib::URL& url, std::string_view text);
   bool isHandledByHost(const zib::URL& url) const;
 
   zib::Guarded<std::shared_ptr<const URLDelegate>> urlDelegate_;

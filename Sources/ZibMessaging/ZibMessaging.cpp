@@ -268,8 +268,8 @@ void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcep
   const CallbackInProgress inProgress(Row::didReceive, response.native());
   if (inProgress.isNew()) {
     const RecordedCall call("didReceive", [&] {
-      return ValueMap{{"userInfo", zib::recording::valuesOf(response.notification().userInfo())},
-                      {"action", response.actionIdentifier()}};
+      return ValueMap{{"userInfo", zib::recording::valuesOf(response.userInfo())},
+                      {"action", response.actionIdentifier().utf8()}};
     });
     handleResponse(response);
   } else {
@@ -279,8 +279,8 @@ void ZibMessaging::didReceive(const zib::NotificationResponse& response) noexcep
 
 void ZibMessaging::handleResponse(const zib::NotificationResponse& response) noexcept {
   contained("didReceive", [&] {
-    const zib::Dictionary userInfo = zib::Dictionary::retained(response.nativeUserInfo());
-    logLine("Notification tapped with action: ", zib::Utf8(response.actionText()).view());
+    const zib::Dictionary userInfo = response.userInfo();
+    logLine("Notification tapped with action: ", zib::Utf8(response.actionIdentifier()).view());
     track(userInfo, clickedEvent);
     tellDelegate("zibMessagingDidReceiveNotificationResponse", [&](ZibMessagingDelegate& delegate) {
       delegate.zibMessagingDidReceiveNotificationResponse(*this, response);

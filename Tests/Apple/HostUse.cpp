@@ -29,7 +29,7 @@ class Storage final : public ZibStorage {
   zib::ValueMap copy(map);
   const zib::ValueMap moved(std::move(copy));
   map = moved;
-  return userInfo.string(zib::constantString<"key">).has_value() && map == moved;
+  return userInfo.text(zib::constantString<"key">) && map == moved;
 }
 
 }  // namespace

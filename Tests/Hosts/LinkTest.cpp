@@ -14,7 +14,7 @@ class LinkTest : public HostTest {
   std::optional<std::string> opened(const char* link) {
     std::optional<std::string> url;
     ZibDeepLinkHandler::shared().setURLDelegate([&](const zib::URL& each) {
-      url = each.absoluteString();
+      url = each.text().utf8();
       return true;
     });
     ZibDeepLinkHandler::shared().handleNotificationURL(zib::Dictionary::from({{"url", link}}));

@@ -40,7 +40,7 @@ class Emptying final : public ZibMessagingDelegate {
     const id request = zib::send<id>(notification_, zib::selector<"request">());
     const id content = zib::send<id>(request, zib::selector<"content">());
     sim::setProperty(content, "userInfo", zib::objectFrom(zib::ValueMap()));
-    club = userInfo.string("club").value_or("gone");
+    club = userInfo.text("club").utf8();
   }
 
   std::string club;

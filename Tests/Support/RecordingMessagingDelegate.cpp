@@ -27,8 +27,8 @@ void RecordingMessagingDelegate::zibMessagingDidReceiveNotification(
 void RecordingMessagingDelegate::zibMessagingDidReceiveNotificationResponse(
     ZibMessaging& /*messaging*/, const zib::NotificationResponse& response) {
   record("zibMessaging(_:didReceiveNotificationResponse:)",
-         {{"action", response.actionIdentifier()},
-          {"userInfo", sim::jsonFrom(sim::valuesOf(response.notification().userInfo()))}});
+         {{"action", response.actionIdentifier().utf8()},
+          {"userInfo", sim::jsonFrom(sim::valuesOf(response.userInfo()))}});
 }
 
 void RecordingMessagingDelegate::zibMessagingDidFailToRegisterWithError(ZibMessaging& /*messaging*/,

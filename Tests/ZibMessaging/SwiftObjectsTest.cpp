@@ -12,6 +12,7 @@
 #include "ZibMessaging/ZibPayloadBuilder.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Strings.h"
+#include "ZibPlatform/Foundation/Structures.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"

@@ -5,7 +5,6 @@
 
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibMessaging/Private/QuotedText.h"
-#include "ZibPlatform/Foundation/URL.h"
 
 namespace zib {
 namespace {
@@ -34,11 +33,9 @@ std::map<std::string, std::string> parametersOf(const URL& url) {
 
 }  // namespace
 
-void logCampaignParameters(objc::id url, std::string_view text) {
+void logCampaignParameters(const URL& url, std::string_view text) {
   if (!mayHaveParameters(text)) return;
-  const auto opened = URL::retained(url);
-  if (!opened) return;
-  const auto parameters = parametersOf(*opened);
+  const auto parameters = parametersOf(url);
   if (parameters.empty()) return;
   std::string line = "   📊 UTM parameters: [";
   for (const auto& [name, value] : parameters) {

@@ -4,11 +4,11 @@
 
 #include <string_view>
 
-#include "ZibPlatform/ObjectiveC/Native.h"
+#include "ZibPlatform/Foundation/URL.h"
 
 namespace zib {
 
 // `text` is the URL's own, which every caller has read already. No line where there are none.
-void logCampaignParameters(objc::id url, std::string_view text);
+void logCampaignParameters(const URL& url, std::string_view text);
 
 }  // namespace zib

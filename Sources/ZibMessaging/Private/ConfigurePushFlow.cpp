@@ -69,7 +69,7 @@ void ConfigurePushFlow::pushConfigFetched(const Result<RemotePushConfig>& config
 }
 
 void ConfigurePushFlow::downloadFirebasePlist(const URL& url) {
-  logLine("Downloading Firebase plist from: ", url.absoluteString());
+  logLine("Downloading Firebase plist from: ", Utf8(url.text()).view());
   recording::told(recording::requested, this, url);
   URLSession::fetch(url, [flow = shared_from_this()](const URLReply& reply) {
     recording::told(recording::replied, flow.get(), reply);

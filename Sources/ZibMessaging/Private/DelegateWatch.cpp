@@ -85,7 +85,7 @@ Object makeObserver() {
                         .method("lookAround:", &lookAround)
                         .method("lookAtFirebase:", &lookAtFirebase)
                         .registerClass();
-  return Object::adopted(send<id>(cls.object(), selector<"new">()));
+  return create(cls);
 }
 
 }  // namespace
@@ -93,9 +93,8 @@ Object makeObserver() {
 void watchForDelegates() {
   watchSetters();
   // Never released: the watch lasts as long as the process.
-  static const id observer = objc::retain(makeObserver().raw());
-  const id center =
-      send<id>(classNamed<"NSNotificationCenter">().object(), selector<"defaultCenter">());
+  static const id observer = makeObserver().relinquish();
+  const id center = sendToClass<"NSNotificationCenter", "defaultCenter">();
   const auto observe = [&](ConstantString name, Selector reaction) {
     send<void>(center, selector<"addObserver:selector:name:object:">(), observer, reaction.raw(),
                name.object(), id{});

@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "ZibMessaging/Private/CallbackInProgress.h"
 #include "ZibMessaging/Private/CampaignParameters.h"
@@ -22,6 +21,7 @@
 #include "ZibMessaging/Private/TokenText.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibMessaging.h"
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
@@ -146,9 +146,10 @@ struct Interceptors {
     if (callback.isNew()) {
       const RecordedCall call(Row::openURL, url, options);
       contained("zib_openURL:url:options:", [&] {
-        const Utf8 text(textOfURL(url));
+        const Borrowed<URL> opened(cast<"NSURL">(url));
+        const Utf8 text(opened->text());
         logLine("🔗 [INTERCEPTED] application:open:options: ", text.view());
-        logCampaignParameters(url, text.view());
+        logCampaignParameters(*opened, text.view());
       });
     }
     if (const HostMethod host = callback.hostMethod()) {
@@ -163,15 +164,15 @@ struct Interceptors {
     const Intercepted callback(Row::sceneOpenURL, installation, self, contexts);
     bool isEmpty = false;
     contained("zib_scene:openURLContexts:", [&] {
-      const std::vector<Object> elements = elementsOf(contexts);
-      isEmpty = elements.empty();
+      const id first = *elements(contexts).begin();
+      isEmpty = first == nullptr;
       if (!callback.isNew() || isEmpty) return;
       const RecordedCall call(Row::sceneOpenURL, scene, contexts);
-      const auto url = urlOfContext(elements.front().raw());
+      const auto url = urlOfContext(first);
       if (!url) return;
       const Utf8 text(url->text());
       logLine("🔗 [INTERCEPTED] scene:openURLContexts: ", text.view());
-      logCampaignParameters(url->native(), text.view());
+      logCampaignParameters(*url, text.view());
       ZibDeepLinkHandler::shared().handleURL(*url, "scene_delegate");
     });
     if (isEmpty) return;
@@ -229,11 +230,11 @@ struct Interceptors {
     if (callback.isNew()) {
       const RecordedCall call(Row::fcmToken, token);
       contained("zib_messaging:didReceiveRegistrationToken:", [&] {
-        const bool isPresent = isString(token);
-        const Utf8 text(StringRef::of(token));
+        const StringRef given = StringRef::of(token);
+        const Utf8 text(given);
         logLine("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
-                isPresent ? shownOf(text.view()) : "nil", "...");
-        if (isPresent) ZibMessaging::shared().setFCMToken(text.view());
+                given ? shownOf(text.view()) : "nil", "...");
+        if (given) ZibMessaging::shared().setFCMToken(text.view());
       });
     }
     if (const HostMethod host = callback.hostMethod()) host.call<void>(messaging, token);

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "ZibPlatform/Foundation/Dictionary.h"
@@ -30,8 +31,25 @@ LinkVerdict verdictOnLink(StringRef text);
 // open something that the campaign did not put first.
 StringRef findLink(const Dictionary& userInfo);
 
-// The candidate, whose text is `text`, as a URL. Brackets in its query and fragment, which some
-// systems take and others refuse, are percent-encoded first: campaign links have them.
-std::optional<URL> urlOfLink(StringRef candidate, std::string_view text);
+// A candidate, read once.
+class Link {
+ public:
+  explicit Link(StringRef candidate);
+
+  // What the campaign sent.
+  [[nodiscard]] std::string_view sent() const noexcept { return sent_.view(); }
+  // None where it is no URL.
+  [[nodiscard]] const std::optional<URL>& url() const noexcept { return url_; }
+  // The URL's own text: what was sent, but for brackets in the query and the fragment, which some
+  // systems take and others refuse. They are percent-encoded: campaign links have them.
+  [[nodiscard]] std::string_view text() const noexcept {
+    return encoded_.empty() ? sent() : encoded_;
+  }
+
+ private:
+  Utf8 sent_;
+  std::string encoded_;
+  std::optional<URL> url_;
+};
 
 }  // namespace zib

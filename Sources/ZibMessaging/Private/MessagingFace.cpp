@@ -47,7 +47,9 @@ void didReceiveNotificationResponse(id, SEL, id /*center*/, id response, BlockLa
 void didReceiveRegistrationToken(id, SEL, id /*messaging*/, id token) {
   const RecordedCall call = RecordedCall::unlessInHand(Row::fcmToken, token);
   contained("messaging:didReceiveRegistrationToken:", [&] {
-    if (isString(token)) ZibMessaging::shared().setFCMToken(Utf8(token).view());
+    if (const auto text = StringRef::of(token)) {
+      ZibMessaging::shared().setFCMToken(Utf8(text).view());
+    }
   });
 }
 
@@ -62,7 +64,7 @@ Object makeFace() {
                   &didReceiveNotificationResponse)
           .method("messaging:didReceiveRegistrationToken:", &didReceiveRegistrationToken)
           .registerClass();
-  return Object::adopted(send<id>(cls.object(), selector<"new">()));
+  return create(cls);
 }
 
 }  // namespace

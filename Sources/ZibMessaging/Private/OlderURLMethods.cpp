@@ -8,8 +8,7 @@ namespace zib {
 namespace {
 
 objc::id optionOf(objc::id options, const ConstantString& key) {
-  if (!isKind<"NSDictionary">(options)) return nullptr;
-  return send<objc::id>(options, selector<"objectForKey:">(), key.object());
+  return send<objc::id>(cast<"NSDictionary">(options), selector<"objectForKey:">(), key.object());
 }
 
 }  // namespace

@@ -12,8 +12,8 @@ namespace zib {
 RemotePushConfig RemotePushConfig::from(const Dictionary& document) {
   RemotePushConfig config;
   config.enabled = document.boolean(constantString<"ios_config_toggle">).value_or(false);
-  const auto url = document.string(constantString<"ios_private_key_url">);
-  if (config.enabled && url) config.firebasePlistURL = URL::parse(*url);
+  const StringRef url = document.text(constantString<"ios_private_key_url">);
+  if (config.enabled) config.firebasePlistURL = URL::parse(url);
   return config;
 }
 

@@ -5,8 +5,6 @@
 
 namespace zib {
 
-bool isMainThread() {
-  return send<objc::BOOL>(classNamed<"NSThread">().object(), selector<"isMainThread">()) != 0;
-}
+bool isMainThread() { return sendToClass<"NSThread", "isMainThread", objc::BOOL>() != 0; }
 
 }  // namespace zib

@@ -10,26 +10,23 @@ FirebaseMessaging FirebaseMessaging::find() {
   if (!cls || !cls.derivesFrom(classNamed<"NSObject">())) return FirebaseMessaging(Found::nothing);
   const Selector messaging = selector<"messaging">();
   if (!respondsTo(cls.object(), messaging)) return FirebaseMessaging(Found::classOnly);
-  const objc::id instance =
-      send<objc::id>(cls.object(), selector<"performSelector:">(), messaging.raw());
+  const objc::id instance = sendToClass<"FIRMessaging", "performSelector:">(messaging.raw());
   if (!isNSObject(instance)) return FirebaseMessaging(Found::classMethod);
   return FirebaseMessaging(Found::instance, Object::retained(instance));
 }
 
 objc::id FirebaseMessaging::delegate() const {
   const Selector delegate = selector<"delegate">();
-  if (!respondsTo(instance_.raw(), delegate)) return nullptr;
-  const objc::id object =
-      send<objc::id>(instance_.raw(), selector<"performSelector:">(), delegate.raw());
+  if (!respondsTo(native(), delegate)) return nullptr;
+  const auto object = send<objc::id>(native(), selector<"performSelector:">(), delegate.raw());
   const bool isProxy = Class::ofObject(object).derivesFrom(classNamed<"NSProxy">());
   return isNSObject(object) || isProxy ? object : nullptr;
 }
 
 bool FirebaseMessaging::setDelegate(objc::id delegate) const {
   const Selector setter = selector<"setDelegate:">();
-  if (!respondsTo(instance_.raw(), setter)) return false;
-  send<objc::id>(instance_.raw(), selector<"performSelector:withObject:">(), setter.raw(),
-                 delegate);
+  if (!respondsTo(native(), setter)) return false;
+  send<objc::id>(native(), selector<"performSelector:withObject:">(), setter.raw(), delegate);
   return true;
 }
 

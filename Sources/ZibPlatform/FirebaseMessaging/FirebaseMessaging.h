@@ -8,7 +8,7 @@
 
 namespace zib {
 
-class FirebaseMessaging {
+class FirebaseMessaging : public Handle {
  public:
   // How far the look-up came.
   enum class Found { nothing, classOnly, classMethod, instance };
@@ -25,10 +25,9 @@ class FirebaseMessaging {
 
  private:
   explicit FirebaseMessaging(Found found, Object instance = {}) noexcept
-      : found_(found), instance_(std::move(instance)) {}
+      : Handle(std::move(instance)), found_(found) {}
 
   Found found_;
-  Object instance_;
 };
 
 }  // namespace zib

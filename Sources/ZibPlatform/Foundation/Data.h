@@ -17,6 +17,5 @@ Object makeData(std::span<const std::uint8_t> bytes);
 // A view of the object's own bytes, valid while the object lives and is not changed. Empty for nil
 // and for what is no NSData.
 std::span<const std::uint8_t> bytesOf(objc::id data);
-bool isData(objc::id object);
 
 }  // namespace zib

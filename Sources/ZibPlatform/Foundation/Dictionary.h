@@ -16,7 +16,7 @@ namespace zib {
 // Keeps the platform's own dictionary and reads it in place: nothing is converted but the entries
 // that are asked for. Copies share the dictionary. Reading is safe from any thread as long as
 // nobody changes the dictionary.
-class Dictionary {
+class Dictionary : public Handle {
  public:
   // An empty dictionary.
   Dictionary() noexcept = default;
@@ -28,12 +28,10 @@ class Dictionary {
   static std::optional<Dictionary> withTextKeys(const Object& object);
 
   [[nodiscard]] bool empty() const;
-  // The text under exactly that key, if there is one and it is a string; numbers are not
-  // converted.
-  [[nodiscard]] std::optional<std::string> string(ConstantString key) const;
-  // The same in place, for as long as the dictionary is not changed.
+  // The text under exactly that key, if there is one and it is a string, for as long as the
+  // dictionary is not changed; numbers are not converted.
   [[nodiscard]] StringRef text(ConstantString key) const;
-  [[nodiscard]] std::optional<std::string> string(std::string_view key) const;
+  [[nodiscard]] StringRef text(std::string_view key) const;
   // The truth value under exactly that key, if there is one: a boolean, or a number that is 1 or 0,
   // since the platform has one type for both.
   [[nodiscard]] std::optional<bool> boolean(ConstantString key) const;
@@ -41,14 +39,12 @@ class Dictionary {
   // values, since a payload's extent is its sender's choice.
   [[nodiscard]] Result<ValueMap> values() const;
   // The platform's object; an empty dictionary has one too.
-  [[nodiscard]] Object native() const;
+  [[nodiscard]] objc::id native() const;
 
  private:
   friend class Borrowed<Dictionary>;
-  explicit Dictionary(Object native) noexcept : native_(std::move(native)) {}
-  [[nodiscard]] std::optional<std::string> stringForKey(objc::id key) const;
-
-  Object native_;
+  explicit Dictionary(Object native) noexcept : Handle(std::move(native)) {}
+  [[nodiscard]] objc::id valueOf(objc::id key) const;
 };
 
 }  // namespace zib

@@ -8,7 +8,7 @@
 namespace zib {
 
 Error Error::fromNative(objc::id error) {
-  if (!isNSObject(error) || !isKindOf(error, classNamed<"NSError">())) {
+  if (!isKind<"NSError">(error)) {
     return {"ZibMessaging", 0, "The platform reported a failure without an error object", {}};
   }
   return {utf8From(send<objc::id>(error, selector<"domain">())),
@@ -20,10 +20,8 @@ Error Error::fromNative(objc::id error) {
 Object Error::nativeError() const {
   if (native) return native;
   const Object userInfo = objectFrom(ValueMap{{"NSLocalizedDescription", description}});
-  const objc::id allocated = send<objc::id>(classNamed<"NSError">().object(), selector<"alloc">());
-  return Object::adopted(send<objc::id>(allocated, selector<"initWithDomain:code:userInfo:">(),
-                                        makeString(domain).raw(), static_cast<objc::Integer>(code),
-                                        userInfo.raw()));
+  return create<"NSError", "initWithDomain:code:userInfo:">(
+      makeString(domain).raw(), static_cast<objc::Integer>(code), userInfo.raw());
 }
 
 }  // namespace zib

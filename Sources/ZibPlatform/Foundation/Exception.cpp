@@ -13,12 +13,9 @@ std::optional<std::string> describeHandledPlatformException() {
   if (!isKind<"NSException">(exception)) {
     return std::string("an object of class ") + Class::ofObject(exception).name();
   }
-  const auto textOf = [&](Selector property) {
-    const objc::id text = send<objc::id>(exception, property);
-    return isString(text) ? utf8From(text) : std::string();
-  };
-  const std::string reason = textOf(selector<"reason">());
-  return textOf(selector<"name">()) + (reason.empty() ? reason : ": " + reason);
+  const std::string reason = utf8From(send<objc::id>(exception, selector<"reason">()));
+  const std::string name = utf8From(send<objc::id>(exception, selector<"name">()));
+  return name + (reason.empty() ? reason : ": " + reason);
 }
 
 }  // namespace zib

@@ -13,9 +13,7 @@ constexpr objc::UInteger documentDirectory = 9;  // NSDocumentDirectory
 constexpr objc::UInteger userDomain = 1;         // NSUserDomainMask
 constexpr objc::UInteger noOptions = 0;
 
-objc::id fileManager() {
-  return send<objc::id>(classNamed<"NSFileManager">().object(), selector<"defaultManager">());
-}
+objc::id fileManager() { return sendToClass<"NSFileManager", "defaultManager">(); }
 
 }  // namespace
 

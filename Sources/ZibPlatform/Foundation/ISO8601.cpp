@@ -12,8 +12,7 @@ namespace {
 
 std::string format(objc::id date) {
   // A formatter of its own for each call, so that calls on several threads share nothing.
-  const Object formatter = Object::adopted(
-      send<objc::id>(classNamed<"NSISO8601DateFormatter">().object(), selector<"new">()));
+  const Object formatter = create<"NSISO8601DateFormatter">();
   return utf8From(send<objc::id>(formatter.raw(), selector<"stringFromDate:">(), date));
 }
 
@@ -21,7 +20,7 @@ std::string format(objc::id date) {
 
 std::string currentTimeInISO8601() {
   const AutoreleasePool pool;
-  return format(send<objc::id>(classNamed<"NSDate">().object(), selector<"date">()));
+  return format(sendToClass<"NSDate", "date">());
 }
 
 std::string timeInISO8601(Date date) {

@@ -11,9 +11,8 @@ Result<Object> parseJSON(std::span<const std::uint8_t> bytes) {
   constexpr objc::UInteger noOptions = 0;
   const Object data = makeData(bytes);
   return objectOrError([&](objc::id* error) {
-    return send<objc::id>(classNamed<"NSJSONSerialization">().object(),
-                          selector<"JSONObjectWithData:options:error:">(), data.raw(), noOptions,
-                          error);
+    return sendToClass<"NSJSONSerialization", "JSONObjectWithData:options:error:">(
+        data.raw(), noOptions, error);
   });
 }
 

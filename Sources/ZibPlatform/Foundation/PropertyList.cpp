@@ -18,18 +18,15 @@ Result<Object> parsePropertyList(std::span<const std::uint8_t> bytes) {
   const Object data = makeData(bytes);
   objc::UInteger* const formatIsNotAskedFor = nullptr;
   return objectOrError([&](objc::id* error) {
-    return send<objc::id>(classNamed<"NSPropertyListSerialization">().object(),
-                          selector<"propertyListWithData:options:format:error:">(), data.raw(),
-                          immutable, formatIsNotAskedFor, error);
+    return sendToClass<"NSPropertyListSerialization", "propertyListWithData:options:format:error:">(
+        data.raw(), immutable, formatIsNotAskedFor, error);
   });
 }
 
 Result<Object> xmlPropertyList(const Dictionary& dictionary) {
-  const Object native = dictionary.native();
   return objectOrError([&](objc::id* error) {
-    return send<objc::id>(classNamed<"NSPropertyListSerialization">().object(),
-                          selector<"dataWithPropertyList:format:options:error:">(), native.raw(),
-                          xmlFormat, noOptions, error);
+    return sendToClass<"NSPropertyListSerialization", "dataWithPropertyList:format:options:error:">(
+        dictionary.native(), xmlFormat, noOptions, error);
   });
 }
 

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <vector>
 
+#include "ZibPlatform/Foundation/Structures.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -133,9 +134,7 @@ std::string utf8FromUnits(const objc::UniChar* units, std::size_t length) {
 }
 
 Object stringFromUnits(const objc::UniChar* units, std::size_t length) {
-  const objc::id allocated = send<objc::id>(classNamed<"NSString">().object(), selector<"alloc">());
-  return Object::adopted(send<objc::id>(allocated, selector<"initWithCharacters:length:">(), units,
-                                        static_cast<objc::UInteger>(length)));
+  return create<"NSString", "initWithCharacters:length:">(units, objc::UInteger{length});
 }
 
 }  // namespace
@@ -149,10 +148,13 @@ Object makeString(std::string_view utf8) {
   return stringFromUnits(units.data(), writeUtf16(utf8, units.data()));
 }
 
-std::string utf8From(objc::id string) { return std::string(Utf8(string).view()); }
+std::string utf8From(objc::id string) { return StringRef::of(string).utf8(); }
 
-Utf8::Utf8(objc::id string) {  // NOLINT(cppcoreguidelines-pro-type-member-init): written below
+std::string StringRef::utf8() const { return std::string(Utf8(*this).view()); }
+
+Utf8::Utf8(StringRef text) {  // NOLINT(cppcoreguidelines-pro-type-member-init): written below
   static_assert(room >= shortText);
+  const objc::id string = text.native();
   const auto length = send<objc::UInteger>(string, selector<"length">());
   if (length == 0) return;
   const auto read = [&](objc::UniChar* units) {
@@ -190,7 +192,12 @@ bool StringRef::endsWith(std::string_view ascii) const {
                     });
 }
 
-bool isString(objc::id object) { return isKind<"NSString">(object); }
+objc::id makeInto(std::atomic<objc::id>& made, std::string_view text) {
+  Object string = makeString(text);
+  objc::id first = nullptr;
+  const bool isFirst = made.compare_exchange_strong(first, string.raw(), std::memory_order_acq_rel);
+  return isFirst ? string.relinquish() : first;
+}
 
 std::string wellFormed(std::string_view utf8) {
   std::string result;

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <string>
 #include <string_view>
 
+#include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/FixedString.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
@@ -15,11 +17,9 @@ namespace zib {
 // Never fails: bytes that are not UTF-8 become U+FFFD, one for each maximal ill-formed part.
 Object makeString(std::string_view utf8);
 
-// The whole text, NUL characters included; lone surrogates become U+FFFD. Empty for nil. `string`
-// is an NSString or nil.
+// The whole text, NUL characters included; lone surrogates become U+FFFD. Empty for nil and for
+// what is no NSString.
 std::string utf8From(objc::id string);
-
-bool isString(objc::id object);
 
 // A platform string that somebody else keeps alive, or none: for reading it where it lies. Not for
 // keeping it beyond the call in which it was handed out.
@@ -27,9 +27,11 @@ class StringRef {
  public:
   StringRef() noexcept = default;
   // None for nil and for what is no string.
-  static StringRef of(objc::id object) { return StringRef(isString(object) ? object : nullptr); }
+  static StringRef of(objc::id object) { return StringRef(cast<"NSString">(object)); }
 
   explicit operator bool() const noexcept { return raw_ != nullptr; }
+  // A copy of the text; empty where there is none. Utf8 reads it without one.
+  [[nodiscard]] std::string utf8() const;
   [[nodiscard]] objc::id native() const noexcept { return raw_; }
   // Whether it consists of exactly these ASCII characters, or ends with them.
   [[nodiscard]] bool equals(std::string_view ascii) const;
@@ -45,8 +47,7 @@ class StringRef {
 // an allocation where the text is short and ASCII, as links, tokens and identifiers are.
 class Utf8 {
  public:
-  explicit Utf8(objc::id string);
-  explicit Utf8(StringRef string) : Utf8(string.native()) {}
+  explicit Utf8(StringRef text);
   Utf8(const Utf8&) = delete;
   Utf8& operator=(const Utf8&) = delete;
 
@@ -74,10 +75,14 @@ struct ConstantString {
   objc::id (*object)() = nullptr;
 };
 
+// What objectOfConstant() does once.
+objc::id makeInto(std::atomic<objc::id>& made, std::string_view text);
+
 template <FixedString Text>
 objc::id objectOfConstant() {
-  static const objc::id string = objc::retain(makeString(Text.view()).raw());
-  return string;
+  static constinit std::atomic<objc::id> made{nullptr};
+  const objc::id string = made.load(std::memory_order_acquire);
+  return string == nullptr ? makeInto(made, Text.view()) : string;
 }
 
 template <FixedString Text>

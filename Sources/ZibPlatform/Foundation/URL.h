@@ -20,7 +20,7 @@ struct QueryItem {
 };
 
 // Copies share the platform's object, which never changes.
-class URL {
+class URL : public Handle {
  public:
   // Strict: an empty text is no URL, and characters that a URL cannot hold are not repaired, on no
   // version of the system (since iOS 17 the platform repairs unless it is told not to).
@@ -29,20 +29,14 @@ class URL {
   // None for nil and for what is no NSURL.
   static std::optional<URL> retained(objc::id object);
 
-  [[nodiscard]] std::string absoluteString() const;
-  // The same in place, for as long as the URL lives.
+  // For as long as the URL lives.
   [[nodiscard]] StringRef text() const;
   // The items in the order of the query; none when the URL has no query or cannot be split.
   [[nodiscard]] std::vector<QueryItem> queryItems() const;
-  [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 
  private:
-  explicit URL(Object native) noexcept : native_(std::move(native)) {}
-
-  Object native_;
+  friend class Borrowed<URL>;
+  explicit URL(Object native) noexcept : Handle(std::move(native)) {}
 };
-
-// What URL::text() gives, of a URL that is only borrowed. None for nil and for what is no NSURL.
-StringRef textOfURL(objc::id url);
 
 }  // namespace zib

@@ -14,7 +14,7 @@ namespace {
 using CompletionBlock = Block<void(objc::id, objc::id, objc::id)>;
 
 std::optional<long> httpStatusOf(objc::id response) {
-  if (!isKindOf(response, classNamed<"NSHTTPURLResponse">())) return std::nullopt;
+  if (!isKind<"NSHTTPURLResponse">(response)) return std::nullopt;
   return send<objc::Integer>(response, selector<"statusCode">());
 }
 
@@ -28,10 +28,7 @@ CompletionBlock completionBlock(const URLSession::Handler& handler) {
 }
 
 Object makeRequest(const URLRequest& request) {
-  const objc::id allocated =
-      send<objc::id>(classNamed<"NSMutableURLRequest">().object(), selector<"alloc">());
-  Object result =
-      Object::adopted(send<objc::id>(allocated, selector<"initWithURL:">(), request.url.native()));
+  Object result = create<"NSMutableURLRequest", "initWithURL:">(request.url.native());
   send<void>(result.raw(), selector<"setHTTPMethod:">(), makeString(request.method).raw());
   for (const HTTPHeader& header : request.headers) {
     send<void>(result.raw(), selector<"setValue:forHTTPHeaderField:">(),
@@ -45,8 +42,7 @@ Object makeRequest(const URLRequest& request) {
 void start(Selector dataTask, objc::id subject, const URLSession::Handler& handler) {
   const AutoreleasePool pool;
   const CompletionBlock block = completionBlock(handler);
-  const objc::id session =
-      send<objc::id>(classNamed<"NSURLSession">().object(), selector<"sharedSession">());
+  const objc::id session = sendToClass<"NSURLSession", "sharedSession">();
   const objc::id task = send<objc::id>(session, dataTask, subject, block.raw());
   if (task == nullptr) {
     handler({{}, {}, Error{"ZibMessaging", 0, "The system started no exchange", {}}});

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/Foundation/JSONText.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
@@ -16,8 +17,7 @@ namespace {
 Object objectFrom(const Value& value, int nesting);
 
 objc::id numberWithBool(bool value) {
-  return send<objc::id>(classNamed<"NSNumber">().object(), selector<"numberWithBool:">(),
-                        static_cast<objc::BOOL>(value));
+  return sendToClass<"NSNumber", "numberWithBool:">(static_cast<objc::BOOL>(value));
 }
 
 // Both platforms give booleans a class of their own, private but the same for true and false.
@@ -37,19 +37,17 @@ Value valueFromNumber(objc::id number) {
 }
 
 std::string description(objc::id object) {
-  const objc::id text = send<objc::id>(object, selector<"description">());
-  return isString(text) ? utf8From(text) : std::string();
+  return utf8From(send<objc::id>(object, selector<"description">()));
 }
 
 Value valueFromScalar(objc::id object) {
-  if (isString(object)) return utf8From(object);
-  if (isKindOf(object, classNamed<"NSNumber">())) return valueFromNumber(object);
-  if (isKindOf(object, classNamed<"NSNull">())) return Null{};
-  if (isData(object)) {
+  if (isKind<"NSNumber">(object)) return valueFromNumber(object);
+  if (isKind<"NSNull">(object)) return Null{};
+  if (isKind<"NSData">(object)) {
     const auto bytes = bytesOf(object);
     return Bytes(bytes.begin(), bytes.end());
   }
-  if (isKindOf(object, classNamed<"NSDate">())) {
+  if (isKind<"NSDate">(object)) {
     return Date{send<double>(object, selector<"timeIntervalSince1970">())};
   }
   return description(object);
@@ -104,15 +102,6 @@ void Taker::fail(ValueError problem) {
       Error{std::string(valueErrorDomain), static_cast<std::int64_t>(problem), std::move(text), {}};
 }
 
-// Calls `use` with each, until it says no.
-template <class Use>
-void forEach(objc::id collection, Selector enumerator, Use use) {
-  const objc::id objects = send<objc::id>(collection, enumerator);
-  while (const objc::id object = send<objc::id>(objects, selector<"nextObject">())) {
-    if (!use(object)) return;
-  }
-}
-
 // Keys that differ may have one text: of those, the entry of a string key stays.
 // NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
 Value Taker::takeDictionary(objc::id dictionary, int level) {
@@ -125,40 +114,40 @@ Value Taker::takeDictionary(objc::id dictionary, int level) {
     map.append(text, take(value, level));
   };
   bool hasOtherKeys = false;
-  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
-    if (isString(key)) {
-      append(utf8From(key), key);
+  for (const objc::id key : keysOf(dictionary)) {
+    if (const auto text = StringRef::of(key)) {
+      append(text.utf8(), key);
     } else {
       hasOtherKeys = true;
     }
-    return !error_;
-  });
-  if (!hasOtherKeys || error_) return map;
-  forEach(dictionary, selector<"keyEnumerator">(), [&](objc::id key) {
-    if (!isString(key)) append(description(key), key);
-    return !error_;
-  });
+    if (error_) return map;
+  }
+  if (!hasOtherKeys) return map;
+  for (const objc::id key : keysOf(dictionary)) {
+    if (!isKind<"NSString">(key)) append(description(key), key);
+    if (error_) return map;
+  }
   return map;
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
 Value Taker::takeCollection(objc::id collection, int level) {
   Array array;
-  forEach(collection, selector<"objectEnumerator">(), [&](objc::id element) {
+  for (const objc::id element : elements(collection)) {
     moveTo(level, std::to_string(array.size()));
     array.push_back(take(element, level));
-    return !error_;
-  });
+    if (error_) return array;
+  }
   return array;
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
 Value Taker::take(objc::id object, int level) {
   if (++taken_ > allowed_.values) fail(ValueError::tooManyValues);
-  if (error_ || object == nullptr || !isNSObject(object)) return Null{};
-  const bool isDictionary = isKindOf(object, classNamed<"NSDictionary">());
-  const bool isCollection =
-      isKindOf(object, classNamed<"NSArray">()) || isKindOf(object, classNamed<"NSSet">());
+  if (error_ || !isNSObject(object)) return Null{};
+  if (const auto text = StringRef::of(object)) return text.utf8();
+  const bool isDictionary = isKind<"NSDictionary">(object);
+  const bool isCollection = isKind<"NSArray">(object) || isKind<"NSSet">(object);
   if (!isDictionary && !isCollection) return valueFromScalar(object);
   if (level >= allowed_.levels) {
     fail(ValueError::nestedTooDeep);
@@ -167,12 +156,8 @@ Value Taker::take(objc::id object, int level) {
   return isDictionary ? takeDictionary(object, level + 1) : takeCollection(object, level + 1);
 }
 
-Object newObject(Class cls) {
-  return Object::adopted(send<objc::id>(cls.object(), selector<"new">()));
-}
-
 Object objectFromArray(const Array& array, int nesting) {
-  Object result = newObject(classNamed<"NSMutableArray">());
+  Object result = create<"NSMutableArray">();
   for (const Value& element : array) {
     send<void>(result.raw(), selector<"addObject:">(), objectFrom(element, nesting).raw());
   }
@@ -180,7 +165,7 @@ Object objectFromArray(const Array& array, int nesting) {
 }
 
 Object objectFromMap(const ValueMap& map, int nesting) {
-  Object result = newObject(classNamed<"NSMutableDictionary">());
+  Object result = create<"NSMutableDictionary">();
   for (const Member& member : map) {
     send<void>(result.raw(), selector<"setObject:forKey:">(),
                objectFrom(member.value, nesting).raw(), makeString(member.key).raw());
@@ -188,36 +173,26 @@ Object objectFromMap(const ValueMap& map, int nesting) {
   return result;
 }
 
-Object null() {
-  return Object::retained(send<objc::id>(classNamed<"NSNull">().object(), selector<"null">()));
-}
+Object null() { return Object::retained(sendToClass<"NSNull", "null">()); }
 
 // One overload for each alternative of a value.
 struct ObjectMaker {
   int nesting;
 
-  template <class T>
-  static Object number(Selector initialiser, T value) {
-    const objc::id allocated =
-        send<objc::id>(classNamed<"NSNumber">().object(), selector<"alloc">());
-    return Object::adopted(send<objc::id>(allocated, initialiser, value));
-  }
-
   Object operator()(Null) const { return null(); }
   Object operator()(bool value) const { return Object::retained(numberWithBool(value)); }
   Object operator()(std::int64_t value) const {
-    return number(selector<"initWithLongLong:">(), static_cast<long long>(value));
+    return create<"NSNumber", "initWithLongLong:">(static_cast<long long>(value));
   }
   Object operator()(std::uint64_t value) const {
-    return number(selector<"initWithUnsignedLongLong:">(), static_cast<unsigned long long>(value));
+    return create<"NSNumber", "initWithUnsignedLongLong:">(static_cast<unsigned long long>(value));
   }
-  Object operator()(double value) const { return number(selector<"initWithDouble:">(), value); }
+  Object operator()(double value) const { return create<"NSNumber", "initWithDouble:">(value); }
   Object operator()(const std::string& value) const { return makeString(value); }
   Object operator()(const Bytes& value) const { return makeData(value); }
   Object operator()(Date value) const {
-    return Object::retained(send<objc::id>(classNamed<"NSDate">().object(),
-                                           selector<"dateWithTimeIntervalSince1970:">(),
-                                           value.secondsSince1970));
+    return Object::retained(
+        sendToClass<"NSDate", "dateWithTimeIntervalSince1970:">(value.secondsSince1970));
   }
   Object operator()(const Array& value) const {
     return nesting >= maximumNesting ? null() : objectFromArray(value, nesting + 1);

@@ -39,6 +39,19 @@ struct BlockLayout {
   const BlockDescriptor* descriptor;
 };
 
+namespace encoding {
+
+template <>
+struct Of<BlockLayout*> : Text<"@?"> {};
+
+// A block's signature: its first argument is the block itself.
+template <class Signature>
+struct Block;
+template <class Result, class... Arguments>
+struct Block<Result(Arguments...)> : Method<Result(BlockLayout*, Arguments...)> {};
+
+}  // namespace encoding
+
 inline constexpr int blockHasCopyDispose = 1 << 25;
 inline constexpr int blockHasSignature = 1 << 30;
 

@@ -4,6 +4,18 @@
 
 namespace zib {
 
+Selector registerInto(std::atomic<objc::SEL>& registered, const char* name) {
+  const Selector selector(name);
+  registered.store(selector.raw(), std::memory_order_relaxed);
+  return selector;
+}
+
+Class lookUpInto(std::atomic<objc::Class>& found, const char* name) {
+  const Class cls = Class::named(name);
+  found.store(cls.raw(), std::memory_order_relaxed);
+  return cls;
+}
+
 bool Class::derivesFrom(Class ancestor) const {
   for (Class cls = *this; cls; cls = cls.superclass()) {
     if (cls == ancestor) return true;
@@ -37,8 +49,13 @@ bool isNSObject(objc::id object) {
   return cls && (cls.derivesFrom(root) || cls.derivesFrom(Class::ofObject(root.object())));
 }
 
-bool isKindOf(objc::id object, Class cls) {
-  return cls && send<objc::BOOL>(object, selector<"isKindOfClass:">(), cls.raw()) != 0;
+bool isKind(objc::id object, Class cls, Class ancestor, std::atomic<objc::Class>& lastFound) {
+  if (!ancestor || !isNSObject(object)) return false;
+  if (!cls.derivesFrom(ancestor)) {
+    return send<objc::BOOL>(object, selector<"isKindOfClass:">(), ancestor.raw()) != 0;
+  }
+  lastFound.store(cls.raw(), std::memory_order_relaxed);
+  return true;
 }
 
 bool respondsTo(objc::id object, Selector selector) {

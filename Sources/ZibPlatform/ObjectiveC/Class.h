@@ -69,41 +69,43 @@ class Class {
   objc::Class raw_ = nullptr;
 };
 
+// What classNamed() does until the class is there.
+Class lookUpInto(std::atomic<objc::Class>& found, const char* name);
+
 // The class of a name that is known at compile time, looked up until it is found and then kept: a
 // class can appear late, but never goes.
 template <FixedString Name>
 Class classNamed() {
   static constinit std::atomic<objc::Class> found{nullptr};
-  objc::Class raw = found.load(std::memory_order_relaxed);
-  if (raw == nullptr) {
-    raw = objc::lookUpClass(Name.data());
-    found.store(raw, std::memory_order_relaxed);
-  }
-  return Class(raw);
+  const objc::Class raw = found.load(std::memory_order_relaxed);
+  return raw == nullptr ? lookUpInto(found, Name.data()) : Class(raw);
 }
 
 // Whether the object, or the class object, belongs to the hierarchy of NSObject. Says false for
 // nil.
 bool isNSObject(objc::id object);
-// Whether the object is an instance of the class or of one that derives from it, by its own answer.
-// The object is one of NSObject's hierarchy, or nil.
-bool isKindOf(objc::id object, Class cls);
 bool respondsTo(objc::id object, Selector selector);
 
-// isKindOf() for a class that is known at compile time, made cheap for objects of the same class as
-// the last one: a payload's strings are mostly of one class. Only that class is remembered whose
-// ancestry says yes, which never changes.
+// What isKind() does for an object of another class than `lastFound`.
+bool isKind(objc::id object, Class cls, Class ancestor, std::atomic<objc::Class>& lastFound);
+
+// Whether the object is an instance of the class or of one that derives from it, by its ancestry or
+// its own answer. Says false for nil, and for what is outside NSObject's hierarchy. Cheap for
+// objects of the same class as the last one: a payload's strings are mostly of one class. Only that
+// class is remembered whose ancestry says yes, which never changes.
 template <FixedString Name>
 bool isKind(objc::id object) {
   if (object == nullptr) return false;
   static constinit std::atomic<objc::Class> lastFound{nullptr};
   const Class cls = Class::ofObject(object);
   if (cls.raw() == lastFound.load(std::memory_order_relaxed)) return true;
-  const Class ancestor = classNamed<Name>();
-  if (!ancestor || !isNSObject(object)) return false;
-  if (!cls.derivesFrom(ancestor)) return isKindOf(object, ancestor);
-  lastFound.store(cls.raw(), std::memory_order_relaxed);
-  return true;
+  return isKind(object, cls, classNamed<Name>(), lastFound);
+}
+
+// The object where it is of that class; nil where it is not.
+template <FixedString Name>
+objc::id cast(objc::id object) {
+  return isKind<Name>(object) ? object : nullptr;
 }
 
 }  // namespace zib

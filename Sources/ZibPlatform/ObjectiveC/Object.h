@@ -40,9 +40,24 @@ class Object {
   objc::id raw_ = nullptr;
 };
 
+// What stands for one of the platform's objects, such as a dictionary or the application. Copies
+// share the object.
+class Handle {
+ public:
+  // For as long as somebody retains it, as the handle does.
+  [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
+
+ protected:
+  Handle() noexcept = default;
+  explicit Handle(Object native) noexcept : native_(std::move(native)) {}
+
+ private:
+  Object native_;
+};
+
 // A handle, such as Notification, on an object that somebody keeps alive for the length of a call:
 // without the retain and release that a handle of one's own costs. Copies of the handle retain.
-template <class Handle>
+template <class T>
 class Borrowed {
  public:
   explicit Borrowed(objc::id object) : handle_(Object::adopted(object)) {}
@@ -50,11 +65,12 @@ class Borrowed {
   Borrowed(const Borrowed&) = delete;
   Borrowed& operator=(const Borrowed&) = delete;
 
-  const Handle& operator*() const noexcept { return handle_; }
+  const T& operator*() const noexcept { return handle_; }
+  const T* operator->() const noexcept { return &handle_; }
 
  private:
   union {
-    Handle handle_;
+    T handle_;
   };
 };
 

@@ -27,18 +27,17 @@ class Selector {
   objc::SEL raw_;
 };
 
+// What selector() does once.
+Selector registerInto(std::atomic<objc::SEL>& registered, const char* name);
+
 // The selector of a name that is known at compile time: `selector<"delegate">()`. An atomic rather
 // than a function-local static, since registering twice is harmless and a plain load is cheaper
 // than a guard.
 template <FixedString Name>
 Selector selector() {
   static constinit std::atomic<objc::SEL> registered{nullptr};
-  objc::SEL raw = registered.load(std::memory_order_relaxed);
-  if (raw == nullptr) {
-    raw = objc::registerSelector(Name.data());
-    registered.store(raw, std::memory_order_relaxed);
-  }
-  return Selector(raw);
+  const objc::SEL raw = registered.load(std::memory_order_relaxed);
+  return raw == nullptr ? registerInto(registered, Name.data()) : Selector(raw);
 }
 
 }  // namespace zib

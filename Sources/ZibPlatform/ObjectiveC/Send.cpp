@@ -4,9 +4,6 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-
-#include "ZibPlatform/ObjectiveC/Class.h"
-
 namespace zib {
 namespace {
 
@@ -52,6 +49,12 @@ std::string withBlocksAsObjects(std::string types) {
 }
 
 }  // namespace
+
+objc::id allocate(Class cls) { return send<objc::id>(cls.object(), selector<"alloc">()); }
+
+Object create(Class cls) {
+  return Object::adopted(send<objc::id>(cls.object(), selector<"new">()));
+}
 
 void checkSend(objc::id receiver, Selector selector, const char* types) {
   const Method method = Class::ofObject(receiver).instanceMethod(selector);

@@ -1,4 +1,4 @@
-// Message sending with the exact type of the method.
+// Message sending with the exact type of the method, to objects and to classes, and making objects.
 //
 // A message to nil gives R{}. Not noexcept: an unknown selector, and any method, can throw the
 // platform's exception, which unwinds C++ frames.
@@ -13,7 +13,10 @@
 
 #include <type_traits>
 
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/FixedString.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 #include "ZibPlatform/ObjectiveC/Selector.h"
 #include "ZibPlatform/ObjectiveC/TypeEncoding.h"
 
@@ -22,6 +25,11 @@ namespace zib {
 // Says so unless `types` and the method that `receiver` answers `selector` with agree.
 // Methods that the receiver only forwards cannot be checked and pass.
 void checkSend(objc::id receiver, Selector selector, const char* types);
+
+// An object that is not initialised yet, and the caller's.
+objc::id allocate(Class cls);
+// A new object of the class; nil of none.
+Object create(Class cls);
 
 // Of each build its own, so that the linker cannot take one for the other.
 #if defined(ZIB_CHECKS_SENDS)
@@ -44,6 +52,26 @@ Result send(objc::id receiver, Selector selector, Arguments... arguments) {
   using Function = Result(objc::id, objc::SEL, Arguments...);
   return objc::functionFor<Function>(receiver, selector.raw())(receiver, selector.raw(),
                                                                arguments...);
+}
+
+// A message to the class object: `sendToClass<"NSNull", "null">()`. One to a class that is not
+// there gives R{}, as one to nil.
+template <FixedString ClassName, FixedString SelectorName, class Result = objc::id,
+          class... Arguments>
+Result sendToClass(Arguments... arguments) {
+  return send<Result>(classNamed<ClassName>().object(), selector<SelectorName>(), arguments...);
+}
+
+// A new object: `create<"NSData", "initWithBytes:length:">(bytes, length)`. Nil where there is no
+// such class, or where the initialiser says so.
+template <FixedString ClassName, FixedString Initialiser, class... Arguments>
+Object create(Arguments... arguments) {
+  return Object::adopted(
+      send<objc::id>(allocate(classNamed<ClassName>()), selector<Initialiser>(), arguments...));
+}
+template <FixedString ClassName>
+Object create() {
+  return create(classNamed<ClassName>());
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 namespace zib {
 
 // Main thread, as all of UIKit; only handing the object on is free to any.
-class Application {
+class Application : public Handle {
  public:
   // The shared application, or none: no class "UIApplication", one that is no NSObject, or nil.
   static std::optional<Application> shared();
@@ -31,12 +31,9 @@ class Application {
   // False, and nothing happens, when the application does not respond to the open selector. The
   // completion gets, on the main thread, whether the system opened the URL; it must not throw.
   bool open(const URL& url, std::function<void(bool)> completion) const;
-  [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 
  private:
-  explicit Application(Object native) noexcept : native_(std::move(native)) {}
-
-  Object native_;
+  explicit Application(Object native) noexcept : Handle(std::move(native)) {}
 };
 
 }  // namespace zib

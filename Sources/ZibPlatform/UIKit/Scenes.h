@@ -24,8 +24,6 @@ class ConnectedScenes {
   std::vector<Object> scenes_;
 };
 
-// The elements of a set, in its own order. Empty for nil.
-std::vector<Object> elementsOf(objc::id set);
 // The URL that one UIOpenURLContext carries.
 std::optional<URL> urlOfContext(objc::id context);
 

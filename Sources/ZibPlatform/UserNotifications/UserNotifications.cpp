@@ -1,7 +1,6 @@
 #include "ZibPlatform/UserNotifications/UserNotifications.h"
 
 #include "ZibPlatform/Foundation/Process.h"
-#include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
@@ -11,67 +10,52 @@ namespace {
 
 constexpr objc::UInteger noOptions = 0;
 
-Object emptyArray() { return objectFrom(Value(Array())); }
-
 Object makeAction(const NotificationAction& action) {
-  return Object::retained(send<objc::id>(classNamed<"UNNotificationAction">().object(),
-                                         selector<"actionWithIdentifier:title:options:">(),
-                                         makeString(action.identifier).raw(),
-                                         makeString(action.title).raw(), noOptions));
+  return Object::retained(
+      sendToClass<"UNNotificationAction", "actionWithIdentifier:title:options:">(
+          makeString(action.identifier).raw(), makeString(action.title).raw(), noOptions));
 }
 
 Object makeCategory(const NotificationCategory& category) {
-  const Object actions = emptyArray();
+  const Object actions = create<"NSMutableArray">();
   for (const NotificationAction& action : category.actions) {
     send<void>(actions.raw(), selector<"addObject:">(), makeAction(action).raw());
   }
-  return Object::retained(send<objc::id>(
-      classNamed<"UNNotificationCategory">().object(),
-      selector<"categoryWithIdentifier:actions:intentIdentifiers:options:">(),
-      makeString(category.identifier).raw(), actions.raw(), emptyArray().raw(), noOptions));
-}
-
-objc::id userInfoOf(objc::id notification) {
-  const objc::id request = send<objc::id>(notification, selector<"request">());
-  const objc::id content = send<objc::id>(request, selector<"content">());
-  const objc::id userInfo = send<objc::id>(content, selector<"userInfo">());
-  return isKind<"NSDictionary">(userInfo) ? userInfo : nullptr;
+  return Object::retained(sendToClass<"UNNotificationCategory",
+                                      "categoryWithIdentifier:actions:intentIdentifiers:options:">(
+      makeString(category.identifier).raw(), actions.raw(), create<"NSMutableArray">().raw(),
+      noOptions));
 }
 
 }  // namespace
 
-Dictionary Notification::userInfo() const { return Dictionary::retained(nativeUserInfo()); }
-
-objc::id Notification::nativeUserInfo() const { return userInfoOf(native_.raw()); }
-
-std::string NotificationResponse::actionIdentifier() const {
-  return utf8From(actionText().native());
+Dictionary Notification::userInfo() const {
+  const objc::id request = send<objc::id>(native(), selector<"request">());
+  const objc::id content = send<objc::id>(request, selector<"content">());
+  return Dictionary::retained(send<objc::id>(content, selector<"userInfo">()));
 }
 
-StringRef NotificationResponse::actionText() const {
-  return StringRef::of(send<objc::id>(native_.raw(), selector<"actionIdentifier">()));
+StringRef NotificationResponse::actionIdentifier() const {
+  return StringRef::of(send<objc::id>(native(), selector<"actionIdentifier">()));
 }
 
-objc::id NotificationResponse::nativeUserInfo() const {
-  return userInfoOf(send<objc::id>(native_.raw(), selector<"notification">()));
-}
-
-Notification NotificationResponse::notification() const {
-  return Notification::retained(send<objc::id>(native_.raw(), selector<"notification">()));
+Dictionary NotificationResponse::userInfo() const {
+  const objc::id notification = send<objc::id>(native(), selector<"notification">());
+  return Borrowed<Notification>(notification)->userInfo();
 }
 
 NotificationCenter NotificationCenter::current() {
   if (isTestProcessWithoutApp()) return NotificationCenter({});
-  return NotificationCenter(Object::retained(send<objc::id>(
-      classNamed<"UNUserNotificationCenter">().object(), selector<"currentNotificationCenter">())));
+  return NotificationCenter(
+      Object::retained(sendToClass<"UNUserNotificationCenter", "currentNotificationCenter">()));
 }
 
 objc::id NotificationCenter::delegate() const {
-  return send<objc::id>(native_.raw(), selector<"delegate">());
+  return send<objc::id>(native(), selector<"delegate">());
 }
 
 void NotificationCenter::setDelegate(objc::id delegate) const {
-  send<void>(native_.raw(), selector<"setDelegate:">(), delegate);
+  send<void>(native(), selector<"setDelegate:">(), delegate);
 }
 
 void NotificationCenter::requestAuthorization(
@@ -81,17 +65,16 @@ void NotificationCenter::requestAuthorization(
         answer(granted != 0,
                error == nullptr ? std::nullopt : std::optional(Error::fromNative(error)));
       });
-  send<void>(native_.raw(), selector<"requestAuthorizationWithOptions:completionHandler:">(),
-             options, handler.raw());
+  send<void>(native(), selector<"requestAuthorizationWithOptions:completionHandler:">(), options,
+             handler.raw());
 }
 
 void NotificationCenter::setCategories(std::span<const NotificationCategory> categories) const {
-  const Object set =
-      Object::adopted(send<objc::id>(classNamed<"NSMutableSet">().object(), selector<"new">()));
+  const Object set = create<"NSMutableSet">();
   for (const NotificationCategory& category : categories) {
     send<void>(set.raw(), selector<"addObject:">(), makeCategory(category).raw());
   }
-  send<void>(native_.raw(), selector<"setNotificationCategories:">(), set.raw());
+  send<void>(native(), selector<"setNotificationCategories:">(), set.raw());
 }
 
 }  // namespace zib

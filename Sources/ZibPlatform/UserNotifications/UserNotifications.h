@@ -15,41 +15,31 @@
 namespace zib {
 
 // A notification on its way to the user.
-class Notification {
+class Notification : public Handle {
  public:
   static Notification retained(objc::id object) { return Notification(Object::retained(object)); }
   // What the sender put into it. Empty when any step of the way there is missing.
   [[nodiscard]] Dictionary userInfo() const;
-  // The platform's own dictionary, or nil, for as long as the notification lives.
-  [[nodiscard]] objc::id nativeUserInfo() const;
-  [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
 
  private:
   friend class Borrowed<Notification>;
-  explicit Notification(Object native) noexcept : native_(std::move(native)) {}
-
-  Object native_;
+  explicit Notification(Object native) noexcept : Handle(std::move(native)) {}
 };
 
 // What the user did with a notification.
-class NotificationResponse {
+class NotificationResponse : public Handle {
  public:
   static NotificationResponse retained(objc::id object) {
     return NotificationResponse(Object::retained(object));
   }
-  [[nodiscard]] std::string actionIdentifier() const;
-  // The same in place, for as long as the response lives.
-  [[nodiscard]] StringRef actionText() const;
+  // For as long as the response lives.
+  [[nodiscard]] StringRef actionIdentifier() const;
   // That of the notification.
-  [[nodiscard]] objc::id nativeUserInfo() const;
-  [[nodiscard]] Notification notification() const;
-  [[nodiscard]] objc::id native() const noexcept { return native_.raw(); }
+  [[nodiscard]] Dictionary userInfo() const;
 
  private:
   friend class Borrowed<NotificationResponse>;
-  explicit NotificationResponse(Object native) noexcept : native_(std::move(native)) {}
-
-  Object native_;
+  explicit NotificationResponse(Object native) noexcept : Handle(std::move(native)) {}
 };
 
 struct NotificationAction {
@@ -72,12 +62,12 @@ inline constexpr objc::UInteger banner = 16;  // presentation only, since iOS 14
 
 // The current notification centre. Where the system has none, requests go unanswered and the
 // delegate is nil.
-class NotificationCenter {
+class NotificationCenter : public Handle {
  public:
   static NotificationCenter current();
 
   // Whether the system has one.
-  explicit operator bool() const noexcept { return static_cast<bool>(native_); }
+  explicit operator bool() const noexcept { return native() != nullptr; }
 
   [[nodiscard]] objc::id delegate() const;
   // The centre does not own its delegate.
@@ -91,9 +81,7 @@ class NotificationCenter {
   void setCategories(std::span<const NotificationCategory> categories) const;
 
  private:
-  explicit NotificationCenter(Object native) noexcept : native_(std::move(native)) {}
-
-  Object native_;
+  explicit NotificationCenter(Object native) noexcept : Handle(std::move(native)) {}
 };
 
 }  // namespace zib

@@ -179,7 +179,7 @@ TEST_F(HostileInputTest, URLs) {
   forMutationsOf("app://user:pw@host.example:80/a/b;c?q=1&r=%20#f", [](const std::string& damaged) {
     const std::optional<zib::URL> url = zib::URL::parse(damaged);
     if (!url) return;
-    EXPECT_EQ(url->absoluteString(), damaged);
+    EXPECT_EQ(url->text().utf8(), damaged);
     static_cast<void>(url->queryItems());
   });
 }

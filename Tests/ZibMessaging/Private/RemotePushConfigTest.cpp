@@ -41,7 +41,7 @@ TEST_F(RemotePushConfigTest, TakesATrueTogglesURL) {
       configFrom({{"ios_config_toggle", true}, {"ios_private_key_url", plistURL}, {"other", 5}});
   EXPECT_TRUE(config.enabled);
   ASSERT_TRUE(config.firebasePlistURL);
-  EXPECT_EQ(config.firebasePlistURL->absoluteString(), plistURL);
+  EXPECT_EQ(config.firebasePlistURL->text().utf8(), plistURL);
 }
 
 TEST_F(RemotePushConfigTest, NamesNoURLWhenOff) {
@@ -103,7 +103,7 @@ TEST_F(RemotePushConfigTest, ReadsTheBodyOfStatus200) {
   ASSERT_TRUE(config);
   EXPECT_TRUE(config->enabled);
   ASSERT_TRUE(config->firebasePlistURL);
-  EXPECT_EQ(config->firebasePlistURL->absoluteString(), "https://config.example/p");
+  EXPECT_EQ(config->firebasePlistURL->text().utf8(), "https://config.example/p");
 }
 
 TEST_F(RemotePushConfigTest, PassesTheErrorOfTheExchangeOn) {
@@ -151,7 +151,7 @@ class FirebasePlistTest : public test::PlatformTest {};
 TEST_F(FirebasePlistTest, IsRead) {
   const auto plist = zib::readFirebasePlist(reply(xmlPlist));
   ASSERT_TRUE(plist);
-  EXPECT_EQ(plist->string("BUNDLE_ID"), "com.example.host");
+  EXPECT_EQ(plist->text("BUNDLE_ID").utf8(), "com.example.host");
   EXPECT_EQ(*plist->values(),
             (ValueMap{{"BUNDLE_ID", "com.example.host"}, {"IS_ADS_ENABLED", false}}));
 }
@@ -165,7 +165,7 @@ TEST_F(FirebasePlistTest, IsReadWhateverTheStatus) {
 TEST_F(FirebasePlistTest, IsReadInTheOldTextForm) {
   const auto plist = zib::readFirebasePlist(reply("{ BUNDLE_ID = \"com.example.host\"; }"));
   ASSERT_TRUE(plist);
-  EXPECT_EQ(plist->string("BUNDLE_ID"), "com.example.host");
+  EXPECT_EQ(plist->text("BUNDLE_ID").utf8(), "com.example.host");
 }
 
 TEST_F(FirebasePlistTest, CanBeEmpty) {

@@ -25,11 +25,11 @@ class DictionaryTest : public test::PlatformTest {};
 TEST_F(DictionaryTest, TheDefaultIsEmptyAndStillHasAnObject) {
   const Dictionary dictionary;
   EXPECT_TRUE(dictionary.empty());
-  EXPECT_EQ(dictionary.string("a"), std::nullopt);
-  EXPECT_EQ(dictionary.string(constantString<"a">), std::nullopt);
+  EXPECT_FALSE(dictionary.text("a"));
+  EXPECT_FALSE(dictionary.text(constantString<"a">));
   EXPECT_EQ(dictionary.boolean(constantString<"a">), std::nullopt);
   EXPECT_TRUE(dictionary.values()->empty());
-  EXPECT_EQ(send<UInteger>(dictionary.native().raw(), selector<"count">()), 0U);
+  EXPECT_EQ(send<UInteger>(dictionary.native(), selector<"count">()), 0U);
 }
 
 TEST_F(DictionaryTest, AnythingButADictionaryCountsAsEmpty) {
@@ -48,7 +48,7 @@ TEST_F(DictionaryTest, KeepsThePlatformsOwnObject) {
   EXPECT_EQ(owners(), 1U);
   {
     const Dictionary dictionary = Dictionary::retained(object.raw());
-    EXPECT_EQ(dictionary.native().raw(), object.raw());
+    EXPECT_EQ(dictionary.native(), object.raw());
     EXPECT_EQ(owners(), 2U);
     const Dictionary copy = dictionary;  // NOLINT(performance-unnecessary-copy-initialization)
     EXPECT_EQ(owners(), 3U);
@@ -64,12 +64,13 @@ TEST_F(DictionaryTest, OnlyTopLevelTextUnderExactlyTheKeyIsText) {
                                                   {"null", Null{}},
                                                   {"list", zib::Array{"text"}},
                                                   {"map", ValueMap{{"nested", "inside"}}}});
-  EXPECT_EQ(dictionary.string(constantString<"text">), "value");
-  EXPECT_EQ(dictionary.string("text"), "value");
-  EXPECT_EQ(dictionary.string("empty"), "");
+  EXPECT_EQ(dictionary.text(constantString<"text">).utf8(), "value");
+  EXPECT_EQ(dictionary.text("text").utf8(), "value");
+  EXPECT_TRUE(dictionary.text("empty"));
+  EXPECT_EQ(dictionary.text("empty").utf8(), "");
   for (const char* key :
        {"number", "truth", "null", "list", "map", "nested", "Text", "text ", ""}) {
-    EXPECT_EQ(dictionary.string(key), std::nullopt) << key;
+    EXPECT_FALSE(dictionary.text(key)) << key;
   }
 }
 
@@ -108,8 +109,8 @@ TEST_F(DictionaryTest, KeysThatAreNoTextDoNotDisturbReading) {
   send<void>(object.raw(), selector<"setObject:forKey:">(), zib::makeString("null").raw(),
              zib::objectFrom(Value()).raw());
   const Dictionary dictionary = Dictionary::retained(object.raw());
-  EXPECT_EQ(dictionary.string("a"), "b");
-  EXPECT_EQ(dictionary.string("7"), std::nullopt);
+  EXPECT_EQ(dictionary.text("a").utf8(), "b");
+  EXPECT_FALSE(dictionary.text("7"));
   EXPECT_EQ(dictionary.values()->size(), 3U);
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "ZibPlatform/Foundation/Structures.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -88,16 +89,17 @@ TEST_F(StringsTest, LengthsAroundTheStackBufferAndAMegabyte) {
 
 TEST_F(StringsTest, NilIsEmptyText) {
   EXPECT_EQ(utf8From(nullptr), "");
-  EXPECT_FALSE(zib::isString(nullptr));
+  EXPECT_FALSE(zib::StringRef::of(nullptr));
 }
 
 TEST_F(StringsTest, AMutableStringIsAStringAndANumberIsNone) {
-  const id text = send<id>(zib::classNamed<"NSMutableString">().object(), selector<"string">());
-  EXPECT_TRUE(zib::isString(text));
-  EXPECT_FALSE(zib::isString(zib::classNamed<"NSString">().object()));
-  const id number =
-      send<id>(zib::classNamed<"NSNumber">().object(), selector<"numberWithInt:">(), 1);
-  EXPECT_FALSE(zib::isString(number));
+  const id text = zib::sendToClass<"NSMutableString", "string">();
+  EXPECT_EQ(zib::StringRef::of(text).native(), text);
+  const id number = zib::sendToClass<"NSNumber", "numberWithInt:">(1);
+  for (const id other : {number, zib::classNamed<"NSString">().object()}) {
+    EXPECT_FALSE(zib::StringRef::of(other));
+    EXPECT_EQ(utf8From(other), "");
+  }
 }
 
 TEST_F(StringsTest, FirstCharactersNeverCutsInsideOne) {

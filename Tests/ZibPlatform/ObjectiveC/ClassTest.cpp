@@ -22,6 +22,7 @@ using zib::Object;
 using zib::Selector;
 using zib::selector;
 using zib::send;
+using zib::objc::BOOL;
 using zib::objc::id;
 using zib::objc::SEL;
 
@@ -89,7 +90,7 @@ TEST_F(ClassTest, NilHasNoClass) {
   EXPECT_FALSE(Class::ofObject(nullptr));
   EXPECT_FALSE(Class::visibleClassOf(nullptr));
   EXPECT_FALSE(zib::isNSObject(nullptr));
-  EXPECT_FALSE(zib::isKindOf(nullptr, classNamed<"NSObject">()));
+  EXPECT_FALSE(zib::isKind<"NSObject">(nullptr));
   EXPECT_FALSE(zib::respondsTo(nullptr, selector<"description">()));
 }
 
@@ -181,6 +182,28 @@ TEST_F(ClassTest, TheVisibleClassIsTheActualOneWhenTheObjectsAnswerCannotBe) {
                            .method("class", &noClass)
                            .registerClass();
   EXPECT_EQ(Class::visibleClassOf(make(silent).raw()), silent);
+}
+
+TEST_F(ClassTest, AnObjectIsTakenForAnyClassOfItsAncestryAndForNoOther) {
+  const Object text = zib::makeString("text");
+  EXPECT_EQ(zib::cast<"NSString">(text.raw()), text.raw());
+  EXPECT_EQ(zib::cast<"NSObject">(text.raw()), text.raw());
+  EXPECT_EQ(zib::cast<"NSData">(text.raw()), nullptr);
+  EXPECT_EQ(zib::cast<"ClassTestNobodyHasThis">(text.raw()), nullptr);
+  EXPECT_EQ(zib::cast<"NSString">(nullptr), nullptr);
+  EXPECT_EQ(zib::cast<"NSString">(classNamed<"NSString">().object()), nullptr);
+}
+
+BOOL isAnything(id, SEL, zib::objc::Class) { return 1; }
+
+TEST_F(ClassTest, AnObjectMayAnswerForAClassThatItDoesNotDeriveFrom) {
+  const Class cls = ClassBuilder("ClassTestDisguised", classNamed<"NSObject">())
+                        .method("isKindOfClass:", &isAnything)
+                        .registerClass();
+  const Object disguised = make(cls);
+  EXPECT_EQ(zib::cast<"NSData">(disguised.raw()), disguised.raw());
+  // What one object answers says nothing of its class.
+  EXPECT_FALSE(zib::isKind<"NSData">(zib::makeString("text").raw()));
 }
 
 TEST_F(ClassTest, OnlyTheHierarchyOfNSObjectCounts) {

@@ -46,13 +46,21 @@ double takeAll(id self, SEL command, id object, double number, BOOL flag) {
 void raiseStandard(id, SEL) { test::raise(test::Thrown::standard); }
 void raisePlatform(id, SEL) { test::raise(test::Thrown::platform); }
 
+id initWithName(id self, SEL, id name) {
+  seen().object = name;
+  if (name != nullptr) return self;
+  zib::objc::release(self);
+  return nullptr;
+}
+
 zib::Object makeReceiver() {
   static const Class cls = zib::ClassBuilder("SendTestReceiver", classNamed<"NSObject">())
+                               .method("initWithName:", &initWithName)
                                .method("take:number:flag:", &takeAll)
                                .method("raiseStandard", &raiseStandard)
                                .method("raisePlatform", &raisePlatform)
                                .registerClass();
-  return zib::Object::adopted(send<id>(cls.object(), selector<"new">()));
+  return zib::create(cls);
 }
 
 TEST_F(SendTest, ArgumentsAndResultArriveWhole) {
@@ -75,6 +83,40 @@ TEST_F(SendTest, NilAnswersWithNothing) {
   EXPECT_EQ(send<UInteger>(nullptr, selector<"length">()), 0U);
   EXPECT_EQ(send<const char*>(nullptr, selector<"objCType">()), nullptr);
   send<void>(nullptr, selector<"addObject:">(), id{nullptr});
+}
+
+TEST_F(SendTest, AClassTakesMessagesToo) {
+  EXPECT_EQ((zib::sendToClass<"SendTestNobodyHasThis", "alloc">()), nullptr);
+  makeReceiver();
+  EXPECT_EQ((zib::sendToClass<"SendTestReceiver", "class", zib::objc::Class>()),
+            Class::named("SendTestReceiver").raw());
+  EXPECT_EQ((zib::sendToClass<"SendTestReceiver", "instancesRespondToSelector:", BOOL>(
+                selector<"take:number:flag:">().raw())),
+            1);
+}
+
+UInteger owners(const zib::Object& object) {
+  return send<UInteger>(object.raw(), selector<"retainCount">());
+}
+
+TEST_F(SendTest, WhatIsCreatedIsTheCallersOwn) {
+  makeReceiver();
+  const zib::Object made = zib::create<"SendTestReceiver">();
+  EXPECT_EQ(Class::ofObject(made.raw()), Class::named("SendTestReceiver"));
+  EXPECT_EQ(owners(made), 1U);
+  EXPECT_EQ(Class::ofObject(zib::create(classNamed<"SendTestReceiver">()).raw()),
+            Class::ofObject(made.raw()));
+  const zib::Object initialised = zib::create<"SendTestReceiver", "initWithName:">(made.raw());
+  EXPECT_EQ(Class::ofObject(initialised.raw()), Class::ofObject(made.raw()));
+  EXPECT_EQ(seen().object, made.raw());
+  EXPECT_EQ(owners(initialised), 1U);
+}
+
+TEST_F(SendTest, NothingIsCreatedOfAClassThatIsNotThereOrThatRefuses) {
+  EXPECT_FALSE(zib::create<"SendTestNobodyHasThis">());
+  EXPECT_FALSE((zib::create<"SendTestNobodyHasThis", "initWithName:">(id{nullptr})));
+  makeReceiver();
+  EXPECT_FALSE((zib::create<"SendTestReceiver", "initWithName:">(id{nullptr})));
 }
 
 TEST_F(SendTest, ExceptionsPassThrough) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "ZibPlatform/Foundation/Structures.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
+
 namespace {
 
 using zib::BlockLayout;
@@ -58,6 +61,23 @@ TEST(TypeEncodingTest, Pointers) {
   EXPECT_EQ(method<void(id, SEL, void*)>(), "v24@0:8^v16");
   EXPECT_EQ(method<id(id, SEL, id*)>(), "@24@0:8^@16");
   EXPECT_EQ(method<id(id, SEL, const UniChar*)>(), "@24@0:8r^S16");
+}
+
+struct Point {
+  double x;
+  double y;
+};
+
+}  // namespace
+
+template <>
+struct zib::encoding::Of<Point> : Text<"{Point=dd}"> {};
+
+namespace {
+
+TEST(TypeEncodingTest, ATypeStatesItsOwnAndItsPointersFollow) {
+  EXPECT_EQ((method<void(id, SEL, Point)>()), "v32@0:8{Point=dd}16");
+  EXPECT_EQ((method<void(id, SEL, Point*, const Point*)>()), "v32@0:8^{Point=dd}16r^{Point=dd}24");
 }
 
 TEST(TypeEncodingTest, BlocksTakeThemselvesFirst) {
