@@ -50,6 +50,11 @@ std::vector<InspectedField> inspectEvent(const Payload& payload, std::string_vie
   return fields;
 }
 
+bool hasScheme(std::string_view url) {
+  const std::size_t end = url.find_first_of(":/?#");
+  return end != std::string_view::npos && end > 0 && url[end] == ':';
+}
+
 ConsideredKey considerBeforeDecision(const std::string& key, zib::StringRef text,
                                      const Json& payload) {
   switch (zib::verdictOnLink(text)) {
@@ -63,11 +68,15 @@ ConsideredKey considerBeforeDecision(const std::string& key, zib::StringRef text
       break;
   }
   const std::string candidate(zib::Utf8(text).view());
-  return zib::urlOfLink(text, candidate)
-             ? ConsideredKey{key, "opens", "the first link, so it decides: " + inQuotes(candidate)}
-             : ConsideredKey{
-                   key, "noURL",
-                   "the first text, so it decides, but it is no valid URL: " + inQuotes(candidate)};
+  const auto url = zib::urlOfLink(text, candidate);
+  if (!url) {
+    return {key, "noURL",
+            "the first text, so it decides, but it is no valid URL: " + inQuotes(candidate)};
+  }
+  const bool isOpened = hasScheme(url->absoluteString());
+  return {key, "opens",
+          std::string("the first link, so it decides") +
+              (isOpened ? ": " : ", but the system cannot open it: ") + inQuotes(candidate)};
 }
 
 ConsideredKey considerAfterDecision(const std::string& key, zib::StringRef text,
@@ -77,11 +86,6 @@ ConsideredKey considerAfterDecision(const std::string& key, zib::StringRef text,
           isLink ? inQuotes(zib::Utf8(text).view()) + " is not looked at: " + inQuotes(decider) +
                        " has decided"
                  : "not looked at"};
-}
-
-bool hasScheme(std::string_view url) {
-  const std::size_t end = url.find_first_of(":/?#");
-  return end != std::string_view::npos && end > 0 && url[end] == ':';
 }
 
 void decide(InspectedLink& link, const std::string& key, zib::StringRef text) {
