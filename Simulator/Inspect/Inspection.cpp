@@ -50,6 +50,11 @@ std::vector<InspectedField> inspectEvent(const Payload& payload, std::string_vie
   return fields;
 }
 
+bool hasScheme(std::string_view url) {
+  const std::size_t end = url.find_first_of(":/?#");
+  return end != std::string_view::npos && end > 0 && url[end] == ':';
+}
+
 ConsideredKey considerBeforeDecision(const std::string& key, zib::StringRef text,
                                      const Json& payload) {
   switch (zib::verdictOnLink(text)) {
@@ -64,10 +69,12 @@ ConsideredKey considerBeforeDecision(const std::string& key, zib::StringRef text
   }
   const zib::Link found(text);
   const std::string sent = inQuotes(found.sent());
-  return found.url()
-             ? ConsideredKey{key, "opens", "the first link, so it decides: " + sent}
-             : ConsideredKey{key, "noURL",
-                             "the first text, so it decides, but it is no valid URL: " + sent};
+  if (!found.url()) {
+    return {key, "noURL", "the first text, so it decides, but it is no valid URL: " + sent};
+  }
+  return {key, "opens",
+          std::string("the first link, so it decides") +
+              (hasScheme(found.text()) ? ": " : ", but the system cannot open it: ") + sent};
 }
 
 ConsideredKey considerAfterDecision(const std::string& key, zib::StringRef text,
@@ -77,11 +84,6 @@ ConsideredKey considerAfterDecision(const std::string& key, zib::StringRef text,
           isLink ? inQuotes(zib::Utf8(text).view()) + " is not looked at: " + inQuotes(decider) +
                        " has decided"
                  : "not looked at"};
-}
-
-bool hasScheme(std::string_view url) {
-  const std::size_t end = url.find_first_of(":/?#");
-  return end != std::string_view::npos && end > 0 && url[end] == ':';
 }
 
 void decide(InspectedLink& link, const std::string& key, zib::StringRef text) {

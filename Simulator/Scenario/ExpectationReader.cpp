@@ -62,6 +62,19 @@ std::vector<const EntryKind*> kindsOf(const Node& pattern, std::string_view part
   return kinds;
 }
 
+// What every kind has against a pattern in the same words.
+std::vector<ScenarioError> errorsInAll(const std::vector<std::vector<ScenarioError>>& errors) {
+  std::vector<ScenarioError> found = errors.front();
+  std::erase_if(found, [&](const ScenarioError& error) {
+    return !std::all_of(errors.begin(), errors.end(), [&](const auto& ofKind) {
+      return std::any_of(ofKind.begin(), ofKind.end(), [&](const ScenarioError& other) {
+        return std::string_view(other.what()) == error.what();
+      });
+    });
+  });
+  return found;
+}
+
 // Of no single kind: there has to be one whose entries could match.
 void checkAgainstKinds(const Node& pattern, std::string_view partOfName, Reading& reading) {
   const std::size_t errorsBefore = reading.errors.size();
@@ -78,13 +91,14 @@ void checkAgainstKinds(const Node& pattern, std::string_view partOfName, Reading
     if (attempt.errors.empty()) return;
     errors.push_back(std::move(attempt.errors));
   }
-  if (errors.size() > 1) {
+  const auto inAll = errorsInAll(errors);
+  if (inAll.empty()) {
     Names names;
     for (const EntryKind* const kind : kinds) names.push_back(kind->name);
     pattern.fail("no entry has these values",
                  "values of one of the kinds that have these keys: " + quotedList(names));
   }
-  reading.errors.insert(reading.errors.end(), errors.front().begin(), errors.front().end());
+  reading.errors.insert(reading.errors.end(), inAll.begin(), inAll.end());
 }
 
 void refuseWholeItem(const Node& pattern) {

@@ -224,6 +224,8 @@ TEST_F(InspectionTest, ReadsWhatIsNotUTF8AndSaysSo) {
 TEST_F(InspectionTest, SaysThatTheSystemCannotOpenWhatHasNoScheme) {
   const Inspection inspection = of(with({{"url", "www.example.com"}}));
   EXPECT_FALSE(inspection.link.isOpenedBySystem);
+  EXPECT_EQ(inspection.link.considered.front().note,
+            "the first link, so it decides, but the system cannot open it: \"www.example.com\"");
   EXPECT_NE(sim::textFrom(inspection)
                 .find("\nTapped, it asks for what the system cannot open: www.example.com\n"),
             std::string::npos);

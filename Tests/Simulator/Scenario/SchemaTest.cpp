@@ -37,6 +37,13 @@ class Validator {
     });
   }
 
+  template <class Predicate>
+  static bool ofAll(const Json& object, Predicate predicate) {
+    const auto items = object.items();
+    return std::all_of(items.begin(), items.end(),
+                       [&](const auto& item) { return predicate(item.key(), item.value()); });
+  }
+
   // Made once each.
   static const std::regex& expressionOf(const std::string& pattern) {
     static std::map<std::string, std::regex> expressions;
@@ -95,10 +102,8 @@ class Validator {
       return accepts(root_.at(Json::json_pointer(rule.get<std::string>().substr(1))), value);
     }
     if (word == "properties") {
-      if (!value.is_object()) return true;
-      const auto items = rule.items();
-      return std::all_of(items.begin(), items.end(), [&](const auto& item) {
-        return !value.contains(item.key()) || accepts(item.value(), value.at(item.key()));
+      return !value.is_object() || ofAll(rule, [&](const std::string& key, const Json& member) {
+        return !value.contains(key) || accepts(member, value.at(key));
       });
     }
     if (word == "required") {
@@ -107,12 +112,9 @@ class Validator {
                          [&](const Json& key) { return value.contains(key.get<std::string>()); });
     }
     if (word == "additionalProperties") {
-      if (!value.is_object()) return true;
-      const auto items = value.items();
-      return std::all_of(items.begin(), items.end(), [&](const auto& item) {
-        const bool isNamed =
-            schema.contains("properties") && schema.at("properties").contains(item.key());
-        return isNamed || accepts(rule, item.value());
+      return !value.is_object() || ofAll(value, [&](const std::string& key, const Json& member) {
+        return (schema.contains("properties") && schema.at("properties").contains(key)) ||
+               accepts(rule, member);
       });
     }
     if (word == "items") {
@@ -122,17 +124,14 @@ class Validator {
     }
     if (word == "not") return !accepts(rule, value);
     if (word == "dependentSchemas") {
-      const auto dependents = rule.items();
-      return !value.is_object() ||
-             std::all_of(dependents.begin(), dependents.end(), [&](const auto& item) {
-               return !value.contains(item.key()) || accepts(item.value(), value);
-             });
+      return !value.is_object() || ofAll(rule, [&](const std::string& key, const Json& dependent) {
+        return !value.contains(key) || accepts(dependent, value);
+      });
     }
     if (word == "propertyNames") {
-      if (!value.is_object()) return true;
-      const auto members = value.items();
-      return std::all_of(members.begin(), members.end(),
-                         [&](const auto& member) { return accepts(rule, Json(member.key())); });
+      return !value.is_object() || ofAll(value, [&](const std::string& key, const Json&) {
+        return accepts(rule, Json(key));
+      });
     }
     if (word == "minItems") return !value.is_array() || value.size() >= rule.get<std::size_t>();
     if (word == "pattern") {
