@@ -68,13 +68,13 @@ int readStatus(const Node& node) {
   return static_cast<int>(status);
 }
 
-// Each gives a body; an answer has one of them at most.
+// Each gives a body; a reply has one of them at most.
 const std::vector<std::string_view>& bodyKinds() {
   static const std::vector<std::string_view> kinds{"text", "json", "base64", "file"};
   return kinds;
 }
 
-void readBodyInto(Answer& answer, const Node& node, const std::filesystem::path& folder) {
+void readBodyInto(Reply& reply, const Node& node, const std::filesystem::path& folder) {
   std::optional<Node> found;
   for (const std::string_view kind : bodyKinds()) {
     const auto body = node.find(kind);
@@ -82,15 +82,15 @@ void readBodyInto(Answer& answer, const Node& node, const std::filesystem::path&
     if (found) body->fail("a second body", "one of " + quotedList(bodyKinds()));
     found = body;
     Body read = readBody(kind, *body, folder);
-    answer.body = std::move(read.bytes);
+    reply.body = std::move(read.bytes);
     const bool hasType =
-        std::any_of(answer.headers.begin(), answer.headers.end(),
+        std::any_of(reply.headers.begin(), reply.headers.end(),
                     [](const auto& header) { return lowerCase(header.name) == "content-type"; });
-    if (!hasType) answer.headers.push_back({"Content-Type", read.type});
+    if (!hasType) reply.headers.push_back({"Content-Type", read.type});
   }
 }
 
-const Record<Answer>& answerRecord() {
+const Record<Reply>& replyRecord() {
   static const Kind<int> status{[](const Node& node, Reading&) { return readStatus(node); },
                                 {{"type", "integer"}, {"minimum", 200}, {"maximum", 599}},
                                 [](const int& value) { return Json(value); }};
@@ -98,11 +98,11 @@ const Record<Answer>& answerRecord() {
       [](const Node& node, Reading&) { return readHeaders(node); },
       {{"type", "object"}, {"additionalProperties", {{"type", "string"}}}}};
   // Bodies are read when the headers are known.
-  static const auto isReadLater = [](const Node&, Reading&, Answer&) {};
+  static const auto isReadLater = [](const Node&, Reading&, Reply&) {};
   static const auto record =
-      Record<Answer>()
-          .optional("status", &Answer::status, status, "the status")
-          .optional("headers", &Answer::headers, headers, "headers, each a text")
+      Record<Reply>()
+          .optional("status", &Reply::status, status, "the status")
+          .optional("headers", &Reply::headers, headers, "headers, each a text")
           .custom({"text", "the body as text", false, {{"type", "string"}}}, isReadLater)
           .custom({"json", "the body as JSON", false, Json::object()}, isReadLater)
           .custom({"base64",
@@ -115,14 +115,14 @@ const Record<Answer>& answerRecord() {
                    false,
                    {{"type", "string"}}},
                   isReadLater)
-          .optional("fault", &Answer::fault, kinds::oneOf<Fault>(), "how the exchange goes wrong");
+          .optional("fault", &Reply::fault, kinds::oneOf<Fault>(), "how the exchange goes wrong");
   return record;
 }
 
-Answer readAnswer(const Node& node, Reading& reading) {
-  Answer answer = answerRecord().read(node, reading);
-  readBodyInto(answer, node, reading.folder);
-  return answer;
+Reply readReply(const Node& node, Reading& reading) {
+  Reply reply = replyRecord().read(node, reading);
+  readBodyInto(reply, node, reading.folder);
+  return reply;
 }
 
 void checkHost(const Node& site, std::string_view host) {
@@ -146,7 +146,7 @@ Site readSite(const Node& node, Reading& reading) {
     reading.collectErrorOf([&] {
       const Node answer = node.require(target);
       checkTarget(answer, target);
-      site.emplace(target, readAnswer(answer, reading));
+      site.emplace(target, readReply(answer, reading));
     });
   }
   return site;
@@ -175,7 +175,7 @@ const Kind<Sites>& kinds::network() {
       &readSites,
       {{"type", "object"},
        {"additionalProperties",
-        {{"type", "object"}, {"additionalProperties", schemaOf(answerRecord().fields())}}}}};
+        {{"type", "object"}, {"additionalProperties", schemaOf(replyRecord().fields())}}}}};
   return kind;
 }
 

@@ -49,10 +49,12 @@ bool isNSObject(objc::id object) {
   return cls && (cls.derivesFrom(root) || cls.derivesFrom(Class::ofObject(root.object())));
 }
 
-bool isKind(objc::id object, Class cls, Class ancestor, std::atomic<objc::Class>& lastFound) {
-  if (!ancestor || !isNSObject(object)) return false;
-  if (!cls.derivesFrom(ancestor)) {
-    return send<objc::BOOL>(object, selector<"isKindOfClass:">(), ancestor.raw()) != 0;
+bool isKind(objc::id object, Class (*ancestor)(), std::atomic<objc::Class>& lastFound) {
+  const Class wanted = ancestor();
+  if (!wanted || !isNSObject(object)) return false;
+  const Class cls = Class::ofObject(object);
+  if (!cls.derivesFrom(wanted)) {
+    return send<objc::BOOL>(object, selector<"isKindOfClass:">(), wanted.raw()) != 0;
   }
   lastFound.store(cls.raw(), std::memory_order_relaxed);
   return true;

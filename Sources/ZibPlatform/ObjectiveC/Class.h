@@ -87,7 +87,7 @@ bool isNSObject(objc::id object);
 bool respondsTo(objc::id object, Selector selector);
 
 // What isKind() does for an object of another class than `lastFound`.
-bool isKind(objc::id object, Class cls, Class ancestor, std::atomic<objc::Class>& lastFound);
+bool isKind(objc::id object, Class (*ancestor)(), std::atomic<objc::Class>& lastFound);
 
 // Whether the object is an instance of the class or of one that derives from it, by its ancestry or
 // its own answer. Says false for nil, and for what is outside NSObject's hierarchy. Cheap for
@@ -97,9 +97,8 @@ template <FixedString Name>
 bool isKind(objc::id object) {
   if (object == nullptr) return false;
   static constinit std::atomic<objc::Class> lastFound{nullptr};
-  const Class cls = Class::ofObject(object);
-  if (cls.raw() == lastFound.load(std::memory_order_relaxed)) return true;
-  return isKind(object, cls, classNamed<Name>(), lastFound);
+  if (objc::classOf(object) == lastFound.load(std::memory_order_relaxed)) return true;
+  return isKind(object, &classNamed<Name>, lastFound);
 }
 
 // The object where it is of that class; nil where it is not.
