@@ -171,8 +171,8 @@ void setUpFirebase() {
 
 void setUpDevice() {
   const zib::AutoreleasePool pool;
-  sim::installFoundation();
-  sim::setSystemVersion(17, 0);
+  sim::foundation::install();
+  sim::foundation::setSystemVersion(17, 0);
   device().bundlePath = zib::makeString("/private/var/containers/Bundle/Application/App.app");
   sim::installMethod(classNamed<"NSBundle">(), "bundlePath", &bundlePath);
   setUpUIKit();

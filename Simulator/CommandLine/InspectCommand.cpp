@@ -31,7 +31,7 @@ std::string rendered(const Inspection& inspection, const InspectOptions& options
 int inspectPayload(const InspectOptions& options) {
   const std::string text =
       readInput(options.file, "a payload in JSON, such as an .apns file, or - for standard input");
-  installFoundation();
+  foundation::install();
   const zib::AutoreleasePool pool;
   Output output({});
   try {

@@ -14,7 +14,7 @@ namespace {
 
 // What is made at its first use is made before there are threads.
 void warmUp() {
-  installFoundation();
+  foundation::install();
   const zib::AutoreleasePool pool;
   static_cast<void>(inspect(R"({"url": "https://www.example/"})", ""));
 }

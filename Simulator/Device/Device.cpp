@@ -12,10 +12,10 @@ namespace {
 
 void setUpDocuments(Documents kind, const std::filesystem::path& folder) {
   if (kind == Documents::missing || folder.empty()) {
-    setDocumentsDirectory(std::nullopt);
+    foundation::setDocumentsDirectory(std::nullopt);
     return;
   }
-  setDocumentsDirectory(folder.string());
+  foundation::setDocumentsDirectory(folder.string());
   Timeline::shared().setDocumentsPath(folder.string());
   if (kind == Documents::readOnly) giveUpFilePrivileges();
 }
@@ -23,11 +23,11 @@ void setUpDocuments(Documents kind, const std::filesystem::path& folder) {
 }  // namespace
 
 Device::Device(const DeviceDescription& description, const std::filesystem::path& documents) {
-  setSystemVersion(description.osVersion.major, description.osVersion.minor);
-  installFoundation();
-  setMainBundlePath(description.bundlePath);
-  setMainBundleIdentifier(description.bundleIdentifier);
-  setClock([] { return inSeconds(Scheduler::shared().now()); });
+  foundation::setSystemVersion(description.osVersion.major, description.osVersion.minor);
+  foundation::install();
+  foundation::setMainBundlePath(description.bundlePath);
+  foundation::setMainBundleIdentifier(description.bundleIdentifier);
+  foundation::setClock([] { return inSeconds(Scheduler::shared().now()); });
   setUpDocuments(description.documents, documents);
   urlsession::install();
   uikit::install(description.application, description.opensURLs, description.asksDelegate);
@@ -38,7 +38,7 @@ Device::Device(const DeviceDescription& description, const std::filesystem::path
 }
 
 Device::~Device() {
-  setDocumentsDirectory(std::nullopt);
+  foundation::setDocumentsDirectory(std::nullopt);
   Timeline::shared().setDocumentsPath({});
 }
 

@@ -66,9 +66,9 @@ Trailer trailerOf(Bytes bytes) {
   return trailer;
 }
 
-class Reader {
+class BinaryReader {
  public:
-  explicit Reader(Bytes bytes)
+  explicit BinaryReader(Bytes bytes)
       : trailer_(trailerOf(bytes)), content_(bytes.first(bytes.size() - bplist::trailerSize)) {
     const bool isSound =
         isIntegerSize(trailer_.offsetSize) && isIntegerSize(trailer_.referenceSize) &&
@@ -229,7 +229,7 @@ class Reader {
 zib::Value readBinaryPropertyList(Bytes bytes) {
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   if (!text.starts_with(bplist::header)) throw FormatError("the binary form's version is unknown");
-  return Reader(bytes).read();
+  return BinaryReader(bytes).read();
 }
 
 }  // namespace sim

@@ -40,7 +40,7 @@ std::size_t bytesFor(std::uint64_t greatest) {
   return count;
 }
 
-class Writer {
+class BinaryWriter {
  public:
   zib::Bytes write(const zib::Value& value) {
     append(bplist::header);
@@ -167,6 +167,6 @@ class Writer {
 
 }  // namespace
 
-zib::Bytes writeBinaryPropertyList(const zib::Value& value) { return Writer().write(value); }
+zib::Bytes writeBinaryPropertyList(const zib::Value& value) { return BinaryWriter().write(value); }
 
 }  // namespace sim

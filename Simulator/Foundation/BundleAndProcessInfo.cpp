@@ -73,17 +73,19 @@ BOOL isOperatingSystemAtLeast(id, SEL, OperatingSystemVersion wanted) {
 
 }  // namespace
 
-void setMainBundlePath(std::string path) { bundlePathSetting().set(std::move(path)); }
+void foundation::setMainBundlePath(std::string path) { bundlePathSetting().set(std::move(path)); }
 
-void setMainBundleIdentifier(std::optional<std::string> identifier) {
+void foundation::setMainBundleIdentifier(std::optional<std::string> identifier) {
   bundleIdentifierSetting().set(std::move(identifier));
 }
 
-void setSystemVersion(long major, long minor) { versionSetting().set({major, minor, 0}); }
+void foundation::setSystemVersion(long major, long minor) {
+  versionSetting().set({major, minor, 0});
+}
 
-OperatingSystemVersion systemVersion() { return versionSetting().get(); }
+OperatingSystemVersion foundation::systemVersion() { return versionSetting().get(); }
 
-void installBundleAndProcessInfo() {
+void foundation::installBundleAndProcessInfo() {
   mainBundle();
   originalBundlePath = installMethod(zib::Class::named("NSBundle"), "bundlePath", &bundlePath);
   originalBundleIdentifier =

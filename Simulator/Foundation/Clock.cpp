@@ -59,9 +59,9 @@ double timeIntervalSinceNow(id date, SEL) {
 
 }  // namespace
 
-void setClock(std::function<double()> now) { clockSetting().set(std::move(now)); }
+void foundation::setClock(std::function<double()> now) { clockSetting().set(std::move(now)); }
 
-void installClock() {
+void foundation::installClock() {
   const zib::Class date = zib::Class::named("NSDate");
   installClassMethod(date, "date", &dateNow);
   installClassMethod(date, "dateWithTimeIntervalSinceNow:", &dateSinceNow);

@@ -23,7 +23,7 @@ id stringFromDate(id, SEL, id date) {
 
 }  // namespace
 
-void installDateFormatter() {
+void foundation::installDateFormatter() {
   installMethod(zib::Class::named("NSISO8601DateFormatter"), "stringFromDate:", &stringFromDate);
 }
 

@@ -36,11 +36,11 @@ id urlsForDirectory(id, SEL, UInteger directory, UInteger domains) {
 
 }  // namespace
 
-void setDocumentsDirectory(std::optional<std::string> path) {
+void foundation::setDocumentsDirectory(std::optional<std::string> path) {
   documentsSetting().set(std::move(path));
 }
 
-void installDirectories() {
+void foundation::installDirectories() {
   installMethod(zib::Class::named("NSFileManager"),
                 "URLsForDirectory:inDomains:", &urlsForDirectory);
 }

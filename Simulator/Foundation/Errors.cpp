@@ -27,7 +27,7 @@ id localizedDescription(id error, SEL command) {
 
 }  // namespace
 
-void installErrors() {
+void foundation::installErrors() {
   originalDescription =
       installMethod(zib::Class::named("NSError"), "localizedDescription", &localizedDescription);
 }

@@ -200,7 +200,7 @@ id dataWithContentsOfURL(id cls, SEL, id url, UInteger options, id* error) {
 
 }  // namespace
 
-void installFileData() {
+void foundation::installFileData() {
   const zib::Class data = zib::Class::named("NSData");
   installMethod(data, "writeToURL:options:error:", &writeToURL);
   installMethod(data, "initWithContentsOfURL:options:error:", &initWithContentsOfURL);

@@ -6,13 +6,13 @@
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
-namespace sim {
+namespace sim::foundation {
 
-void prepareFoundation() {
+void prepare() {
   static std::once_flag installed;
   std::call_once(installed, [] {
     objc_thread_add();
-    keepThrownExceptions();
+    installThrownExceptions();
     const zib::AutoreleasePool pool;
     installClock();
     installDateFormatter();
@@ -28,8 +28,8 @@ void prepareFoundation() {
   });
 }
 
-void installFoundation() {
-  prepareFoundation();
+void install() {
+  prepare();
   static std::once_flag installed;
   std::call_once(installed, [] {
     const zib::AutoreleasePool pool;
@@ -37,4 +37,4 @@ void installFoundation() {
   });
 }
 
-}  // namespace sim
+}  // namespace sim::foundation

@@ -11,13 +11,13 @@
 
 #include "ZibPlatform/Foundation/Structures.h"
 
-namespace sim {
+namespace sim::foundation {
 
 // Once at start, before other threads send messages, and after setSystemVersion() where it is not
 // the default: what a version lacks is not there. Calling it again does nothing.
-void installFoundation();
+void install();
 // The part that is the same on every version, for a process that is copied before it is known.
-void prepareFoundation();
+void prepare();
 
 // The setters below may be called at any time, from any thread.
 
@@ -31,4 +31,4 @@ void setClock(std::function<double()> now);
 // The user's Documents directory; none means that the file manager knows of none.
 void setDocumentsDirectory(std::optional<std::string> path);
 
-}  // namespace sim
+}  // namespace sim::foundation

@@ -1,9 +1,10 @@
-// The parts of prepareFoundation(), one for each source file here. Called by nothing else.
+// The parts of prepare(), one for each source file here. Called by nothing else.
 
 #pragma once
 
-namespace sim {
+namespace sim::foundation {
 
+void installBundleAndProcessInfo();
 void installClock();
 void installDateFormatter();
 void installDirectories();
@@ -11,13 +12,12 @@ void installErrors();
 void installFileData();
 void installJSONSerialization();
 void installMethodSignatures();
-void installBundleAndProcessInfo();
 void installPropertyListSerialization();
 void installStrings();
+void installThrownExceptions();
 void installURLs();
-void keepThrownExceptions();
 
 // The part of installURLs() that not every version of the system has.
 void installURLsOfVersion();
 
-}  // namespace sim
+}  // namespace sim::foundation

@@ -24,7 +24,7 @@ id jsonObject(id, SEL, id data, UInteger options, id* error) {
 
 }  // namespace
 
-void installJSONSerialization() {
+void foundation::installJSONSerialization() {
   installClassMethod(zib::Class::named("NSJSONSerialization"),
                      "JSONObjectWithData:options:error:", &jsonObject);
 }

@@ -27,7 +27,7 @@ zib::objc::id signatureWithObjCTypes(zib::objc::id cls, zib::objc::SEL command, 
 
 }  // namespace
 
-void installMethodSignatures() {
+void foundation::installMethodSignatures() {
   signatureFromTypes = installClassMethod(zib::classNamed<"NSMethodSignature">(),
                                           "signatureWithObjCTypes:", &signatureWithObjCTypes);
 }

@@ -151,7 +151,7 @@ id dataWithPropertyList(id, SEL, id list, UInteger format, UInteger /*options*/,
 
 }  // namespace
 
-void installPropertyListSerialization() {
+void foundation::installPropertyListSerialization() {
   const zib::Class serialization = zib::Class::named("NSPropertyListSerialization");
   installClassMethod(serialization,
                      "propertyListWithData:options:format:error:", &propertyListWithData);

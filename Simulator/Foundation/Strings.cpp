@@ -34,7 +34,7 @@ id initWithCharacters(id string, SEL command, const UniChar* units, UInteger len
 }  // namespace
 
 // NSString's own serves the private classes too that its `alloc` and NSMutableString's give.
-void installStrings() {
+void foundation::installStrings() {
   originalInit = installMethod(zib::classNamed<"NSString">(),
                                "initWithCharacters:length:", &initWithCharacters);
 }

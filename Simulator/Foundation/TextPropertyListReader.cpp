@@ -37,9 +37,9 @@ std::string fromNextStep(std::uint8_t byte) {
   return zib::utf8From(text.raw());
 }
 
-class Reader {
+class TextReader {
  public:
-  explicit Reader(std::string_view text) : text_(text) {}
+  explicit TextReader(std::string_view text) : text_(text) {}
 
   zib::Value read() {
     skipSpace();
@@ -226,6 +226,6 @@ class Reader {
 
 }  // namespace
 
-zib::Value readTextPropertyList(std::string_view utf8) { return Reader(utf8).read(); }
+zib::Value readTextPropertyList(std::string_view utf8) { return TextReader(utf8).read(); }
 
 }  // namespace sim

@@ -27,6 +27,6 @@ void objc_exception_throw(zib::objc::id exception) {
 namespace sim {
 
 // From its call on nothing changes: that it is called links the function above.
-void keepThrownExceptions() {}
+void foundation::installThrownExceptions() {}
 
 }  // namespace sim

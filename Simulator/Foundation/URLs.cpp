@@ -57,7 +57,7 @@ id initWithMissingPath(id url, SEL command, std::string text, std::size_t missin
 // and can be told so; before, it took square brackets anywhere and repaired nothing.
 bool isModern() {
   constexpr long firstModern = 17;
-  return systemVersion().major >= firstModern;
+  return foundation::systemVersion().major >= firstModern;
 }
 
 std::optional<URLText> parsedAsBySystem(std::string_view text) {
@@ -150,7 +150,7 @@ id initComponents(id components, SEL command, id url, BOOL resolves) {
 
 }  // namespace
 
-void installURLs() {
+void foundation::installURLs() {
   const Class url = Class::named("NSURL");
   originals.urlString = class_getInstanceVariable(url.raw(), "_urlString");
   originals.baseURL = class_getInstanceVariable(url.raw(), "_baseURL");
@@ -163,7 +163,7 @@ void installURLs() {
       installMethod(components, "initWithURL:resolvingAgainstBaseURL:", &initComponents);
 }
 
-void installURLsOfVersion() {
+void foundation::installURLsOfVersion() {
   if (!isModern()) return;
   const Class url = Class::named("NSURL");
   installMethod(url, "initWithString:encodingInvalidCharacters:", &initEncoding);

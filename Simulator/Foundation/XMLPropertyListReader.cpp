@@ -120,33 +120,34 @@ const Leaf* leafNamed(std::string_view name) {
 
 using Parser = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
 
-class Reader {
+class XMLReader {
  public:
-  Reader() : parser_(XML_ParserCreate(nullptr), &XML_ParserFree) {
+  XMLReader() : parser_(XML_ParserCreate(nullptr), &XML_ParserFree) {
     XML_SetUserData(parser_.get(), this);
     XML_SetElementHandler(
         parser_.get(),
         [](void* self, const char* name, const char**) {
-          static_cast<Reader*>(self)->handle([&](Reader& reader) { reader.start(name); });
+          static_cast<XMLReader*>(self)->handle([&](XMLReader& reader) { reader.start(name); });
         },
         [](void* self, const char* name) {
-          static_cast<Reader*>(self)->handle([&](Reader& reader) { reader.end(name); });
+          static_cast<XMLReader*>(self)->handle([&](XMLReader& reader) { reader.end(name); });
         });
     XML_SetCharacterDataHandler(parser_.get(), [](void* self, const char* text, int length) {
-      static_cast<Reader*>(self)->handle([&](Reader& reader) {
+      static_cast<XMLReader*>(self)->handle([&](XMLReader& reader) {
         reader.characters({text, static_cast<std::size_t>(length)});
       });
     });
     // A document type allows entities that are declared elsewhere, and then the parser passes over
     // those that it does not know.
     XML_SetSkippedEntityHandler(parser_.get(), [](void* self, const char* name, int) {
-      static_cast<Reader*>(self)->handle(
-          [&](Reader&) { throw FormatError("the entity " + std::string(name) + " is unknown"); });
+      static_cast<XMLReader*>(self)->handle([&](XMLReader&) {
+        throw FormatError("the entity " + std::string(name) + " is unknown");
+      });
     });
     XML_SetEntityDeclHandler(parser_.get(), [](void* self, const char*, int, const char*, int,
                                                const char*, const char*, const char*, const char*) {
-      static_cast<Reader*>(self)->handle(
-          [](Reader&) { throw FormatError("a property list declares no entities"); });
+      static_cast<XMLReader*>(self)->handle(
+          [](XMLReader&) { throw FormatError("a property list declares no entities"); });
     });
   }
 
@@ -234,6 +235,8 @@ class Reader {
 
 }  // namespace
 
-zib::Value readXMLPropertyList(std::span<const std::uint8_t> bytes) { return Reader().read(bytes); }
+zib::Value readXMLPropertyList(std::span<const std::uint8_t> bytes) {
+  return XMLReader().read(bytes);
+}
 
 }  // namespace sim

@@ -87,7 +87,7 @@ std::vector<const zib::Member*> sortedMembers(const zib::ValueMap& map) {
   return members;
 }
 
-class Writer {
+class XMLWriter {
  public:
   std::string write(const zib::Value& value) {
     out_ += head;
@@ -159,6 +159,6 @@ class Writer {
 
 }  // namespace
 
-std::string writeXMLPropertyList(const zib::Value& value) { return Writer().write(value); }
+std::string writeXMLPropertyList(const zib::Value& value) { return XMLWriter().write(value); }
 
 }  // namespace sim

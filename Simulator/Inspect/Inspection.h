@@ -66,7 +66,7 @@ struct Inspection {
   std::optional<Alert> alert;
 };
 
-// Throws ScenarioError for what is no payload. Needs installFoundation(), and a pool on this
+// Throws ScenarioError for what is no payload. Needs foundation::install(), and a pool on this
 // thread.
 Inspection inspect(std::string_view text, std::string_view eventType);
 

@@ -23,9 +23,9 @@ void receiveUntilClosed(const Socket& connection) {
 
 }  // namespace
 
-FaultServer::FaultServer(const Answer& answer, std::function<void()> onHang)
-    : answer_(answer), onHang_(std::move(onHang)), socket_(Socket::bound()) {
-  if (answer.fault == Fault::refuse) return;
+FaultServer::FaultServer(const Reply& reply, std::function<void()> onHang)
+    : reply_(reply), onHang_(std::move(onHang)), socket_(Socket::bound()) {
+  if (reply.fault == Fault::refuse) return;
   socket_.listen();
   thread_ = std::thread([this] { serve(); });
 }
@@ -42,7 +42,7 @@ void FaultServer::serve() {
 }
 
 void FaultServer::breakDown(Socket connection) {
-  if (answer_.fault == Fault::tls) {
+  if (reply_.fault == Fault::tls) {
     static_cast<void>(connection.receive(chunk));
     connection.send("HTTP/1.1 400 Bad Request\r\n\r\n");
     connection.endSending();
@@ -51,11 +51,11 @@ void FaultServer::breakDown(Socket connection) {
   }
   receiveRequestHead(connection);
   sendFirstHalf(connection);
-  if (answer_.fault == Fault::reset) {
+  if (reply_.fault == Fault::reset) {
     connection.reset();
     return;
   }
-  if (answer_.fault == Fault::truncate) {
+  if (reply_.fault == Fault::truncate) {
     connection.endSending();
   } else {
     onHang_();
@@ -64,11 +64,11 @@ void FaultServer::breakDown(Socket connection) {
 }
 
 void FaultServer::sendFirstHalf(const Socket& connection) const {
-  const std::string& body = answer_.body;
-  if (body.empty() && answer_.fault != Fault::truncate) return;
+  const std::string& body = reply_.body;
+  if (body.empty() && reply_.fault != Fault::truncate) return;
   const std::size_t announced = std::max<std::size_t>(body.size(), 1);
-  std::string head = "HTTP/1.1 " + std::to_string(answer_.status) + " \r\n";
-  for (const zib::HTTPHeader& header : answer_.headers) {
+  std::string head = "HTTP/1.1 " + std::to_string(reply_.status) + " \r\n";
+  for (const zib::HTTPHeader& header : reply_.headers) {
     head += header.name + ": " + header.value + "\r\n";
   }
   head += "Content-Length: " + std::to_string(announced) + "\r\n\r\n";

@@ -12,9 +12,9 @@ namespace sim {
 
 class FaultServer {
  public:
-  // For any fault that has a server, which `none` and `unknownHost` do not. `answer` outlives the
+  // For any fault that has a server, which `none` and `unknownHost` do not. `reply` outlives the
   // server. Calls `onHang`, on a thread of its own, when it is about to answer no more.
-  FaultServer(const Answer& answer, std::function<void()> onHang);
+  FaultServer(const Reply& reply, std::function<void()> onHang);
   FaultServer(const FaultServer&) = delete;
   FaultServer& operator=(const FaultServer&) = delete;
   // The client has closed its connection by then.
@@ -27,7 +27,7 @@ class FaultServer {
   void breakDown(Socket connection);
   void sendFirstHalf(const Socket& connection) const;
 
-  const Answer& answer_;
+  const Reply& reply_;
   std::function<void()> onHang_;
   Socket socket_;
   std::thread thread_;

@@ -16,7 +16,7 @@ struct LoopbackServer::Server {
 LoopbackServer::LoopbackServer(const Sites& sites) : server_(std::make_unique<Server>()) {
   httplib::Server& http = server_->http;
   const auto answer = [&sites](const httplib::Request& request, httplib::Response& response) {
-    const Answer* const found = findAnswer(sites, request.get_header_value("Host"), request.target);
+    const Reply* const found = findReply(sites, request.get_header_value("Host"), request.target);
     constexpr int misdirectedRequest = 421;
     response.status = found == nullptr ? misdirectedRequest : found->status;
     if (found == nullptr) return;

@@ -55,17 +55,17 @@ HTTPOutcome Network::exchange(HTTPRequest request) {
 HTTPOutcome Network::exchangeOnce(const HTTPRequest& request) {
   const auto location = locate(request.url);
   if (!location) return {{}, {}, URLError::unsupportedURL};
-  const Answer* const answer = findAnswer(sites_, location->authority, location->target);
-  if (answer == nullptr) return {{}, {}, URLError::notConnectedToInternet};
+  const Reply* const reply = findReply(sites_, location->authority, location->target);
+  if (reply == nullptr) return {{}, {}, URLError::notConnectedToInternet};
   Transfer transfer;
-  if (answer->fault == Fault::none) return transfer.run(request, {.port = serverPort()});
-  if (answer->fault == Fault::unknownHost) {
+  if (reply->fault == Fault::none) return transfer.run(request, {.port = serverPort()});
+  if (reply->fault == Fault::unknownHost) {
     // Longer than a label of a host name can be, so no resolver asks anybody for it.
     constexpr std::size_t tooLong = 64;
     return transfer.run(request, {.host = std::string(tooLong, 'x'), .port = 80});
   }
-  const FaultServer server(*answer, [&transfer] { transfer.giveUp(); });
-  return transfer.run(request, {.port = server.port(), .usesTLS = answer->fault == Fault::tls});
+  const FaultServer server(*reply, [&transfer] { transfer.giveUp(); });
+  return transfer.run(request, {.port = server.port(), .usesTLS = reply->fault == Fault::tls});
 }
 
 int Network::serverPort() {

@@ -10,12 +10,12 @@ std::string listedHost(std::string_view host) {
   return lowerCase(host.substr(0, port));
 }
 
-const Answer* findAnswer(const Sites& sites, std::string_view host, std::string_view target) {
-  static const Answer notFound{404, {}, {}, Fault::none};
+const Reply* findReply(const Sites& sites, std::string_view host, std::string_view target) {
+  static const Reply notFound{404, {}, {}, Fault::none};
   const auto site = sites.find(listedHost(host));
   if (site == sites.end()) return nullptr;
-  const auto answer = site->second.find(target);
-  return answer == site->second.end() ? &notFound : &answer->second;
+  const auto reply = site->second.find(target);
+  return reply == site->second.end() ? &notFound : &reply->second;
 }
 
 }  // namespace sim

@@ -1,4 +1,4 @@
-// The servers of a scenario: what they answer, and how an exchange with them goes wrong.
+// The servers of a scenario: what they reply, and how an exchange with them goes wrong.
 
 #pragma once
 
@@ -13,7 +13,7 @@ namespace sim {
 
 enum class Fault {
   none,
-  hang,         // answers no more until the client gives up
+  hang,         // sends no more until the client gives up
   reset,        // breaks the connection off
   truncate,     // closes the connection before the body is complete
   tls,          // does not speak TLS
@@ -29,9 +29,9 @@ struct Names<Fault> {
                                           {refuse, "refuse"},     {unknownHost, "unknownHost"}};
 };
 
-// A fault that strikes during the answer leaves the first half of the body; without a body it
-// strikes before the answer's first byte, except that `truncate` then announces a body.
-struct Answer {
+// A fault that strikes during the reply leaves the first half of the body; without a body it
+// strikes before the reply's first byte, except that `truncate` then announces a body.
+struct Reply {
   int status = 200;
   std::vector<zib::HTTPHeader> headers;
   std::string body;
@@ -39,14 +39,14 @@ struct Answer {
 };
 
 // By request target: the path as sent, with its query.
-using Site = std::map<std::string, Answer, std::less<>>;
+using Site = std::map<std::string, Reply, std::less<>>;
 // By host name in lower case.
 using Sites = std::map<std::string, Site, std::less<>>;
 
 // The name by which a host is listed: in lower case, without a port.
 std::string listedHost(std::string_view host);
 
-// None where the host is not listed; an answer that says "not found" where only the target is not.
-const Answer* findAnswer(const Sites& sites, std::string_view host, std::string_view target);
+// None where the host is not listed; a reply that says "not found" where only the target is not.
+const Reply* findReply(const Sites& sites, std::string_view host, std::string_view target);
 
 }  // namespace sim

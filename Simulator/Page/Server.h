@@ -11,7 +11,7 @@ namespace sim {
 
 class PageServer {
  public:
-  // `program` is the zibsim that plays scenarios. Needs installFoundation(). Throws
+  // `program` is the zibsim that plays scenarios. Needs foundation::install(). Throws
   // std::runtime_error where the port cannot be had; 0 takes any that is free.
   PageServer(int port, std::string program);
   PageServer(const PageServer&) = delete;

@@ -25,19 +25,19 @@ SystemVersion readVersion(const Node& node, Reading& reading) {
   return reading.osVersion;
 }
 
-struct Authorization : usernotifications::Answer {
+struct PlannedAnswer : usernotifications::Answer {
   bool answersByItself = true;
 };
 
-const Kind<Authorization>& authorization() {
+const Kind<PlannedAnswer>& authorization() {
   static const Kind<bool> answer{
       [](const Node& node, Reading&) {
         return node.choice({"auto", "manual"}) == 0;
       },
       {{"enum", {"auto", "manual"}}},
       [](const bool& isAutomatic) { return Json(isAutomatic ? "auto" : "manual"); }};
-  static const Kind<Authorization> kind = objectOf(answerFields<Authorization>().optional(
-      "answer", &Authorization::answersByItself, answer,
+  static const Kind<PlannedAnswer> kind = objectOf(answerFields<PlannedAnswer>().optional(
+      "answer", &PlannedAnswer::answersByItself, answer,
       "\"auto\": at once; \"manual\": by the step answerAuthorization"));
   return kind;
 }
@@ -66,7 +66,7 @@ const Kind<DeviceDescription>& kinds::device() {
           .custom({"authorization", "how the user answers the request for permission", false,
                    authorization().schema},
                   [](const Node& node, Reading& reading, Description& device) {
-                    const Authorization read = authorization().read(node, reading);
+                    const PlannedAnswer read = authorization().read(node, reading);
                     device.authorization = read;
                     device.answersByItself = read.answersByItself;
                   })

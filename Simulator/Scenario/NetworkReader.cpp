@@ -73,13 +73,13 @@ int readStatus(const Node& node) {
   return node.value().get<int>();
 }
 
-// Each gives a body; an answer has one of them at most.
+// Each gives a body; a reply has one of them at most.
 const std::vector<std::string_view>& bodyKinds() {
   static const std::vector<std::string_view> kinds{"text", "json", "base64", "file"};
   return kinds;
 }
 
-void readBodyInto(Answer& answer, const Node& node, const std::filesystem::path& folder) {
+void readBodyInto(Reply& reply, const Node& node, const std::filesystem::path& folder) {
   std::optional<Node> found;
   for (const std::string_view kind : bodyKinds()) {
     const auto body = node.find(kind);
@@ -87,11 +87,11 @@ void readBodyInto(Answer& answer, const Node& node, const std::filesystem::path&
     if (found) body->fail("a second body", "one of " + quotedList(bodyKinds()));
     found = body;
     Body read = readBody(kind, *body, folder);
-    answer.body = std::move(read.bytes);
+    reply.body = std::move(read.bytes);
     const bool hasType =
-        std::any_of(answer.headers.begin(), answer.headers.end(),
+        std::any_of(reply.headers.begin(), reply.headers.end(),
                     [](const auto& header) { return lowerCase(header.name) == "content-type"; });
-    if (!hasType) answer.headers.push_back({"Content-Type", read.type});
+    if (!hasType) reply.headers.push_back({"Content-Type", read.type});
   }
 }
 
@@ -117,7 +117,7 @@ Json schemaOfHeaders() {
        {{"type", "string"}, {"pattern", R"(^[^\u0000-\u0008\u000a-\u001f\u007f]*$)"}}}};
 }
 
-const Record<Answer>& answerRecord() {
+const Record<Reply>& replyRecord() {
   static const Kind<int> status{[](const Node& node, Reading&) { return readStatus(node); },
                                 {{"type", "integer"}, {"minimum", 200}, {"maximum", 599}},
                                 [](const int& value) { return Json(value); }};
@@ -128,11 +128,11 @@ const Record<Answer>& answerRecord() {
       R"(^[ \t\r\n]*(?:(?:[A-Za-z0-9+/][ \t\r\n]*){4})*)"
       R"((?:(?:[A-Za-z0-9+/][ \t\r\n]*){2}[A-Za-z0-9+/=][ \t\r\n]*=[ \t\r\n]*)?$)";
   // Bodies are read when the headers are known.
-  static const auto isReadLater = [](const Node&, Reading&, Answer&) {};
+  static const auto isReadLater = [](const Node&, Reading&, Reply&) {};
   static const auto record =
-      Record<Answer>()
-          .optional("status", &Answer::status, status, "the status")
-          .optional("headers", &Answer::headers, headers, "headers, each a text")
+      Record<Reply>()
+          .optional("status", &Reply::status, status, "the status")
+          .optional("headers", &Reply::headers, headers, "headers, each a text")
           .custom({"text", "the body as text", false, {{"type", "string"}}}, isReadLater)
           .custom({"json", "the body as JSON", false, Json::object()}, isReadLater)
           .custom({"base64",
@@ -145,12 +145,12 @@ const Record<Answer>& answerRecord() {
                    false,
                    {{"type", "string"}}},
                   isReadLater)
-          .optional("fault", &Answer::fault, kinds::oneOf<Fault>(), "how the exchange goes wrong");
+          .optional("fault", &Reply::fault, kinds::oneOf<Fault>(), "how the exchange goes wrong");
   return record;
 }
 
 // With one body at most.
-Json schemaOfAnswer() {
+Json schemaOfReply() {
   Json twoBodies = Json::array();
   const auto& kinds = bodyKinds();
   for (auto one = kinds.begin(); one != kinds.end(); ++one) {
@@ -158,15 +158,15 @@ Json schemaOfAnswer() {
       twoBodies.push_back({{"required", {*one, *other}}});
     }
   }
-  Json schema = schemaOf(answerRecord().fields());
+  Json schema = schemaOf(replyRecord().fields());
   schema["not"] = {{"anyOf", twoBodies}};
   return schema;
 }
 
-Answer readAnswer(const Node& node, Reading& reading) {
-  Answer answer = answerRecord().read(node, reading);
-  readBodyInto(answer, node, reading.folder);
-  return answer;
+Reply readReply(const Node& node, Reading& reading) {
+  Reply reply = replyRecord().read(node, reading);
+  readBodyInto(reply, node, reading.folder);
+  return reply;
 }
 
 // Without a port, but with the colons inside of brackets.
@@ -194,7 +194,7 @@ Site readSite(const Node& node, Reading& reading) {
     reading.collectErrorOf([&] {
       const Node answer = node.require(target);
       checkTarget(answer, target);
-      site.emplace(target, readAnswer(answer, reading));
+      site.emplace(target, readReply(answer, reading));
     });
   }
   return site;
@@ -225,7 +225,7 @@ const Kind<Sites>& kinds::network() {
                                  {"additionalProperties",
                                   {{"type", "object"},
                                    {"propertyNames", {{"pattern", targetPattern}}},
-                                   {"additionalProperties", schemaOfAnswer()}}}}};
+                                   {"additionalProperties", schemaOfReply()}}}}};
   return kind;
 }
 

@@ -165,7 +165,7 @@ class SingleListener : public PlayListener {
 template <class At>
 void playAll(std::size_t count, std::size_t jobs, const At& at, PlayListener& listener) {
   // Once for all of them, since each starts as a copy of this process.
-  prepareFoundation();
+  foundation::prepare();
   // First, so that the folders are gone when a signal has its effect.
   const Interruption interruption;
   std::list<Process> processes;

@@ -69,7 +69,7 @@ zib::Object makeDelegate() {
 
 Host::Host() {
   keepCallbacksFromFirstEntries();
-  sim::installFoundation();
+  sim::foundation::install();
   sim::uikit::install(sim::uikit::ApplicationPresence::present, true);
   sim::usernotifications::install(std::nullopt);
   CountingCore::install(events_);

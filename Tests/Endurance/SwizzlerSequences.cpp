@@ -87,7 +87,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const zib::AutoreleasePool pool;
-  sim::installFoundation();
+  sim::foundation::install();
   sim::uikit::install(sim::uikit::ApplicationPresence::present, true);
   sim::usernotifications::install(std::nullopt);
   for (unsigned long seed = *first; seed < *first + *count; ++seed) {

@@ -20,7 +20,7 @@ void require(bool holds, const char* what) {
 // The fuzzer's own names.
 extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {
   const zib::AutoreleasePool pool;
-  sim::installFoundation();
+  sim::foundation::install();
   fuzz::prepare();
   return 0;
 }

@@ -13,7 +13,7 @@ class NoCenterTest : public HostTest {
  protected:
   NoCenterTest() {
     sim::xctest::install();
-    sim::setMainBundleIdentifier(std::nullopt);
+    sim::foundation::setMainBundleIdentifier(std::nullopt);
   }
 };
 
@@ -25,10 +25,10 @@ TEST_F(NoCenterTest, ConfigureSaysSoInOneErrorLine) {
 }
 
 TEST_F(NoCenterTest, ConfigurePushCompletesWithNo) {
-  sim::Answer configuration;
+  sim::Reply configuration;
   configuration.body =
       R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
-  sim::Answer plist;
+  sim::Reply plist;
   plist.body = R"(<?xml version="1.0"?><plist version="1.0"><dict/></plist>)";
   device_.connectTo({{"config.example", {{"/push.json", configuration}, {"/plist", plist}}}});
   std::vector<bool> completions;

@@ -1,6 +1,6 @@
 // The simulated device that a test runs on, with a core that records, and a view of what happened.
 //
-// Not for tests of a platform service alone: those need installFoundation() at most.
+// Not for tests of a platform service alone: those need foundation::install() at most.
 
 #pragma once
 

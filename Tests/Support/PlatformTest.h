@@ -20,7 +20,7 @@ class PlatformTest : public testing::Test {
 // The same with the simulated device's Foundation.
 class FoundationTest : public PlatformTest {
  protected:
-  FoundationTest() { sim::installFoundation(); }
+  FoundationTest() { sim::foundation::install(); }
 };
 
 }  // namespace test

@@ -85,13 +85,13 @@ std::string propertyList() {
 
 zib::ValueMap propertyListValues() { return {{"API_KEY", "k-1"}, {"IS_ADS_ENABLED", false}}; }
 
-sim::Answer answer(std::string body, int status) {
+sim::Reply answer(std::string body, int status) {
   return {status, {}, std::move(body), sim::Fault::none};
 }
 
-sim::Answer broken(sim::Fault fault, std::string body) { return {200, {}, std::move(body), fault}; }
+sim::Reply broken(sim::Fault fault, std::string body) { return {200, {}, std::move(body), fault}; }
 
-sim::Answer redirect(std::string location, int status) {
+sim::Reply redirect(std::string location, int status) {
   return {status, {{"Location", std::move(location)}}, "moved", sim::Fault::none};
 }
 
@@ -144,7 +144,7 @@ PushFlow::PushFlow()
   serve(Request::propertyList, answer(propertyList()));
 }
 
-void PushFlow::serve(Request request, sim::Answer answer) {
+void PushFlow::serve(Request request, sim::Reply answer) {
   if (request == Request::configuration) {
     serve(configurationHost, configurationTarget, std::move(answer));
   } else {
@@ -152,7 +152,7 @@ void PushFlow::serve(Request request, sim::Answer answer) {
   }
 }
 
-void PushFlow::serve(const std::string& host, const std::string& target, sim::Answer answer) {
+void PushFlow::serve(const std::string& host, const std::string& target, sim::Reply answer) {
   sites_[host][target] = std::move(answer);
 }
 

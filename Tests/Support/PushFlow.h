@@ -35,9 +35,9 @@ std::string configuration(const std::string& toggle = "true",
 std::string propertyList();
 zib::ValueMap propertyListValues();
 
-sim::Answer answer(std::string body, int status = 200);
-sim::Answer broken(sim::Fault fault, std::string body = {});
-sim::Answer redirect(std::string location, int status = 302);
+sim::Reply answer(std::string body, int status = 200);
+sim::Reply broken(sim::Fault fault, std::string body = {});
+sim::Reply redirect(std::string location, int status = 302);
 
 namespace story {
 
@@ -71,8 +71,8 @@ class PushFlow {
   PushFlow& operator=(const PushFlow&) = delete;
 
   // Answers from then on; both requests get their good documents until another one is given.
-  void serve(Request request, sim::Answer answer);
-  void serve(const std::string& host, const std::string& target, sim::Answer answer);
+  void serve(Request request, sim::Reply answer);
+  void serve(const std::string& host, const std::string& target, sim::Reply answer);
   // Takes a server off the network.
   void unlist(Request request);
 

@@ -60,7 +60,7 @@ void countRelease(void* context) { ++*static_cast<int*>(context); }
 // A core in C.
 
 TEST(ZibCoreInCTest, ReceivesWhatTheModuleHandsOver) {
-  sim::installFoundation();
+  sim::foundation::install();
   c_notes notes{};
   ASSERT_TRUE(c_install_core(&notes));
   zib_messaging_configure(nullptr);
@@ -89,7 +89,7 @@ TEST(ZibCoreInCTest, SaysWhereThePushConfigurationIs) {
 }
 
 TEST(ZibCoreInCTest, IsAskedForTheEndpoint) {
-  sim::installFoundation();
+  sim::foundation::install();
   c_notes notes{};
   ASSERT_TRUE(c_install_core(&notes));
   sim::uikit::install(sim::uikit::ApplicationPresence::present, true);
@@ -99,7 +99,7 @@ TEST(ZibCoreInCTest, IsAskedForTheEndpoint) {
 }
 
 TEST(ZibWithoutCoreTest, IsSaidOnceOnStandardError) {
-  sim::installFoundation();
+  sim::foundation::install();
   testing::internal::CaptureStderr();
   zib_messaging_configure(nullptr);
   zib_messaging_configure(nullptr);
@@ -118,7 +118,7 @@ TEST(ZibWithoutCoreTest, IsNotSaidWhereThereIsOne) {
 constexpr std::size_t olderSize = offsetof(zib_core, track_self_describing_event);
 
 TEST(ZibCoreInCTest, OfAnOlderVersionWorks) {
-  sim::installFoundation();
+  sim::foundation::install();
   static std::string lines;
   zib_core core{};
   core.size = olderSize;
@@ -134,7 +134,7 @@ TEST(ZibCoreInCTest, OfAnOlderVersionWorks) {
 }
 
 TEST(ZibCoreInCTest, OfAnUnknownSizeIsRefused) {
-  sim::installFoundation();
+  sim::foundation::install();
   int released = 0;
   zib_core core{};
   core.context = &released;
@@ -665,7 +665,7 @@ TEST_P(ZibCThrowingHostTest, StopsAtTheSurface) {
 }
 
 TEST_P(ZibCThrowingHostTest, MayBeTheCore) {
-  sim::installFoundation();
+  sim::foundation::install();
   zib_core core{};
   core.size = sizeof(core);
   core.config = [](void*, zib_config*) -> bool { test::raise(kind); };
@@ -744,7 +744,7 @@ TEST(ZibJSONTest, IsNoneOfWhatIsTooDeep) {
 }
 
 TEST(ZibJSONTest, HasWordsForEveryValue) {
-  sim::installFoundation();
+  sim::foundation::install();
   const Object object = zib::objectFrom(ValueMap{
       {"all", zib::Array{zib::Null(), true, -1, 1.5, "a\"\\\n\u00e9", zib::Bytes{1, 2, 3, 4},
                          zib::Date{0}, zib::Array(), ValueMap()}}});

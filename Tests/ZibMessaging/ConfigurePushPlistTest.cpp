@@ -186,7 +186,7 @@ TEST_P(ObstructedDocumentsTest, CostNothingButTheStoredFile) {
 }
 
 void setLongPath(const fs::path& documents, std::size_t length) {
-  sim::setDocumentsDirectory(documents.string() + repeated("/deeper", length / 7));
+  sim::foundation::setDocumentsDirectory(documents.string() + repeated("/deeper", length / 7));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -215,7 +215,8 @@ INSTANTIATE_TEST_SUITE_P(
                  false},
         Obstacle{"OfTooLongAName", 514,
                  [](const fs::path& documents, const fs::path&) {
-                   sim::setDocumentsDirectory(documents.string() + "/" + std::string(300, 'n'));
+                   sim::foundation::setDocumentsDirectory(documents.string() + "/" +
+                                                          std::string(300, 'n'));
                  },
                  false},
         Obstacle{"AFolderInTheFilesPlace", 512,
@@ -243,7 +244,7 @@ INSTANTIATE_TEST_SUITE_P(
     test::rowName);
 
 TEST_F(ConfigurePushPlistTest, WithoutADocumentsFolderNothingIsStoredNorSaid) {
-  sim::setDocumentsDirectory(std::nullopt);
+  sim::foundation::setDocumentsDirectory(std::nullopt);
   EXPECT_EQ(flow_.run(), test::story::registered(""));
   EXPECT_EQ(flow_.handled(), std::vector{test::propertyListValues()});
   EXPECT_EQ(ZibPushConfig::shared().savedFirebasePlistPath(), std::nullopt);

@@ -12,8 +12,8 @@
 
 namespace {
 
-using sim::Answer;
 using sim::Fault;
+using sim::Reply;
 using test::answer;
 using test::broken;
 using test::redirect;
@@ -177,7 +177,7 @@ TEST_F(ConfigurePushTransportTest, ARedirectThatLeadsNowhereEndsTheFlow) {
 
 // Each flow with its configuration at a URL of its own.
 struct ParallelFlow {
-  Answer configuration;
+  Reply configuration;
   bool isRegistering;
 };
 

@@ -138,7 +138,7 @@ TEST_F(InstanceGoneTest, ADelegateMayBeReleasedWhileItIsCalled) {
 
 // Once the push is known to be on, the flow ends without a word, and never completes.
 TEST_F(InstanceGoneTest, AConfigurePushFlowEndsInSilenceAfterItsFetch) {
-  sim::Answer configuration;
+  sim::Reply configuration;
   configuration.body =
       R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
   device_.connectTo({{"config.example", {{"/push.json", configuration}}}});

@@ -30,8 +30,8 @@ using Lines = std::vector<std::string>;
 class NoUserNotificationsTest : public testing::Test {
  protected:
   NoUserNotificationsTest() {
-    sim::setSystemVersion(17, 0);
-    sim::installFoundation();
+    sim::foundation::setSystemVersion(17, 0);
+    sim::foundation::install();
     sim::urlsession::install();
     sim::uikit::install(sim::uikit::ApplicationPresence::present, true);
     sim::installRecordingCore();
@@ -82,10 +82,10 @@ TEST_F(NoUserNotificationsTest, RegisteringSaysSoInOneErrorLine) {
 }
 
 TEST_F(NoUserNotificationsTest, ConfigurePushCompletesWithNo) {
-  sim::Answer configuration;
+  sim::Reply configuration;
   configuration.body =
       R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
-  sim::Answer plist;
+  sim::Reply plist;
   plist.body = R"(<?xml version="1.0"?><plist version="1.0"><dict/></plist>)";
   const auto network = std::make_shared<sim::Network>(
       sim::Sites{{"config.example", {{"/push.json", configuration}, {"/plist", plist}}}});

@@ -131,7 +131,7 @@ TEST(RuntimeSurfaceTest, ADisabledPassLeavesTheHostAlone) {
 
 TEST(RuntimeSurfaceTest, AnExtensionIsLeftAloneEvenWhenDisabled) {
   const Device device;
-  sim::setMainBundlePath("/Applications/HostApp.app/PlugIns/Share.appex");
+  sim::foundation::setMainBundlePath("/Applications/HostApp.app/PlugIns/Share.appex");
   ZibSwizzleManager::shared().setSwizzlingEnabled(false);
   ZibSwizzleManager::shared().setupAutoSwizzling();
   EXPECT_EQ(device.infoLines(),

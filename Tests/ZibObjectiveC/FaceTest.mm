@@ -136,7 +136,7 @@ UIApplication *application() { return zib::as<UIApplication>(Device::application
 
 TEST(ZIBCoreTest, ReceivesWhatTheModuleHandsOver) {
   const zib::AutoreleasePool pool;
-  sim::installFoundation();
+  sim::foundation::install();
   sim::uikit::install(sim::uikit::ApplicationPresence::present, true);
   sim::usernotifications::install(sim::usernotifications::Answer{});
   auto *const core = [[RecordingObjectiveCCore alloc] init];

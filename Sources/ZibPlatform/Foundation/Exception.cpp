@@ -13,8 +13,8 @@ std::optional<std::string> describeHandledPlatformException() {
   if (!isKind<"NSException">(exception)) {
     return std::string("an object of class ") + Class::ofObject(exception).name();
   }
-  const std::string reason = utf8From(send<objc::id>(exception, selector<"reason">()));
-  const std::string name = utf8From(send<objc::id>(exception, selector<"name">()));
+  const auto reason = StringRef::of(send<objc::id>(exception, selector<"reason">())).utf8();
+  const auto name = StringRef::of(send<objc::id>(exception, selector<"name">())).utf8();
   return name + (reason.empty() ? reason : ": " + reason);
 }
 

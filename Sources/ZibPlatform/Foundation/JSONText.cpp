@@ -30,7 +30,7 @@ std::string base64Of(const Bytes& bytes) {
   return text;
 }
 
-class Writer {
+class JSONWriter {
  public:
   void write(const Value& value) {
     value.visit([this](const auto& held) { append(held); });
@@ -106,7 +106,7 @@ class Writer {
 }  // namespace
 
 std::string jsonTextOf(const Value& value) {
-  Writer writer;
+  JSONWriter writer;
   writer.write(value);
   return std::move(writer).text();
 }

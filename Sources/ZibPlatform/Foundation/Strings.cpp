@@ -152,7 +152,7 @@ Object makeString(std::string_view utf8) {
   return stringFromUnits(units.data(), writeUtf16(utf8, units.data()));
 }
 
-std::string utf8From(objc::id string) { return StringRef::of(string).utf8(); }
+std::string utf8From(objc::id string) { return StringRef(string).utf8(); }
 
 std::string StringRef::utf8() const { return std::string(Utf8(*this).view()); }
 

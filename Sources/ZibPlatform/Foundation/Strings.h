@@ -17,8 +17,8 @@ namespace zib {
 // Never fails: bytes that are not UTF-8 become U+FFFD, one for each maximal ill-formed part.
 Object makeString(std::string_view utf8);
 
-// The whole text, NUL characters included; lone surrogates become U+FFFD. Empty for nil and for
-// what is no NSString.
+// The whole text, NUL characters included; lone surrogates become U+FFFD. Empty for nil. `string`
+// is an NSString or nil.
 std::string utf8From(objc::id string);
 
 // A platform string that somebody else keeps alive, or none: for reading it where it lies. Not for
@@ -38,6 +38,7 @@ class StringRef {
   [[nodiscard]] bool endsWith(std::string_view ascii) const;
 
  private:
+  friend std::string utf8From(objc::id string);
   explicit StringRef(objc::id raw) noexcept : raw_(raw) {}
 
   objc::id raw_ = nullptr;

@@ -47,8 +47,8 @@ std::vector<QueryItem> URL::queryItems() const {
   result.reserve(send<objc::UInteger>(items, selector<"count">()));
   for (const objc::id item : elements(items)) {
     const auto value = StringRef::of(send<objc::id>(item, selector<"value">()));
-    result.push_back({utf8From(send<objc::id>(item, selector<"name">())),
-                      value ? std::optional(value.utf8()) : std::nullopt});
+    const auto name = StringRef::of(send<objc::id>(item, selector<"name">()));
+    result.push_back({name.utf8(), value ? std::optional(value.utf8()) : std::nullopt});
   }
   return result;
 }

@@ -37,7 +37,7 @@ Value valueFromNumber(objc::id number) {
 }
 
 std::string description(objc::id object) {
-  return utf8From(send<objc::id>(object, selector<"description">()));
+  return StringRef::of(send<objc::id>(object, selector<"description">())).utf8();
 }
 
 Value valueFromScalar(objc::id object) {

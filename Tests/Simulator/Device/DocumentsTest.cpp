@@ -24,7 +24,7 @@ void write(const std::filesystem::path& file, const std::string& text) {
 class DocumentsTest : public test::FoundationTest {
  protected:
   DocumentsTest() {
-    sim::installFoundation();
+    sim::foundation::install();
     sim::Timeline::shared().setSink([this](const Json& entry) {
       entries_.push_back({{"name", entry.at("name")},
                           {"format", entry.at("format")},

@@ -61,7 +61,7 @@ TEST_F(DateFormatterTest, WhatNoCalendarShowsHasNoText) {
 }
 
 TEST_F(DateFormatterTest, AFormatterFollowsTheClock) {
-  sim::setClock([] { return 1794787800.75; });
+  sim::foundation::setClock([] { return 1794787800.75; });
   EXPECT_EQ(zib::utf8From(formatted(send<id>(classNamed<"NSDate">().object(), selector<"date">()))),
             "2026-11-16T00:10:00Z");
 }

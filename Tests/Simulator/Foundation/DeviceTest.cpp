@@ -37,15 +37,15 @@ id urlsFor(UInteger directory, UInteger domains) {
 UInteger count(id collection) { return send<UInteger>(collection, selector<"count">()); }
 
 TEST_F(DeviceTest, InstallingTwiceChangesNothing) {
-  sim::setMainBundlePath("/Applications/One.app");
-  sim::installFoundation();
+  sim::foundation::setMainBundlePath("/Applications/One.app");
+  sim::foundation::install();
   EXPECT_EQ(zib::mainBundlePath(), "/Applications/One.app");
 }
 
 TEST_F(DeviceTest, MainBundleLiesWhereItIsSet) {
   EXPECT_EQ(zib::mainBundlePath(), "/Applications/HostApp.app");
   EXPECT_FALSE(zib::isAppExtension());
-  sim::setMainBundlePath("/Applications/HostApp.app/PlugIns/Share.appex");
+  sim::foundation::setMainBundlePath("/Applications/HostApp.app/PlugIns/Share.appex");
   EXPECT_TRUE(zib::isAppExtension());
 }
 
@@ -58,7 +58,7 @@ TEST_F(DeviceTest, OtherBundlesKeepTheirPath) {
 TEST_F(DeviceTest, SystemVersionIsCompared) {
   EXPECT_TRUE(zib::isSystemAtLeast(17, 0));
   EXPECT_FALSE(zib::isSystemAtLeast(17, 1));
-  sim::setSystemVersion(13, 4);
+  sim::foundation::setSystemVersion(13, 4);
   EXPECT_TRUE(zib::isSystemAtLeast(12, 9));
   EXPECT_TRUE(zib::isSystemAtLeast(13, 4));
   EXPECT_FALSE(zib::isSystemAtLeast(13, 5));
@@ -71,7 +71,7 @@ TEST_F(DeviceTest, ClockIsTheSystemsUntilItIsSet) {
 
 TEST_F(DeviceTest, EveryWayToAskForTheTimeFollowsTheClock) {
   double now = 1'700'000'000.25;
-  sim::setClock([&now] { return now; });
+  sim::foundation::setClock([&now] { return now; });
   const id dateClass = classNamed<"NSDate">().object();
   const zib::Object made =
       zib::Object::adopted(send<id>(send<id>(dateClass, selector<"alloc">()), selector<"init">()));
@@ -92,7 +92,7 @@ TEST_F(DeviceTest, NoDocumentsDirectoryGivesNoURLs) {
 }
 
 TEST_F(DeviceTest, DocumentsDirectoryIsAFileURL) {
-  sim::setDocumentsDirectory("/tmp/My Döcuments");
+  sim::foundation::setDocumentsDirectory("/tmp/My Döcuments");
   const id urls = urlsFor(9, 1);
   ASSERT_EQ(count(urls), 1U);
   const id url = send<id>(urls, selector<"objectAtIndex:">(), UInteger{0});
@@ -104,7 +104,7 @@ TEST_F(DeviceTest, DocumentsDirectoryIsAFileURL) {
 }
 
 TEST_F(DeviceTest, OtherDirectoriesAndDomainsAreUnknown) {
-  sim::setDocumentsDirectory("/tmp");
+  sim::foundation::setDocumentsDirectory("/tmp");
   EXPECT_EQ(count(urlsFor(5, 1)), 0U);
   EXPECT_EQ(count(urlsFor(9, 8)), 0U);
 }

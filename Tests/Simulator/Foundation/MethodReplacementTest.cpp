@@ -29,7 +29,7 @@ constexpr int methodCount = 64;
 std::string methodName(int number) { return "number" + std::to_string(number); }
 
 TEST(MethodReplacementTest, SubclassesWithMethodsOfTheirOwnSeeTheNewImplementation) {
-  sim::installFoundation();
+  sim::foundation::install();
   const zib::AutoreleasePool pool;
   ClassBuilder base("ReplacementBase", zib::classNamed<"NSObject">());
   for (int number = 0; number < methodCount; ++number) {

@@ -120,8 +120,8 @@ TEST_F(URLTest, TheSystemRepairsUnlessItIsToldNotTo) {
 // Not of the fixture, whose system is of a later version.
 TEST(LegacyURLTest, BracketsStandAnywhereAndNothingIsRepaired) {
   const zib::AutoreleasePool pool;
-  sim::setSystemVersion(16, 4);
-  sim::installFoundation();
+  sim::foundation::setSystemVersion(16, 4);
+  sim::foundation::install();
   for (const char* text : {"http://h/?a[]=1", "http://h/[x]#[y]"}) {
     EXPECT_EQ(absoluteString(urlWithString(text)), text);
     EXPECT_EQ(URL::parse(text).value().text().utf8(), text);

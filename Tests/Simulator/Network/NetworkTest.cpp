@@ -9,9 +9,9 @@
 
 namespace {
 
-using sim::Answer;
 using sim::Fault;
 using sim::HTTPOutcome;
+using sim::Reply;
 using sim::URLError;
 
 constexpr const char* host = "config.example";
@@ -20,12 +20,12 @@ HTTPOutcome exchange(sim::Network& network, const std::string& url) {
   return network.exchange({"GET", url, {}, std::nullopt});
 }
 
-HTTPOutcome answerOf(Answer answer) {
+HTTPOutcome answerOf(Reply answer) {
   sim::Network network({{host, {{"/push", std::move(answer)}}}});
   return exchange(network, "https://config.example/push");
 }
 
-Answer redirect(int status, const std::string& location) {
+Reply redirect(int status, const std::string& location) {
   return {status, {{"Location", location}}, "moved", Fault::none};
 }
 

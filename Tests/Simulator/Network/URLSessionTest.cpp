@@ -30,7 +30,7 @@ constexpr Nanoseconds second = 1'000'000'000;
 class URLSessionTest : public test::FoundationTest {
  protected:
   URLSessionTest() {
-    sim::installFoundation();
+    sim::foundation::install();
     if (!zib::Class::named("NSURLSession")) sim::urlsession::install();
     sim::urlsession::setNetwork(network_);
     sim::Timeline::shared().setSink([this](const Json& entry) { entries_.push_back(entry); });

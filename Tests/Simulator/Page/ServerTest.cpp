@@ -18,7 +18,7 @@ namespace {
 class ServerTest : public testing::Test {
  protected:
   ServerTest() {
-    sim::installFoundation();
+    sim::foundation::install();
     server_.emplace(0, ZIBSIM_PATH);
     thread_ = std::thread([this] { server_->serve(); });
   }

@@ -38,7 +38,7 @@ std::string complaintAboutAnswer(const std::string& answer) {
   return complaint(R"({"h.example": {"/p": )" + answer + "}}");
 }
 
-sim::Answer answer(const std::string& text) {
+sim::Reply answer(const std::string& text) {
   return read(R"({"h.example": {"/p": )" + text + "}}").at("h.example").at("/p");
 }
 

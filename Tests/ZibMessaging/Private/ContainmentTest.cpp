@@ -286,7 +286,7 @@ void throwingResume(id task, SEL command) {
 
 TEST_P(ContainmentTest, AnExchangeThatThrowsAfterItsStartEndsTheFlowOnce) {
   Device device;
-  sim::Answer configuration;
+  sim::Reply configuration;
   configuration.body =
       R"({"ios_config_toggle": true, "ios_private_key_url": "https://config.example/plist"})";
   device.connectTo({{"config.example", {{"/push.json", configuration}}}});

@@ -16,7 +16,7 @@ constexpr sim::Nanoseconds second = 1'000'000'000;
 
 class MainQueueTest : public testing::Test {
  protected:
-  MainQueueTest() { sim::installFoundation(); }
+  MainQueueTest() { sim::foundation::install(); }
   static sim::Scheduler& scheduler() { return sim::Scheduler::shared(); }
   void add(std::string what) { order_.push_back(std::move(what)); }
   std::vector<std::string> order_;

@@ -98,7 +98,7 @@ TEST_F(StringsTest, AMutableStringIsAStringAndANumberIsNone) {
   const id number = zib::sendToClass<"NSNumber", "numberWithInt:">(1);
   for (const id other : {number, zib::classNamed<"NSString">().object()}) {
     EXPECT_FALSE(zib::StringRef::of(other));
-    EXPECT_EQ(utf8From(other), "");
+    EXPECT_EQ(zib::StringRef::of(other).utf8(), "");
   }
 }
 
