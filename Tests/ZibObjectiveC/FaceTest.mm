@@ -180,6 +180,16 @@ TEST(ZIBCoreTest, IsRefusedAndLetGoWhenThereIsOne) {
   [core release];
 }
 
+TEST(ZIBCoreTest, ThatIsNoneLeavesThePlaceToOne) {
+  const zib::AutoreleasePool pool;
+  sim::installFoundation();
+  id<ZIBCore> none = nil;  // what the compiler cannot see
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE([ZIBMessaging installCore:none]);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "zib_core_install: core is null\n");
+  EXPECT_TRUE([ZIBMessaging installCore:[[RecordingObjectiveCCore alloc] init]]);
+}
+
 TEST(ZIBMessagingDelegateTest, HearsOfEverything) {
   const Device device;
   auto *const news = [[EveryNews alloc] init];
