@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Simulator/Foundation/Foundation.h"
@@ -208,6 +211,37 @@ TEST(ZibDelegateInCTest, MayTakeItselfBackInItsOwnCall) {
   zib_messaging_set_delegate(&delegate);
   zib_messaging_will_present(notification().raw());
   EXPECT_EQ(released, 1);
+}
+
+TEST(ZibDelegateInCTest, IsAlwaysThereWhileThreadsSetOne) {
+  const Device device;
+  zib_messaging_delegate delegate{};
+  delegate.size = sizeof(delegate);
+  std::atomic<int> lost = 0;
+  std::vector<std::thread> threads;
+  for (int index = 0; index < 4; ++index) {
+    threads.emplace_back([&] {
+      for (int time = 0; time < 50'000; ++time) {
+        zib_messaging_set_delegate(&delegate);
+        if (!zib_messaging_has_delegate()) ++lost;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(lost, 0);
+}
+
+TEST(ZibDelegateInCTest, MayBeSetWhereAnotherIsReleased) {
+  const Device device;
+  static c_notes second{};
+  zib_messaging_delegate delegate{};
+  delegate.size = sizeof(delegate);
+  delegate.release = [](void*) { c_set_delegate(&second); };
+  zib_messaging_set_delegate(&delegate);
+  zib_messaging_set_delegate(nullptr);
+  EXPECT_TRUE(zib_messaging_has_delegate());
+  zib_messaging_set_delegate(nullptr);
+  EXPECT_EQ(second.text, "released;"s);
 }
 
 TEST(ZibDelegateInCTest, OfAnUnknownSizeIsRefused) {
