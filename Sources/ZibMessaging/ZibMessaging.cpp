@@ -133,13 +133,13 @@ void ZibMessaging::tellDelegate(std::string_view operation, Call call) {
 void ZibMessaging::configure(const zib::Application&) noexcept {
   const RecordedCall call("configure");
   contained("configure", [&] {
-    if (swizzlingConfigured_) {
+    // Taken first: what the core is asked for meanwhile may call again.
+    if (swizzlingConfigured_.exchange(true)) {
       logLine("ZibMessaging already configured");
       return;
     }
     sayIfThereIsNoCore();
     setUpIntegration();
-    swizzlingConfigured_ = true;
   });
 }
 

@@ -117,6 +117,27 @@ TEST(ZibWithoutCoreTest, IsNotSaidWhereThereIsOne) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST(ZibCoreInCTest, MayConfigureFromItsConfiguration) {
+  sim::installFoundation();
+  static std::vector<std::string> lines;
+  zib_core core{};
+  core.size = sizeof(core);
+  core.config = [](void*, zib_config*) {
+    static int calls = 0;
+    if (++calls < 4) zib_messaging_configure(nullptr);
+    return true;
+  };
+  core.log = [](void*, zib_text line) { lines.emplace_back(line.bytes); };
+  ASSERT_TRUE(zib_core_install(&core));
+  const Device device;
+  zib_messaging_configure(nullptr);
+  ASSERT_GE(lines.size(), 2U);
+  EXPECT_EQ(lines[0], "ZibMessaging already configured");
+  const std::string setUp = "🚀 ZibMessaging: Setting up automatic swizzling...";
+  EXPECT_EQ(lines[1], setUp);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), setUp), 1);
+}
+
 // The members of a core of an older version, which ended after `error`.
 constexpr std::size_t olderSize = offsetof(zib_core, track_self_describing_event);
 
