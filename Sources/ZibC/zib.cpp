@@ -22,7 +22,6 @@
 #include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibCoreBoundary/ZibStorage.h"
 #include "ZibMessaging/Private/Containment.h"
-#include "ZibMessaging/Private/Guarded.h"
 #include "ZibMessaging/ZibDeepLinkHandler.h"
 #include "ZibMessaging/ZibIntegrationReport.h"
 #include "ZibMessaging/ZibMessaging.h"
@@ -367,11 +366,20 @@ class Delegate final : public ZibMessagingDelegate {
   Held<zib_messaging_delegate> delegate_;
 };
 
-// Keeps the delegate, which the module holds weakly.
-zib::Guarded<std::shared_ptr<ZibMessagingDelegate>>& keptDelegate() {
-  static zib::NeverDestroyed<zib::Guarded<std::shared_ptr<ZibMessagingDelegate>>> kept(
-      [] { return zib::Guarded<std::shared_ptr<ZibMessagingDelegate>>(); });
-  return *kept;
+struct KeptDelegate {
+  std::mutex mutex;
+  std::shared_ptr<ZibMessagingDelegate> delegate;
+};
+
+// Keeps the delegate, which the module holds weakly: with one lock around both, so that the one
+// that it holds is the one that is kept.
+void keepDelegate(std::shared_ptr<ZibMessagingDelegate> delegate) {
+  static zib::NeverDestroyed<KeptDelegate> kept([] { return KeptDelegate(); });
+  ZibMessaging& messaging = ZibMessaging::shared();
+  const std::lock_guard lock((*kept).mutex);
+  messaging.setDelegate(delegate);
+  // The former one ends with its caller's argument, out of the lock: what it lets go is the host's.
+  std::swap((*kept).delegate, delegate);
 }
 
 // The integration report.
@@ -482,8 +490,7 @@ bool zib_messaging_set_delegate(const zib_messaging_delegate* delegate) {
       if (!table) return false;
       kept = std::make_shared<Delegate>(*table);
     }
-    ZibMessaging::shared().setDelegate(kept);
-    keptDelegate().store(std::move(kept));
+    keepDelegate(std::move(kept));
     return true;
   });
 }

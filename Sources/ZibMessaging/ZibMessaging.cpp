@@ -52,11 +52,18 @@ void track(const zib::Dictionary& userInfo, const zib::SharedText& eventType) no
   });
 }
 
-// The one line that cannot go to a core.
-void sayIfThereIsNoCore() {
-  if (Zib::isInstalled() && ZibLogger::isInstalled()) return;
-  std::fputs("ZibMessaging: configured without a core: its log lines and events go nowhere\n",
-             stderr);
+// What cannot go to a core.
+void sayWhatIsMissingOfTheCore() {
+  const bool hasLogger = ZibLogger::isInstalled();
+  if (Zib::isInstalled()) {
+    if (hasLogger) return;
+    std::fputs("ZibMessaging: configured without a ZibLogger: its log lines go nowhere\n", stderr);
+  } else if (hasLogger) {
+    std::fputs("ZibMessaging: configured without a Zib: its events go nowhere\n", stderr);
+  } else {
+    std::fputs("ZibMessaging: configured without a core: its log lines and events go nowhere\n",
+               stderr);
+  }
 }
 
 }  // namespace
@@ -133,13 +140,13 @@ void ZibMessaging::tellDelegate(const char* operation, Call call) {
 void ZibMessaging::configure(const zib::Application&) noexcept {
   const RecordedCall call("configure");
   contained("configure", [&] {
-    if (swizzlingConfigured_) {
+    // Taken first: what the core is asked for meanwhile may call again.
+    if (swizzlingConfigured_.exchange(true)) {
       logLine("ZibMessaging already configured");
       return;
     }
-    sayIfThereIsNoCore();
+    sayWhatIsMissingOfTheCore();
     setUpIntegration();
-    swizzlingConfigured_ = true;
   });
 }
 

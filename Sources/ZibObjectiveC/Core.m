@@ -73,7 +73,7 @@ BOOL ZIBInstallCore(id<ZIBCore> core) {
       .save_push_permission = savePushPermission,
       .save_fcm_token = saveFCMToken,
   };
-  const bool isInstalled = zib_core_install(&table);
+  const bool isInstalled = zib_core_install(core == nil ? NULL : &table);
   if (!isInstalled) ZIBRelease(table.context);
   return isInstalled;
 }

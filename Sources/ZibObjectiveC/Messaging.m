@@ -15,6 +15,9 @@ static __weak id<ZIBMessagingDelegate> heldDelegate;
 #else
 static id<ZIBMessagingDelegate> heldDelegate;
 #endif
+// How many of the tables that hand the news to it the module has not let go yet. None when a host
+// has set another delegate by zib.h.
+static int tablesInForce;
 
 // The delegate, if it is there and wants to know. With ARC the variable that takes it keeps it for
 // the call.
@@ -52,19 +55,25 @@ static void didFailToRegister(void *context, const zib_error *error) {
   }
 }
 
+static void tableIsGone(void *context) {
+  @synchronized(sharedMessaging) {
+    --tablesInForce;
+  }
+}
+
+static const zib_messaging_delegate table = {
+    .size = sizeof table,
+    .release = tableIsGone,
+    .did_receive_token = didReceiveToken,
+    .did_receive_notification = didReceiveNotification,
+    .did_receive_notification_response = didReceiveResponse,
+    .did_fail_to_register = didFailToRegister,
+};
+
 @implementation ZIBMessaging
 
 + (void)initialize {
-  if (self != [ZIBMessaging class]) return;
-  sharedMessaging = [[ZIBMessaging alloc] initShared];
-  const zib_messaging_delegate delegate = {
-      .size = sizeof delegate,
-      .did_receive_token = didReceiveToken,
-      .did_receive_notification = didReceiveNotification,
-      .did_receive_notification_response = didReceiveResponse,
-      .did_fail_to_register = didFailToRegister,
-  };
-  zib_messaging_set_delegate(&delegate);
+  if (self == [ZIBMessaging class]) sharedMessaging = [[ZIBMessaging alloc] initShared];
 }
 
 + (ZIBMessaging *)shared {
@@ -81,13 +90,22 @@ static void didFailToRegister(void *context, const zib_error *error) {
 
 - (id<ZIBMessagingDelegate>)delegate {
   @synchronized(self) {
-    return heldDelegate;
+    return tablesInForce > 0 ? heldDelegate : nil;
   }
 }
 
 - (void)setDelegate:(id<ZIBMessagingDelegate>)delegate {
+  bool isInForce;
   @synchronized(self) {
     heldDelegate = delegate;
+    isInForce = tablesInForce > 0;
+    if (delegate != nil) ++tablesInForce;
+  }
+  // Out of the lock: what the module lets go may be the host's.
+  if (delegate != nil) {
+    if (!zib_messaging_set_delegate(&table)) tableIsGone(NULL);
+  } else if (isInForce) {
+    zib_messaging_set_delegate(NULL);
   }
 }
 

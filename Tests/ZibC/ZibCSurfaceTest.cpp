@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Simulator/Foundation/Foundation.h"
@@ -19,6 +22,8 @@
 #include "Tests/Support/RowName.h"
 #include "Tests/ZibC/CSurface.h"
 #include "ZibC/zib.h"
+#include "ZibCoreBoundary/Zib.h"
+#include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibMessaging/ZibVersion.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Dictionary.h"
@@ -112,6 +117,59 @@ TEST(ZibWithoutCoreTest, IsNotSaidWhereThereIsOne) {
   testing::internal::CaptureStderr();
   zib_messaging_configure(nullptr);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+class CoreInCxx final : public Zib {
+ public:
+  [[nodiscard]] std::optional<ZibConfig> config() const override { return ZibConfig{false}; }
+  void trackSelfDescribingEvent(std::string_view, const ValueMap&) override {}
+  [[nodiscard]] std::optional<std::string> pushConfigEndpoint() const override { return {}; }
+  void registerPushToken(std::string_view) override {}
+};
+
+class LoggerInCxx final : public ZibLogger {
+ public:
+  void log(std::string_view) override {}
+  void error(std::string_view, const std::optional<zib::Error>&) override {}
+};
+
+TEST(ZibWithoutLoggerTest, IsSaidAsItIs) {
+  sim::installFoundation();
+  ASSERT_TRUE(Zib::install(std::make_unique<CoreInCxx>()));
+  testing::internal::CaptureStderr();
+  zib_messaging_configure(nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "ZibMessaging: configured without a ZibLogger: its log lines go nowhere\n");
+}
+
+TEST(ZibWithALoggerOnlyTest, IsSaidAsItIs) {
+  sim::installFoundation();
+  ASSERT_TRUE(ZibLogger::install(std::make_unique<LoggerInCxx>()));
+  testing::internal::CaptureStderr();
+  zib_messaging_configure(nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "ZibMessaging: configured without a Zib: its events go nowhere\n");
+}
+
+TEST(ZibCoreInCTest, MayConfigureFromItsConfiguration) {
+  sim::installFoundation();
+  static std::vector<std::string> lines;
+  zib_core core{};
+  core.size = sizeof(core);
+  core.config = [](void*, zib_config*) {
+    static int calls = 0;
+    if (++calls < 4) zib_messaging_configure(nullptr);
+    return true;
+  };
+  core.log = [](void*, zib_text line) { lines.emplace_back(line.bytes); };
+  ASSERT_TRUE(zib_core_install(&core));
+  const Device device;
+  zib_messaging_configure(nullptr);
+  ASSERT_GE(lines.size(), 2U);
+  EXPECT_EQ(lines[0], "ZibMessaging already configured");
+  const std::string setUp = "🚀 ZibMessaging: Setting up automatic swizzling...";
+  EXPECT_EQ(lines[1], setUp);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), setUp), 1);
 }
 
 // The members of a core of an older version, which ended after `error`.
@@ -208,6 +266,37 @@ TEST(ZibDelegateInCTest, MayTakeItselfBackInItsOwnCall) {
   zib_messaging_set_delegate(&delegate);
   zib_messaging_will_present(notification().raw());
   EXPECT_EQ(released, 1);
+}
+
+TEST(ZibDelegateInCTest, IsAlwaysThereWhileThreadsSetOne) {
+  const Device device;
+  zib_messaging_delegate delegate{};
+  delegate.size = sizeof(delegate);
+  std::atomic<int> lost = 0;
+  std::vector<std::thread> threads;
+  for (int index = 0; index < 4; ++index) {
+    threads.emplace_back([&] {
+      for (int time = 0; time < 50'000; ++time) {
+        zib_messaging_set_delegate(&delegate);
+        if (!zib_messaging_has_delegate()) ++lost;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(lost, 0);
+}
+
+TEST(ZibDelegateInCTest, MayBeSetWhereAnotherIsReleased) {
+  const Device device;
+  static c_notes second{};
+  zib_messaging_delegate delegate{};
+  delegate.size = sizeof(delegate);
+  delegate.release = [](void*) { c_set_delegate(&second); };
+  zib_messaging_set_delegate(&delegate);
+  zib_messaging_set_delegate(nullptr);
+  EXPECT_TRUE(zib_messaging_has_delegate());
+  zib_messaging_set_delegate(nullptr);
+  EXPECT_EQ(second.text, "released;"s);
 }
 
 TEST(ZibDelegateInCTest, OfAnUnknownSizeIsRefused) {

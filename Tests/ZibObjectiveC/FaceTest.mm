@@ -13,6 +13,7 @@
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Image.h"
 #include "Tests/Support/PushFlow.h"
+#include "ZibC/zib.h"
 #import "ZibObjectiveC.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
@@ -180,6 +181,16 @@ TEST(ZIBCoreTest, IsRefusedAndLetGoWhenThereIsOne) {
   [core release];
 }
 
+TEST(ZIBCoreTest, ThatIsNoneLeavesThePlaceToOne) {
+  const zib::AutoreleasePool pool;
+  sim::installFoundation();
+  id<ZIBCore> none = nil;  // what the compiler cannot see
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE([ZIBMessaging installCore:none]);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "zib_core_install: core is null\n");
+  EXPECT_TRUE([ZIBMessaging installCore:[[RecordingObjectiveCCore alloc] init]]);
+}
+
 TEST(ZIBMessagingDelegateTest, HearsOfEverything) {
   const Device device;
   auto *const news = [[EveryNews alloc] init];
@@ -199,6 +210,62 @@ TEST(ZIBMessagingDelegateTest, HearsOfEverything) {
   [ZIBMessaging.shared willPresentNotification:notification()];
   EXPECT_EQ(*news->_calls, all);
   EXPECT_EQ(device.errorLines().size(), 1U);  // the failure
+}
+
+// A delegate of a host in C, which counts what it was called with.
+struct NewsInC {
+  int received = 0;
+  int released = 0;
+
+  bool set() {
+    zib_messaging_delegate delegate{};
+    delegate.size = sizeof(delegate);
+    delegate.context = this;
+    delegate.release = [](void *news) { ++static_cast<NewsInC *>(news)->released; };
+    delegate.did_receive_notification = [](void *news, id) {
+      ++static_cast<NewsInC *>(news)->received;
+    };
+    return zib_messaging_set_delegate(&delegate);
+  }
+};
+
+TEST(ZIBMessagingDelegateTest, OfAHostInCStaysUntilThereIsAnother) {
+  const Device device;
+  NewsInC news;
+  ASSERT_TRUE(news.set());
+  EXPECT_EQ(ZIBMessaging.shared.delegate, nil);
+  ZIBMessaging.shared.delegate = nil;
+  [ZIBMessaging.shared willPresentNotification:notification()];
+  EXPECT_EQ(news.received, 1);
+  EXPECT_EQ(news.released, 0);
+  auto *const other = [[EveryNews alloc] init];
+  ZIBMessaging.shared.delegate = other;
+  EXPECT_EQ(news.released, 1);
+  [ZIBMessaging.shared willPresentNotification:notification()];
+  EXPECT_EQ(*other->_calls, Calls{"u"});
+  ZIBMessaging.shared.delegate = nil;
+  EXPECT_FALSE(zib_messaging_has_delegate());
+}
+
+TEST(ZIBMessagingDelegateTest, IsWhatIsInForce) {
+  const Device device;
+  auto *const first = [[EveryNews alloc] init];
+  auto *const second = [[EveryNews alloc] init];
+  ZIBMessaging.shared.delegate = first;
+  ZIBMessaging.shared.delegate = second;
+  EXPECT_EQ(ZIBMessaging.shared.delegate, second);
+  NewsInC news;
+  ASSERT_TRUE(news.set());
+  EXPECT_EQ(ZIBMessaging.shared.delegate, nil);
+  ZIBMessaging.shared.delegate = nil;
+  EXPECT_TRUE(zib_messaging_has_delegate());
+  ZIBMessaging.shared.delegate = first;
+  EXPECT_EQ(ZIBMessaging.shared.delegate, first);
+  zib_messaging_set_delegate(nullptr);
+  EXPECT_EQ(ZIBMessaging.shared.delegate, nil);
+  [ZIBMessaging.shared willPresentNotification:notification()];
+  EXPECT_EQ(*first->_calls, Calls());
+  EXPECT_EQ(*second->_calls, Calls());
 }
 
 TEST(ZIBMessagingDelegateTest, NeedsNoMethods) {

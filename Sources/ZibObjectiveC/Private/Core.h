@@ -2,5 +2,5 @@
 
 #import "ZibObjectiveC.h"
 
-// NO when one is installed already.
+// NO for nil, and when one is installed already.
 BOOL ZIBInstallCore(id<ZIBCore> core);
