@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -415,12 +416,21 @@ bool hasElement(const Operation& operation, const char* name, std::size_t count,
   return false;
 }
 
+// Where the members end that an older version of a structure may have ended with.
+constexpr std::array rowEnds{
+    offsetof(zib_integration_row, delegate_class), offsetof(zib_integration_row, state),
+    offsetof(zib_integration_row, function_count), offsetof(zib_integration_row, remark_count)};
+constexpr std::array functionEnds{offsetof(zib_integration_function, symbol)};
+
 // Fills in what the caller's version of a structure has, which begins with its size.
 bool writeTo(const Operation& operation, const char* name, void* result, const void* table,
-             std::size_t known) {
+             std::size_t known, std::span<const std::size_t> olderSizes) {
   std::size_t size = 0;
   std::memcpy(&size, result, sizeof(size));
-  if (size < 2 * sizeof(size) || size % sizeof(void*) != 0) {
+  const bool isKnown =
+      size < known ? std::find(olderSizes.begin(), olderSizes.end(), size) != olderSizes.end()
+                   : size % sizeof(void*) == 0;
+  if (!isKnown) {
     failForSize(operation, size, name, known);
     return false;
   }
@@ -671,7 +681,7 @@ bool zib_integration_report_get_row(const zib_integration_report* report, size_t
                                        static_cast<std::int64_t>(found.state),
                                        found.chain.size(),
                                        found.remarks.size()};
-    return writeTo(operation, "zib_integration_row", result, &table, sizeof(table));
+    return writeTo(operation, "zib_integration_row", result, &table, sizeof(table), rowEnds);
   });
 }
 
@@ -685,7 +695,8 @@ bool zib_integration_report_get_function(const zib_integration_report* report, s
     if (!hasElement(operation, "function", chain.size(), function)) return false;
     const zib_integration_function table = {sizeof(table), borrowedIfThere(chain[function].image),
                                             borrowedIfThere(chain[function].symbol)};
-    return writeTo(operation, "zib_integration_function", result, &table, sizeof(table));
+    return writeTo(operation, "zib_integration_function", result, &table, sizeof(table),
+                   functionEnds);
   });
 }
 

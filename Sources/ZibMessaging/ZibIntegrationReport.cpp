@@ -9,6 +9,7 @@
 #include "ZibMessaging/Private/DelegateLook.h"
 #include "ZibMessaging/Private/Installation.h"
 #include "ZibMessaging/Private/Interceptors.h"
+#include "ZibMessaging/Private/QuotedText.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/FunctionName.h"
 #include "ZibPlatform/ObjectiveC/TypeEncoding.h"
@@ -23,8 +24,13 @@ constexpr std::array<std::string_view, 4> stateNames{"none", "swapped", "added",
 constexpr std::array<std::string_view, 4> absences{"no application delegate", "no scene delegate",
                                                    "no notification delegate",
                                                    "no Firebase delegate"};
+constexpr std::string_view lookRaised = "an exception ended the look for the delegate";
 
-std::string visibleName(objc::id delegate) { return Class::visibleClassOf(delegate).name(); }
+// The runtime's name where the delegate's own `class` raises.
+std::string visibleName(objc::id delegate) {
+  return containedOr(std::string(Class::ofObject(delegate).name()), "integrationReport",
+                     [&] { return std::string(Class::visibleClassOf(delegate).name()); });
+}
 
 State stateOf(const Installation* installation) {
   switch (installation == nullptr ? Installed::nothing : installation->kind()) {
@@ -127,14 +133,17 @@ void remarkOnCallsByHand(Row row, ReportRow& described) {
                               std::to_string(times));
 }
 
+// What it finds broken costs the row the rest, and the other rows nothing.
 ReportRow describeRow(Row row, std::string_view absence, const std::vector<Object>& delegates) {
   ReportRow described{.method = interceptionOf(row).hostSelector};
-  if (delegates.empty()) {
-    described.remarks.emplace_back(absence);
-  } else {
-    describeDelegates(row, delegates, described);
-  }
-  remarkOnCallsByHand(row, described);
+  contained("integrationReport", [&] {
+    if (delegates.empty()) {
+      described.remarks.emplace_back(absence);
+    } else {
+      describeDelegates(row, delegates, described);
+    }
+    remarkOnCallsByHand(row, described);
+  });
   return described;
 }
 
@@ -148,9 +157,10 @@ std::string IntegrationReport::text() const {
   std::string text = "ZibMessaging: who stands before the app's delegates\n";
   for (const Row& row : rows) {
     text.append(row.method).append(": ").append(nameOf(row.state));
-    if (row.delegateClass) text.append(" on ").append(*row.delegateClass);
-    for (const Function& each : row.chain) text.append("\n  runs ").append(describeInWords(each));
-    for (const std::string& each : row.remarks) text.append("\n  ").append(each);
+    if (row.delegateClass) appendOneLine(text.append(" on "), *row.delegateClass);
+    for (const Function& each : row.chain)
+      appendOneLine(text.append("\n  runs "), describeInWords(each));
+    for (const std::string& each : row.remarks) appendOneLine(text.append("\n  "), each);
     text.push_back('\n');
   }
   return text;
@@ -161,9 +171,11 @@ IntegrationReport integrationReport() noexcept {
   contained("integrationReport", [&] {
     for (std::size_t kind = 0; kind < delegateLooks.size(); ++kind) {
       const DelegateLook& look = delegateLooks[kind];
-      const Sighting sighting = look.find();
+      Sighting sighting;
+      const bool isLookedFor = contained("integrationReport", [&] { sighting = look.find(); });
+      const std::string_view absence = isLookedFor ? absences[kind] : lookRaised;
       for (const Row row : look.rows) {
-        report.rows.push_back(describeRow(row, absences[kind], sighting.delegates));
+        report.rows.push_back(describeRow(row, absence, sighting.delegates));
       }
     }
   });

@@ -29,6 +29,7 @@ extern "C" {
 //   Oldest      opens URLs by the oldest method only: no
 //   OddTypes    opens URLs by a method that answers nothing
 //   RootClaiming  has nothing, and claims to be of a root class
+//   Classless   has the device token, and raises where it is asked for its class
 // Of these, which have no method themselves and answer what their target answers:
 //   Naming      names it
 //   Invoking    passes invocations on

@@ -235,6 +235,20 @@ static void did(const char *className, const char *method) {
 }
 @end
 
+@interface Classless : NSObject
+@end
+
+@implementation Classless
+- (Class)class {
+  [NSException raise:@"Planned" format:@"no class"];
+  return Nil;
+}
+- (void)application:(id)application
+    didRegisterForRemoteNotificationsWithDeviceToken:(NSData *)token {
+  did("Classless", "didRegister");
+}
+@end
+
 @interface Forwarding : NSObject {
  @public
   id _target;

@@ -5,6 +5,7 @@
 #include "HostTest.h"
 #include "Simulator/FirebaseMessaging/FirebaseMessaging.h"
 #include "ZibMessaging/ZibIntegrationReport.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 
 namespace hosts {
 namespace {
@@ -114,6 +115,28 @@ TEST_F(IntegrationReportTest, AMethodOfOtherTypes) {
   const auto row = rowOf("application:openURL:options:");
   EXPECT_EQ(row.state, State::swapped);
   EXPECT_EQ(row.remarks, Lines{"the method's types differ from the platform's"});
+}
+
+TEST_F(IntegrationReportTest, ADelegateThatRaisesWhereItIsAskedForItsClass) {
+  const Object delegate = make("Classless");
+  sim::uikit::setAppDelegate(delegate);
+  const Object other = install("Whole");
+  const auto row = rowOf("application:didRegisterForRemoteNotificationsWithDeviceToken:");
+  EXPECT_EQ(row.delegateClass, "Classless");
+  EXPECT_EQ(row.chain.size(), 1U);
+  EXPECT_TRUE(row.remarks.empty());
+  EXPECT_EQ(rowOf(presentMethod).state, State::swapped);
+}
+
+TEST_F(IntegrationReportTest, ANameOfSeveralLinesStaysOneInTheText) {
+  constexpr const char* name = "Several\nLines\xC2\x85";
+  zib::ClassBuilder builder(name, zib::Class::named("Whole"));
+  builder.registerClass();
+  const Object delegate = install(name);
+  EXPECT_EQ(rowOf(presentMethod).delegateClass, name);
+  const std::string text = zib::integrationReport().text();
+  EXPECT_NE(text.find(": swapped on Several\\nLines\\u{85}\n"), std::string::npos) << text;
+  EXPECT_EQ(text.find("Several\nLines"), std::string::npos);
 }
 
 TEST_F(IntegrationReportTest, AsText) {

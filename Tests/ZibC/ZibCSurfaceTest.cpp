@@ -469,14 +469,20 @@ TEST_F(ZibCIntegrationReportTest, FillsInWhatANewerHostHasRoomFor) {
 TEST_F(ZibCIntegrationReportTest, RefusesSizesThatNoVersionHas) {
   zib_integration_row row{};
   zib_integration_function function{};
-  for (const std::size_t size : {std::size_t{0}, sizeof(std::size_t), sizeof(row) - 1}) {
+  // The latter two end within a text.
+  const std::size_t sizes[] = {0, sizeof(std::size_t), sizeof(row) - 1,
+                               offsetof(zib_integration_row, method.size),
+                               offsetof(zib_integration_row, delegate_class.size)};
+  for (const std::size_t size : sizes) {
     row.size = size;
     function.size = size;
-    EXPECT_FALSE(zib_integration_report_get_row(report_.get(), 0, &row));
-    EXPECT_FALSE(zib_integration_report_get_function(report_.get(), presentation, 0, &function));
+    EXPECT_FALSE(zib_integration_report_get_row(report_.get(), presentation, &row)) << size;
+    EXPECT_FALSE(zib_integration_report_get_function(report_.get(), presentation, 0, &function))
+        << size;
     EXPECT_EQ(row.method.bytes, nullptr);
+    EXPECT_EQ(function.image.bytes, nullptr);
   }
-  ASSERT_EQ(device_.errorLines().size(), 6U);
+  ASSERT_EQ(device_.errorLines().size(), 2 * std::size(sizes));
   EXPECT_EQ(device_.errorLines()[0],
             "zib_integration_report_get_row: size 0 is that of no zib_integration_row; this "
             "version's is " +
