@@ -142,8 +142,9 @@ typedef struct zib_core {
   void (*ZIB_NULLABLE save_fcm_token)(void* ZIB_NULLABLE context, zib_text token);
 } zib_core;
 
-// For the core library, once, when it starts. False, and one error line, when a core is installed
-// already or `size` is that of no zib_core; nothing is kept then, and nothing released.
+// For the core library, once, when it starts. Where a core in C++ has installed a part of itself,
+// this one is the rest. False, and one error line, for null, when all of a core is installed
+// already, or when `size` is that of no zib_core; nothing is kept then, and nothing released.
 ZIB_API bool zib_core_install(const zib_core* core);
 
 // What a host can learn. All members as in zib_core. Each is called on the thread of the operation
@@ -188,7 +189,10 @@ ZIB_API bool zib_messaging_set_event_vendor(zib_text vendor);
 
 // How the module finds the delegates of a host that it integrates itself into.
 enum {
-  // When configure runs, and once more within a second for those that are not there yet.
+  // When configure runs, and once more for what was not there: half a second later for the delegate
+  // of notifications, a second later for scenes, where none was connected, and for the delegate of
+  // a Firebase that had started. Not again for the application's delegate, further scenes and
+  // Firebase.
   ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY = 0,
   // As they come, at any time.
   ZIB_DELEGATE_DISCOVERY_CONTINUOUS = 1
@@ -243,7 +247,7 @@ typedef struct zib_integration_report zib_integration_report;
 
 // What the module did with a method of a delegate.
 enum {
-  ZIB_INTEGRATION_NONE = 0,       // the module does not get the callback
+  ZIB_INTEGRATION_NONE = 0,       // nothing: it has the callback only if it is the delegate itself
   ZIB_INTEGRATION_SWAPPED = 1,    // the delegate's method was replaced
   ZIB_INTEGRATION_ADDED = 2,      // the delegate had no such method
   ZIB_INTEGRATION_FORWARDING = 3  // it had none, but answers by forwarding to another object
@@ -274,8 +278,8 @@ ZIB_API void zib_integration_report_free(zib_integration_report* ZIB_NULLABLE re
 // All of it, for a support ticket. No token, link or payload is in it.
 ZIB_API zib_text zib_integration_report_text(const zib_integration_report* report);
 ZIB_API size_t zib_integration_report_row_count(const zib_integration_report* report);
-// False, and one error line, for a row that there is not or a `size` that is too small for one;
-// nothing is written then.
+// False, and one error line, for a row that there is not or a `size` that ends before the first
+// member or within one; nothing is written then.
 ZIB_API bool zib_integration_report_get_row(const zib_integration_report* report, size_t row,
                                             zib_integration_row* result);
 // Of a row's functions, from the outermost, which the system calls, inwards. False as above.
@@ -327,7 +331,8 @@ ZIB_API void zib_push_config_register_for_push_simple(zib_object ZIB_NULLABLE ap
 // Where the latest downloaded property list is stored; no text while there is no such file.
 ZIB_API zib_text zib_push_config_copy_saved_firebase_plist_path(void);
 
-// ZibPayloadBuilder: an NSDictionary each, null only for a missing argument.
+// ZibPayloadBuilder: an NSDictionary each; null, and one error line, for a missing argument and
+// where what an argument holds raises as it is read.
 
 ZIB_API zib_object ZIB_NULLABLE zib_payload_builder_create_notification_payload(
     zib_object user_info, zib_text event_type) ZIB_OWNED_BY_CALLER;
@@ -344,8 +349,9 @@ ZIB_API zib_text zib_string_copy(zib_object string);
 ZIB_API zib_object ZIB_NULLABLE zib_string_create(zib_text text) ZIB_OWNED_BY_CALLER;
 
 // Any object as JSON, its members by name. What JSON has no word for is written as text: bytes in
-// base64, a date in ISO 8601. No text, and one error line, for more than 256 levels or 100,000
-// values.
+// base64, a date in ISO 8601, or as an empty text where that has no word for it; a number that is
+// infinite or none is null. No text, and one error line, for more than 256 levels or 100,000
+// values, and for an object that raises as it is read.
 ZIB_API zib_text zib_json_copy(zib_object object);
 // Null, and one error line, for what is no JSON object or array.
 ZIB_API zib_object ZIB_NULLABLE zib_json_create(zib_text json) ZIB_OWNED_BY_CALLER;

@@ -13,7 +13,7 @@ namespace zib {
 
 struct IntegrationReport {
   enum class State : std::uint8_t {
-    none,        // the module does not get the callback
+    none,        // nothing: it has the callback only if it is the delegate itself
     swapped,     // the delegate's method was replaced
     added,       // the delegate had no such method
     forwarding,  // it had none, but answers by forwarding to another object

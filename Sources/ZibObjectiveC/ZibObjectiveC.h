@@ -115,7 +115,10 @@ ZIB_SENDABLE
 
 // How the module finds the delegates of a host that it integrates itself into.
 typedef NS_ENUM(NSInteger, ZIBDelegateDiscovery) {
-  // When the module is configured, and once more within a second for those that are not there yet.
+  // When the module is configured, and once more for what was not there: half a second later for
+  // the delegate of notifications, a second later for scenes, where none was connected, and for the
+  // delegate of a Firebase that had started. Not again for the application's delegate, further
+  // scenes and Firebase.
   ZIBDelegateDiscoveryOnceWithRetry = 0,
   // As they come, at any time.
   ZIBDelegateDiscoveryContinuous = 1,
@@ -123,7 +126,7 @@ typedef NS_ENUM(NSInteger, ZIBDelegateDiscovery) {
 
 // What the module did with a method of a delegate.
 typedef NS_ENUM(NSInteger, ZIBIntegrationState) {
-  ZIBIntegrationStateNone = 0,        // the module does not get the callback
+  ZIBIntegrationStateNone = 0,        // nothing: it has the callback only as the delegate itself
   ZIBIntegrationStateSwapped = 1,     // the delegate's method was replaced
   ZIBIntegrationStateAdded = 2,       // the delegate had no such method
   ZIBIntegrationStateForwarding = 3,  // it had none, but answers by forwarding to another object
@@ -195,7 +198,8 @@ __attribute__((objc_subclassing_restricted))
 - (instancetype)init __attribute__((unavailable("use ZIBMessaging.shared")));
 + (instancetype)new __attribute__((unavailable("use ZIBMessaging.shared")));
 
-// For the core library, once, when it starts. NO when a core is installed already.
+// For the core library, once, when it starts. NO, and an error line, for nil
+// and when a core is installed already.
 + (BOOL)installCore:(id<ZIBCore>)core NS_SWIFT_NAME(install(core:));
 
 @property(ZIB_WEAK, nullable) id<ZIBMessagingDelegate> delegate;
