@@ -23,7 +23,11 @@ set(ZIB_PKGCONFIG_LIBS "")
 foreach(library ${libraries})
   string(APPEND ZIB_PKGCONFIG_LIBS " -l${library}")
 endforeach()
-if(NOT APPLE)
+# The C++ library is for hosts in C, whose compiler does not bring it.
+if(APPLE)
+  string(APPEND ZIB_PKGCONFIG_LIBS " -lc++")
+else()
+  string(APPEND ZIB_PKGCONFIG_LIBS " -lstdc++")
   string(APPEND ZIB_PKGCONFIG_LIBS " -Wl,--no-as-needed -lBlocksRuntime -lgnustep-base -lobjc -Wl,--as-needed")
 endif()
 # The prefix is found from the file's own place, so that the tree can be moved.
