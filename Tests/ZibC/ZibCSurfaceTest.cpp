@@ -134,7 +134,7 @@ class LoggerInCxx final : public ZibLogger {
 };
 
 TEST(ZibWithoutLoggerTest, IsSaidAsItIs) {
-  sim::installFoundation();
+  sim::foundation::install();
   ASSERT_TRUE(Zib::install(std::make_unique<CoreInCxx>()));
   testing::internal::CaptureStderr();
   zib_messaging_configure(nullptr);
@@ -143,7 +143,7 @@ TEST(ZibWithoutLoggerTest, IsSaidAsItIs) {
 }
 
 TEST(ZibWithALoggerOnlyTest, IsSaidAsItIs) {
-  sim::installFoundation();
+  sim::foundation::install();
   ASSERT_TRUE(ZibLogger::install(std::make_unique<LoggerInCxx>()));
   testing::internal::CaptureStderr();
   zib_messaging_configure(nullptr);
@@ -152,7 +152,7 @@ TEST(ZibWithALoggerOnlyTest, IsSaidAsItIs) {
 }
 
 TEST(ZibCoreInCTest, MayConfigureFromItsConfiguration) {
-  sim::installFoundation();
+  sim::foundation::install();
   static std::vector<std::string> lines;
   zib_core core{};
   core.size = sizeof(core);

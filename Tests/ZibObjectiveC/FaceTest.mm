@@ -183,7 +183,7 @@ TEST(ZIBCoreTest, IsRefusedAndLetGoWhenThereIsOne) {
 
 TEST(ZIBCoreTest, ThatIsNoneLeavesThePlaceToOne) {
   const zib::AutoreleasePool pool;
-  sim::installFoundation();
+  sim::foundation::install();
   id<ZIBCore> none = nil;  // what the compiler cannot see
   testing::internal::CaptureStderr();
   EXPECT_FALSE([ZIBMessaging installCore:none]);
