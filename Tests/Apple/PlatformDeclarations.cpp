@@ -7,14 +7,15 @@
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
 
-// Does not compile for two types, but that the platform may promise not to throw. Takes addresses
-// rather than types, so that the use of what the oldest supported system lacks is an error too.
+// Does not compile for two types, but that either may promise not to throw. Takes addresses rather
+// than types, so that the use of what the oldest supported system lacks is an error too.
 template <class T>
-consteval bool isDeclaredAs(T* /*ours*/, T* /*platforms*/) {
+requires(std::is_object_v<T>) consteval bool isDeclaredAs(T* /*ours*/, T* /*platforms*/) {
   return true;
 }
-template <class Result, class... Arguments>
-consteval bool isDeclaredAs(Result (*)(Arguments...), Result (*)(Arguments...) noexcept) {
+template <class Result, class... Arguments, bool ours, bool platforms>
+consteval bool isDeclaredAs(Result (*)(Arguments...) noexcept(ours),
+                            Result (*)(Arguments...) noexcept(platforms)) {
   return true;
 }
 

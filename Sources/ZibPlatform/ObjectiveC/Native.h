@@ -24,6 +24,8 @@ struct dispatch_queue_s;
 #else
 #define ZIB_SYMBOL(name) __asm__(#name)
 #endif
+// And does not throw, so that nothing has to be cleaned up around each call.
+#define ZIB_NOTHROW(name) ZIB_SYMBOL(name) __attribute__((nothrow))
 
 namespace zib::objc {
 
@@ -49,45 +51,45 @@ using Integer = long;            // NSInteger
 using UInteger = unsigned long;  // NSUInteger
 using UniChar = std::uint16_t;   // unichar
 
-Class lookUpClass(const char* name) ZIB_SYMBOL(objc_lookUpClass);
+Class lookUpClass(const char* name) ZIB_NOTHROW(objc_lookUpClass);
 Class allocateClassPair(Class superclass, const char* name, std::size_t extraBytes)
-    ZIB_SYMBOL(objc_allocateClassPair);
-void registerClassPair(Class cls) ZIB_SYMBOL(objc_registerClassPair);
-const char* nameOfClass(Class cls) ZIB_SYMBOL(class_getName);
-Class superclassOf(Class cls) ZIB_SYMBOL(class_getSuperclass);
+    ZIB_NOTHROW(objc_allocateClassPair);
+void registerClassPair(Class cls) ZIB_NOTHROW(objc_registerClassPair);
+const char* nameOfClass(Class cls) ZIB_NOTHROW(class_getName);
+Class superclassOf(Class cls) ZIB_NOTHROW(class_getSuperclass);
 Method instanceMethod(Class cls, SEL selector) ZIB_SYMBOL(class_getInstanceMethod);
 BOOL addMethod(Class cls, SEL selector, IMP function, const char* types)
-    ZIB_SYMBOL(class_addMethod);
-id protocolNamed(const char* name) ZIB_SYMBOL(objc_getProtocol);
-BOOL addProtocol(Class cls, id protocol) ZIB_SYMBOL(class_addProtocol);
-IMP implementationOf(Method method) ZIB_SYMBOL(method_getImplementation);
-IMP setImplementation(Method method, IMP function) ZIB_SYMBOL(method_setImplementation);
-const char* typeEncodingOf(Method method) ZIB_SYMBOL(method_getTypeEncoding);
-SEL registerSelector(const char* name) ZIB_SYMBOL(sel_registerName);
-const char* nameOfSelector(SEL selector) ZIB_SYMBOL(sel_getName);
-BOOL areEqual(SEL one, SEL other) ZIB_SYMBOL(sel_isEqual);
+    ZIB_NOTHROW(class_addMethod);
+id protocolNamed(const char* name) ZIB_NOTHROW(objc_getProtocol);
+BOOL addProtocol(Class cls, id protocol) ZIB_NOTHROW(class_addProtocol);
+IMP implementationOf(Method method) ZIB_NOTHROW(method_getImplementation);
+IMP setImplementation(Method method, IMP function) ZIB_NOTHROW(method_setImplementation);
+const char* typeEncodingOf(Method method) ZIB_NOTHROW(method_getTypeEncoding);
+SEL registerSelector(const char* name) ZIB_NOTHROW(sel_registerName);
+const char* nameOfSelector(SEL selector) ZIB_NOTHROW(sel_getName);
+BOOL areEqual(SEL one, SEL other) ZIB_NOTHROW(sel_isEqual);
 
 void* copyBlock(const void* block) ZIB_SYMBOL(_Block_copy);
-void releaseBlock(const void* block) ZIB_SYMBOL(_Block_release);
+void releaseBlock(const void* block) ZIB_NOTHROW(_Block_release);
 extern void* stackBlockClass[32] ZIB_SYMBOL(_NSConcreteStackBlock);
 
 extern dispatch_queue_s mainDispatchQueue ZIB_SYMBOL(_dispatch_main_q);
-std::uint64_t dispatchTime(std::uint64_t when, std::int64_t nanoseconds) ZIB_SYMBOL(dispatch_time);
+std::uint64_t dispatchTime(std::uint64_t when, std::int64_t nanoseconds) ZIB_NOTHROW(dispatch_time);
 void dispatchAsync(dispatch_queue_s* queue, void* context, void (*work)(void*))
-    ZIB_SYMBOL(dispatch_async_f);
+    ZIB_NOTHROW(dispatch_async_f);
 void dispatchSync(dispatch_queue_s* queue, void* context, void (*work)(void*))
-    ZIB_SYMBOL(dispatch_sync_f);
+    ZIB_NOTHROW(dispatch_sync_f);
 void dispatchAfter(std::uint64_t when, dispatch_queue_s* queue, void* context, void (*work)(void*))
-    ZIB_SYMBOL(dispatch_after_f);
+    ZIB_NOTHROW(dispatch_after_f);
 
 #if defined(__APPLE__)
 void messageSend() ZIB_SYMBOL(objc_msgSend);
-Class classOf(id object) ZIB_SYMBOL(object_getClass);
+Class classOf(id object) ZIB_NOTHROW(object_getClass);
 IMP methodImplementation(Class cls, SEL selector) ZIB_SYMBOL(class_getMethodImplementation);
-id retain(id object) ZIB_SYMBOL(objc_retain);
-void release(id object) ZIB_SYMBOL(objc_release);
-void* pushAutoreleasePool() ZIB_SYMBOL(objc_autoreleasePoolPush);
-void popAutoreleasePool(void* pool) ZIB_SYMBOL(objc_autoreleasePoolPop);
+id retain(id object) ZIB_NOTHROW(objc_retain);
+void release(id object) ZIB_NOTHROW(objc_release);
+void* pushAutoreleasePool() ZIB_NOTHROW(objc_autoreleasePoolPush);
+void popAutoreleasePool(void* pool) ZIB_NOTHROW(objc_autoreleasePoolPop);
 #else
 IMP lookUpMessage(id receiver, SEL selector) ZIB_SYMBOL(objc_msg_lookup);
 // What Foundation hangs in for receivers without a method for the selector.
@@ -98,6 +100,7 @@ void* pushAutoreleasePool();
 void popAutoreleasePool(void* pool);
 #endif
 
+#undef ZIB_NOTHROW
 #undef ZIB_SYMBOL
 
 // Functions of the runtime have one nominal type; this gives one its true type back, or takes it
@@ -109,6 +112,9 @@ To functionCast(Function* function) {
 
 #if defined(__APPLE__)
 
+// What a message to nil gives is zero, of whatever scalar type.
+inline constexpr bool nilGivesZero = true;
+
 // The function that a message reaches. Apple's runtime looks it up inside objc_msgSend, which has
 // to be called with the exact type of the method.
 template <class Function>
@@ -117,6 +123,9 @@ Function* functionFor(id, SEL) {
 }
 
 #else
+
+// Not so for floating-point numbers.
+inline constexpr bool nilGivesZero = false;
 
 // GCC's runtime has object_getClass as an inline function only: the class is an object's first
 // word.

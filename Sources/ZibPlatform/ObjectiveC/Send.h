@@ -44,7 +44,9 @@ template <class Result, class... Arguments>
 Result send(objc::id receiver, Selector selector, Arguments... arguments) {
   static_assert(std::is_void_v<Result> || std::is_scalar_v<Result>,
                 "a structure is returned in another way on each architecture");
-  if (receiver == nullptr) return Result();
+  if constexpr (sendsAreChecked || !objc::nilGivesZero) {
+    if (receiver == nullptr) return Result();
+  }
   if constexpr (sendsAreChecked) {
     checkSend(receiver, selector,
               encoding::Method<Result(objc::id, objc::SEL, Arguments...)>::value.data());

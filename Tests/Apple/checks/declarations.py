@@ -18,7 +18,7 @@ RUNTIME_WITHOUT_HEADER = {"objc_retain", "objc_release", "objc_autoreleasePoolPu
 NOT_OF_THE_PLATFORM = {"objc_msg_lookup", "__objc_msg_forward2"}
 
 # A declaration that is given a symbol by hand.
-ASM_LABEL = r"[\w)\]]\s+(?:asm|__asm__)\s*\(\s*\"_?\w+\"|ZIB_SYMBOL"
+ASM_LABEL = r"[\w)\]]\s+(?:asm|__asm__)\s*\(\s*\"_?\w+\"|ZIB_(?:SYMBOL|NOTHROW)"
 
 
 def declarations(compiler):
@@ -46,8 +46,8 @@ def comparable_declarations():
     """Our name and the platform's symbol of each declaration that a header of the platform has."""
     native = re.sub(r"^ *(#|//).*$", "", NATIVE.read_text(), flags=re.M)
     # A pointer to a function has its name in parentheses.
-    bound = re.findall(r"(\w+)\)?(?:\([^;]*\)|\[\d+\])?\s+ZIB_SYMBOL\((\w+)\);", native)
-    if len(bound) != native.count("ZIB_SYMBOL("):
+    bound = re.findall(r"(\w+)\)?(?:\([^;]*\)|\[\d+\])?\s+ZIB_(?:SYMBOL|NOTHROW)\((\w+)\);", native)
+    if len(bound) != native.count("ZIB_SYMBOL(") + native.count("ZIB_NOTHROW("):
         raise Failure("Native.h binds a symbol in a way that the check cannot read")
     return [(name, symbol) for name, symbol in bound
             if symbol not in RUNTIME_WITHOUT_HEADER | NOT_OF_THE_PLATFORM]
