@@ -58,21 +58,25 @@ char32_t nextCharacter(std::string_view utf8, std::size_t& at) {
   return character;
 }
 
-// Eight bytes at a time; where they end, or are no ASCII, the rest begins.
-std::size_t widenASCII(std::string_view utf8, objc::UniChar* out) {
-  constexpr std::uint64_t beyondASCII = 0x8080808080808080U;
+constexpr std::uint64_t beyondASCII = 0x8080808080808080U;
+
+// Calls `use` with each eight bytes of the beginning that are ASCII. The rest begins where they
+// end.
+template <class Use>
+std::size_t forASCIIWords(std::string_view utf8, Use use) {
   std::size_t done = 0;
   for (std::uint64_t bytes = 0; utf8.size() - done >= sizeof(bytes); done += sizeof(bytes)) {
     std::memcpy(&bytes, utf8.data() + done, sizeof(bytes));
-    if ((bytes & beyondASCII) != 0) return done;
-    std::copy_n(utf8.data() + done, sizeof(bytes), out + done);
+    if ((bytes & beyondASCII) != 0) break;
+    use(done);
   }
   return done;
 }
 
 // Writes at most as many units as `utf8` has bytes.
 std::size_t writeUtf16(std::string_view utf8, objc::UniChar* out) {
-  std::size_t length = widenASCII(utf8, out);
+  std::size_t length = forASCIIWords(
+      utf8, [&](std::size_t at) { std::copy_n(utf8.data() + at, sizeof(beyondASCII), out + at); });
   for (std::size_t at = length; at < utf8.size();) {
     const char32_t character = nextCharacter(utf8, at);
     if (character < 0x10000) {
@@ -192,11 +196,12 @@ bool StringRef::endsWith(std::string_view ascii) const {
                     });
 }
 
-objc::id makeInto(std::atomic<objc::id>& made, std::string_view text) {
-  Object string = makeString(text);
-  objc::id first = nullptr;
-  const bool isFirst = made.compare_exchange_strong(first, string.raw(), std::memory_order_acq_rel);
-  return isFirst ? string.relinquish() : first;
+objc::id ConstantString::object() const {
+  objc::id object = kept->load(std::memory_order_acquire);
+  if (object != nullptr) return object;
+  Object made = makeString(text);
+  // Another thread's, if it was faster.
+  return kept->compare_exchange_strong(object, made.raw()) ? made.relinquish() : object;
 }
 
 std::string wellFormed(std::string_view utf8) {
@@ -207,8 +212,8 @@ std::string wellFormed(std::string_view utf8) {
 }
 
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept {
-  std::size_t end = 0;
-  for (; count > 0 && end < utf8.size(); --count) nextCharacter(utf8, end);
+  std::size_t end = forASCIIWords(utf8.substr(0, count), [](std::size_t) {});
+  for (count -= end; count > 0 && end < utf8.size(); --count) nextCharacter(utf8, end);
   return utf8.substr(0, end);
 }
 

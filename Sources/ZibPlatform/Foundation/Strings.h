@@ -72,19 +72,14 @@ std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexc
 // A text known at compile time and the platform's object for it, which is made at its first use and
 // kept: a key that is looked up on every notification must not be made, nor hashed, anew.
 struct ConstantString {
+  [[nodiscard]] objc::id object() const;
+
   std::string_view text;
-  objc::id (*object)() = nullptr;
+  std::atomic<objc::id>* kept = nullptr;
 };
 
-// What objectOfConstant() does once.
-objc::id makeInto(std::atomic<objc::id>& made, std::string_view text);
-
 template <FixedString Text>
-objc::id objectOfConstant() {
-  static constinit std::atomic<objc::id> made{nullptr};
-  const objc::id string = made.load(std::memory_order_acquire);
-  return string == nullptr ? makeInto(made, Text.view()) : string;
-}
+inline constinit std::atomic<objc::id> objectOfConstant{nullptr};
 
 template <FixedString Text>
 inline constexpr ConstantString constantString{Text.view(), &objectOfConstant<Text>};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 
 namespace zib {
 
@@ -15,6 +16,16 @@ void Value::setUnsigned(std::uint64_t value) noexcept {
   } else {
     storage_ = value;
   }
+}
+
+const Value& Value::keep(std::string_view text, std::atomic<const Value*>& kept) {
+  auto original = std::make_unique<const Value>(text);
+  std::unique_ptr<const Value> made(new Value(Constant{original.get()}));
+  const Value* constant = nullptr;
+  // Another thread's, if it was faster.
+  if (!kept.compare_exchange_strong(constant, made.get())) return *constant;
+  static_cast<void>(original.release());
+  return *made.release();
 }
 
 bool operator==(const Value& one, const Value& other) { return one.storage() == other.storage(); }

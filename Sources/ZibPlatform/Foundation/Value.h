@@ -3,20 +3,22 @@
 
 #pragma once
 
+#include <atomic>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/FixedString.h"
-#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace zib {
 
@@ -90,6 +92,14 @@ class Value {
                                Date, Array, ValueMap, Constant>;
 
   Value() noexcept = default;
+  Value(const Value&) = default;
+  Value(Value&&) noexcept = default;
+  // Anew in its place: a variant's assignment has code for each two alternatives.
+  Value& operator=(Value other) noexcept {
+    std::destroy_at(this);
+    return *std::construct_at(this, std::move(other));
+  }
+  ~Value() = default;
   // Exactly these. Above all no pointer, nor anything else, becomes a boolean on its way.
   // NOLINTBEGIN(google-explicit-constructor): a value is any of these.
   Value(Null) noexcept {}
@@ -124,9 +134,9 @@ class Value {
   // value share it.
   template <FixedString Text>
   static const Value& constant() {
-    static NeverDestroyed<Value> text([] { return Value(Text.view()); });
-    static NeverDestroyed<Value> reference([] { return Value(Constant{&*text}); });
-    return *reference;
+    static constinit std::atomic<const Value*> kept{nullptr};
+    const Value* const constant = kept.load(std::memory_order_acquire);
+    return constant == nullptr ? keep(Text.view(), kept) : *constant;
   }
 
   [[nodiscard]] const Storage& storage() const noexcept {
@@ -163,6 +173,7 @@ class Value {
  private:
   explicit Value(Constant constant) noexcept : storage_(constant) {}
   void setUnsigned(std::uint64_t value) noexcept;
+  static const Value& keep(std::string_view text, std::atomic<const Value*>& kept);
 
   Storage storage_;
 };

@@ -4,16 +4,16 @@
 
 namespace zib {
 
-Selector registerInto(std::atomic<objc::SEL>& registered, const char* name) {
-  const Selector selector(name);
-  registered.store(selector.raw(), std::memory_order_relaxed);
-  return selector;
+objc::SEL KnownSelector::registerNow() noexcept {
+  const objc::SEL raw = objc::registerSelector(name);
+  registered.store(raw, std::memory_order_relaxed);
+  return raw;
 }
 
-Class lookUpInto(std::atomic<objc::Class>& found, const char* name) {
-  const Class cls = Class::named(name);
-  found.store(cls.raw(), std::memory_order_relaxed);
-  return cls;
+objc::Class KnownClass::lookUpNow() noexcept {
+  const objc::Class raw = objc::lookUpClass(name);
+  found.store(raw, std::memory_order_relaxed);
+  return raw;
 }
 
 bool Class::derivesFrom(Class ancestor) const {
@@ -49,10 +49,10 @@ bool isNSObject(objc::id object) {
   return cls && (cls.derivesFrom(root) || cls.derivesFrom(Class::ofObject(root.object())));
 }
 
-bool isKind(objc::id object, Class (*ancestor)(), std::atomic<objc::Class>& lastFound) {
-  const Class wanted = ancestor();
-  if (!wanted || !isNSObject(object)) return false;
+bool isKind(objc::id object, KnownClass& ancestor, std::atomic<objc::Class>& lastFound) {
   const Class cls = Class::ofObject(object);
+  const Class wanted = ancestor.find();
+  if (!wanted || !isNSObject(object)) return false;
   if (!cls.derivesFrom(wanted)) {
     return send<objc::BOOL>(object, selector<"isKindOfClass:">(), wanted.raw()) != 0;
   }

@@ -69,16 +69,26 @@ class Class {
   objc::Class raw_ = nullptr;
 };
 
-// What classNamed() does until the class is there.
-Class lookUpInto(std::atomic<objc::Class>& found, const char* name);
+// A class by its name, looked up until it is found and then kept: a class can appear late, but
+// never goes.
+struct KnownClass {
+  [[nodiscard]] Class find() noexcept {
+    const objc::Class raw = found.load(std::memory_order_relaxed);
+    return Class(raw == nullptr ? lookUpNow() : raw);
+  }
+  objc::Class lookUpNow() noexcept;
 
-// The class of a name that is known at compile time, looked up until it is found and then kept: a
-// class can appear late, but never goes.
+  const char* name;
+  std::atomic<objc::Class> found{nullptr};
+};
+
+template <FixedString Name>
+inline constinit KnownClass knownClass{Name.data()};
+
+// The class of a name that is known at compile time.
 template <FixedString Name>
 Class classNamed() {
-  static constinit std::atomic<objc::Class> found{nullptr};
-  const objc::Class raw = found.load(std::memory_order_relaxed);
-  return raw == nullptr ? lookUpInto(found, Name.data()) : Class(raw);
+  return knownClass<Name>.find();
 }
 
 // Whether the object, or the class object, belongs to the hierarchy of NSObject. Says false for
@@ -87,7 +97,7 @@ bool isNSObject(objc::id object);
 bool respondsTo(objc::id object, Selector selector);
 
 // What isKind() does for an object of another class than `lastFound`.
-bool isKind(objc::id object, Class (*ancestor)(), std::atomic<objc::Class>& lastFound);
+bool isKind(objc::id object, KnownClass& ancestor, std::atomic<objc::Class>& lastFound);
 
 // Whether the object is an instance of the class or of one that derives from it, by its ancestry or
 // its own answer. Says false for nil, and for what is outside NSObject's hierarchy. Cheap for
@@ -97,8 +107,8 @@ template <FixedString Name>
 bool isKind(objc::id object) {
   if (object == nullptr) return false;
   static constinit std::atomic<objc::Class> lastFound{nullptr};
-  if (objc::classOf(object) == lastFound.load(std::memory_order_relaxed)) return true;
-  return isKind(object, &classNamed<Name>, lastFound);
+  return objc::classOf(object) == lastFound.load(std::memory_order_relaxed) ||
+         isKind(object, knownClass<Name>, lastFound);
 }
 
 // The object where it is of that class; nil where it is not.

@@ -27,17 +27,24 @@ class Selector {
   objc::SEL raw_;
 };
 
-// What selector() does once.
-Selector registerInto(std::atomic<objc::SEL>& registered, const char* name);
+// A selector by its name, registered at its first use. An atomic rather than a function-local
+// static, since registering twice is harmless and a plain load is cheaper than a guard.
+struct KnownSelector {
+  [[nodiscard]] Selector find() noexcept {
+    const objc::SEL raw = registered.load(std::memory_order_relaxed);
+    return Selector(raw == nullptr ? registerNow() : raw);
+  }
+  objc::SEL registerNow() noexcept;
 
-// The selector of a name that is known at compile time: `selector<"delegate">()`. An atomic rather
-// than a function-local static, since registering twice is harmless and a plain load is cheaper
-// than a guard.
+  const char* name;
+  std::atomic<objc::SEL> registered{nullptr};
+};
+
+// The selector of a name that is known at compile time: `selector<"delegate">()`.
 template <FixedString Name>
 Selector selector() {
-  static constinit std::atomic<objc::SEL> registered{nullptr};
-  const objc::SEL raw = registered.load(std::memory_order_relaxed);
-  return raw == nullptr ? registerInto(registered, Name.data()) : Selector(raw);
+  static constinit KnownSelector known{Name.data()};
+  return known.find();
 }
 
 }  // namespace zib
