@@ -7,29 +7,26 @@
 
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Result.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace zib {
+
+// failureOf() without the type of the call.
+std::optional<Error> failureOfCall(bool (*call)(const void* of, objc::id* error), const void* of);
 
 // `call` gets the pointer for the error and tells whether it succeeded; the pointed-to error is
 // looked at only if it did not. An exception is a failure too: the platform's readers throw one at
 // some bytes, and what the bytes are is the sender's choice.
 template <class Call>
-std::optional<Error> failureOf(Call call) {
-  const AutoreleasePool pool;
-  objc::id error = nullptr;
-  try {
-    if (call(&error)) return std::nullopt;
-  } catch (...) {
-    return Error{"ZibMessaging", 0, "The platform threw an exception", {}};
-  }
-  return Error::fromNative(error);
+std::optional<Error> failureOf(const Call& call) {
+  return failureOfCall(
+      [](const void* of, objc::id* error) { return (*static_cast<const Call*>(of))(error); },
+      &call);
 }
 
 // The same for a call whose result is an object, nil meaning failure.
 template <class Call>
-Result<Object> objectOrError(Call call) {
+Result<Object> objectOrError(const Call& call) {
   Object object;
   auto failure = failureOf([&](objc::id* error) {
     object = Object::retained(call(error));

@@ -4,8 +4,8 @@
 
 #pragma once
 
+#include <optional>
 #include <utility>
-#include <variant>
 
 #include "ZibPlatform/Foundation/Error.h"
 
@@ -15,19 +15,21 @@ template <class T>
 class Result {
  public:
   // NOLINTBEGIN(google-explicit-constructor): a result is either of them.
-  Result(T value) : storage_(std::in_place_index<0>, std::move(value)) {}
-  Result(Error error) : storage_(std::in_place_index<1>, std::move(error)) {}
+  Result(T value) : value_(std::move(value)) {}
+  Result(Error error) : error_(std::move(error)) {}
   // NOLINTEND(google-explicit-constructor)
 
-  explicit operator bool() const noexcept { return storage_.index() == 0; }
+  explicit operator bool() const noexcept { return !error_; }
   // Only when there is a value.
-  const T& operator*() const { return std::get<0>(storage_); }
-  const T* operator->() const { return &std::get<0>(storage_); }
+  const T& operator*() const { return value_; }
+  const T* operator->() const { return &value_; }
   // Only when there is none.
-  [[nodiscard]] const Error& error() const { return std::get<1>(storage_); }
+  [[nodiscard]] const Error& error() const { return *error_; }
 
  private:
-  std::variant<T, Error> storage_;
+  // Empty beside an error. Not a variant, whose code is several times as large.
+  T value_{};
+  std::optional<Error> error_;
 };
 
 }  // namespace zib
