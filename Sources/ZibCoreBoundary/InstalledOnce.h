@@ -5,6 +5,8 @@
 #include <atomic>
 #include <memory>
 
+#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
+
 namespace zib {
 
 // Holds the one instance of a service that the core installs, for the life of the process. Safe
@@ -23,10 +25,13 @@ class InstalledOnce {
 
   [[nodiscard]] bool isEmpty() const noexcept { return installed_.load() == nullptr; }
 
-  // The installed service, or `silent` until there is one.
-  Service& orElse(Service& silent) const noexcept {
+  // The installed service, or the process's own Silent until there is one.
+  template <class Silent>
+  Service& orElse() const noexcept {
     Service* const installed = installed_.load(std::memory_order_acquire);
-    return installed == nullptr ? silent : *installed;
+    if (installed != nullptr) return *installed;
+    static NeverDestroyed<Silent> silent([] { return Silent(); });
+    return *silent;
   }
 
  private:

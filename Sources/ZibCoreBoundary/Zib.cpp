@@ -1,7 +1,6 @@
 #include "ZibCoreBoundary/Zib.h"
 
 #include "ZibCoreBoundary/InstalledOnce.h"
-#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace {
 
@@ -19,10 +18,7 @@ constinit zib::InstalledOnce<Zib> installed;
 
 }  // namespace
 
-Zib& Zib::shared() noexcept {
-  static zib::NeverDestroyed<SilentCore> silent([] { return SilentCore(); });
-  return installed.orElse(*silent);
-}
+Zib& Zib::shared() noexcept { return installed.orElse<SilentCore>(); }
 
 bool Zib::isInstalled() noexcept { return !installed.isEmpty(); }
 

@@ -1,7 +1,6 @@
 #include "ZibCoreBoundary/ZibLogger.h"
 
 #include "ZibCoreBoundary/InstalledOnce.h"
-#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace {
 
@@ -15,10 +14,7 @@ constinit zib::InstalledOnce<ZibLogger> installed;
 
 }  // namespace
 
-ZibLogger& ZibLogger::shared() noexcept {
-  static zib::NeverDestroyed<SilentLogger> silent([] { return SilentLogger(); });
-  return installed.orElse(*silent);
-}
+ZibLogger& ZibLogger::shared() noexcept { return installed.orElse<SilentLogger>(); }
 
 bool ZibLogger::isInstalled() noexcept { return !installed.isEmpty(); }
 

@@ -1,7 +1,6 @@
 #include "ZibCoreBoundary/ZibStorage.h"
 
 #include "ZibCoreBoundary/InstalledOnce.h"
-#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 namespace {
 
@@ -15,10 +14,7 @@ constinit zib::InstalledOnce<ZibStorage> installed;
 
 }  // namespace
 
-ZibStorage& ZibStorage::shared() noexcept {
-  static zib::NeverDestroyed<SilentStorage> silent([] { return SilentStorage(); });
-  return installed.orElse(*silent);
-}
+ZibStorage& ZibStorage::shared() noexcept { return installed.orElse<SilentStorage>(); }
 
 bool ZibStorage::install(std::unique_ptr<ZibStorage> storage) noexcept {
   return installed.install(std::move(storage));

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "ZibCoreBoundary/InstalledOnce.h"
-#include "ZibPlatform/ObjectiveC/NeverDestroyed.h"
 
 // A build sets it with -DZIB_EVENT_VENDOR.
 #if !defined(ZIB_EVENT_VENDOR)
@@ -15,21 +14,14 @@
 namespace zib {
 namespace {
 
-constexpr std::string_view vendorOfTheBuild = ZIB_EVENT_VENDOR;
-
 struct Schema {
-  explicit Schema(std::string_view vendor)
+  explicit Schema(std::string_view vendor = ZIB_EVENT_VENDOR)
       : uri("iglu:" + std::string(vendor) + "/notification_event/jsonschema/3-0-0") {}
 
   std::string uri;
 };
 
 constinit InstalledOnce<const Schema> installed;
-
-const Schema& schema() noexcept {
-  static NeverDestroyed<const Schema> ofTheBuild([] { return Schema(vendorOfTheBuild); });
-  return installed.orElse(*ofTheBuild);
-}
 
 // What a vendor may consist of in the URI of a schema.
 bool isVendorCharacter(char character) {
@@ -41,7 +33,9 @@ bool isVendorCharacter(char character) {
 
 }  // namespace
 
-std::string_view notificationEventSchemaURI() noexcept { return schema().uri; }
+std::string_view notificationEventSchemaURI() noexcept {
+  return installed.orElse<const Schema>().uri;
+}
 
 VendorOutcome setEventVendor(std::string_view vendor) {
   if (vendor.empty() || !std::all_of(vendor.begin(), vendor.end(), isVendorCharacter)) {
