@@ -123,7 +123,7 @@ bool ZibMessaging::setDelegateDiscovery(zib::DelegateDiscovery discovery) noexce
 }
 
 template <class Call>
-void ZibMessaging::tellDelegate(std::string_view operation, Call call) {
+void ZibMessaging::tellDelegate(const char* operation, Call call) {
   const auto delegate = this->delegate();
   if (!delegate) return;
   const zib::HostsTurn turn;

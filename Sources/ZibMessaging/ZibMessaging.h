@@ -127,7 +127,7 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
   void handlePresentation(const zib::Notification& notification) noexcept;
   void handleResponse(const zib::NotificationResponse& response) noexcept;
   template <class Call>
-  void tellDelegate(std::string_view operation, Call call);
+  void tellDelegate(const char* operation, Call call);
 
   zib::Guarded<std::weak_ptr<ZibMessagingDelegate>> delegate_;
   std::atomic<zib::DelegateDiscovery> discovery_{zib::DelegateDiscovery::onceWithRetry};

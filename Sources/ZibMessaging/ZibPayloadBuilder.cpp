@@ -41,7 +41,7 @@ void fillOwn(Value& value, const NotificationField& field, std::string_view even
 
 zib::ValueMap ZibPayloadBuilder::createNotificationPayload(const zib::Dictionary& userInfo,
                                                            std::string_view eventType) noexcept {
-  constexpr std::string_view operation = "createNotificationPayload";
+  constexpr const char* operation = "createNotificationPayload";
   zib::ValueMap payload;
   const NotificationField* rest = zib::notificationFields.begin();
   const auto appendRest = [&](bool isReadable) {

@@ -40,7 +40,7 @@ class ConfigurePushFlow final : public std::enable_shared_from_this<ConfigurePus
   // The next callback, on whichever thread it comes. A step that breaks off ends the flow, so that
   // the host's completion is not lost with it; what the step may have begun before is not followed.
   template <class Work>
-  void step(std::string_view operation, Work work) noexcept {
+  void step(const char* operation, Work work) noexcept {
     if (isFinished_) return;
     const RecordedCall own;
     if (!contained(operation, work)) finish(false);

@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "ZibCoreBoundary/ZibLogger.h"
@@ -9,39 +10,49 @@
 
 namespace zib {
 
-std::string describeHandledException() noexcept {
-  if (auto description = describeHandledPlatformException()) return *std::move(description);
+namespace {
+
+// What the exception that is being handled says of itself. On its own, like report(): a call that
+// goes well saves no registers for them.
+[[gnu::cold, gnu::noinline]] std::unique_ptr<std::string> describeHandledException() noexcept {
+  if (auto description = describeHandledPlatformException()) {
+    return std::make_unique<std::string>(*std::move(description));
+  }
   try {
     throw;
   } catch (const std::exception& exception) {
-    return exception.what();
+    return std::make_unique<std::string>(exception.what());
   } catch (...) {
-    return "an exception of a type of its own";
+    return std::make_unique<std::string>("an exception of a type of its own");
   }
 }
 
-bool containedCall(std::string_view operation, void (*call)(const void* work),
+[[gnu::cold, gnu::noinline]] void report(const char* operation,
+                                         std::unique_ptr<std::string> description) noexcept {
+  try {
+    const std::string line = std::string("ZibMessaging: stopped an exception in ") + operation;
+    ZibLogger::shared().error(line, Error{"ZibMessaging", 0, *std::move(description), {}});
+  } catch (...) {
+    // The logger is what throws: there is nobody left to tell.
+    return;
+  }
+}
+
+}  // namespace
+
+// Reported when the exception is no longer being handled: C++ runtimes end the process when the
+// platform's comes on top of another.
+bool containedCall(const char* operation, void (*call)(const void* work),
                    const void* work) noexcept {
-  // Not a text of its own, which would cost each call that goes well.
   std::unique_ptr<std::string> description;
   try {
     call(work);
     return true;
   } catch (...) {
-    description = std::make_unique<std::string>(describeHandledException());
+    description = describeHandledException();
   }
-  reportContained(operation, *std::move(description));
+  report(operation, std::move(description));
   return false;
-}
-
-void reportContained(std::string_view operation, std::string description) noexcept {
-  try {
-    const std::string line = "ZibMessaging: stopped an exception in " + std::string(operation);
-    ZibLogger::shared().error(line, Error{"ZibMessaging", 0, std::move(description), {}});
-  } catch (...) {
-    // The logger is what throws: there is nobody left to tell.
-    return;
-  }
 }
 
 }  // namespace zib
