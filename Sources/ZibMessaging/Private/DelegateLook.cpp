@@ -5,7 +5,6 @@
 
 #include "ZibMessaging/Private/AddOrSwap.h"
 #include "ZibMessaging/Private/Interceptors.h"
-#include "ZibMessaging/Private/LogLine.h"
 #include "ZibMessaging/Private/MessagingFace.h"
 #include "ZibMessaging/Private/Recording.h"
 #include "ZibPlatform/FirebaseMessaging/FirebaseMessaging.h"
@@ -80,7 +79,7 @@ constexpr std::array sceneRows{Row::sceneOpenURL};
 constexpr std::array notificationRows{Row::willPresent, Row::didReceive};
 constexpr std::array firebaseRows{Row::fcmToken};
 
-void install(const DelegateLook& look, std::string_view found, objc::id delegate,
+void install(const DelegateLook& look, const LinePart& found, objc::id delegate,
              Installed (*install)(Row row, objc::id delegate)) {
   logLine(found, Class::visibleClassOf(delegate).name());
   bool isAdded = false;

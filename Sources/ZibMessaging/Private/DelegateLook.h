@@ -10,6 +10,7 @@
 
 #include "ZibMessaging/Private/Installation.h"
 #include "ZibMessaging/Private/Interception.h"
+#include "ZibMessaging/Private/LogLine.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace zib {
@@ -32,8 +33,8 @@ struct DelegateLook {
   Sighting (*find)();
   std::span<const Row> rows;
   // What stands before the name of the delegate's class, at the first look and at a later one.
-  std::string_view found;
-  std::string_view foundLater;
+  LinePart found;
+  LinePart foundLater;
   // How long after a first look that found nothing the second comes, in seconds.
   double secondLookAfter;
   // What the second look does with each method.

@@ -51,6 +51,8 @@ void logParts(std::span<const LinePart> parts) noexcept {
   contained("ZibLogger.log", [&] { write(parts); });
 }
 
+void logError(std::string_view line) noexcept { logError(line, std::nullopt); }
+
 void logError(std::string_view line, const std::optional<Error>& error) noexcept {
   contained("ZibLogger.error", [&] { ZibLogger::shared().error(line, error); });
 }

@@ -49,6 +49,7 @@ requires(sizeof...(Parts) > 1) void logLine(const Parts&... parts) noexcept {
 }
 
 // A failure, with the error where there is one.
-void logError(std::string_view line, const std::optional<Error>& error = std::nullopt) noexcept;
+void logError(std::string_view line) noexcept;
+void logError(std::string_view line, const std::optional<Error>& error) noexcept;
 
 }  // namespace zib
