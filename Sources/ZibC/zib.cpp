@@ -125,7 +125,7 @@ class BorrowedError {
 // What comes in.
 
 void report(std::string_view operation, std::string_view problem,
-            const std::optional<zib::Error>& error = std::nullopt) {
+            const std::optional<zib::Error>& error) {
   const std::string line = std::string(operation).append(": ").append(problem);
   if (ZibLogger::isInstalled()) {
     ZibLogger::shared().error(line, error);
@@ -134,27 +134,14 @@ void report(std::string_view operation, std::string_view problem,
   }
 }
 
-// One call of a function of zib.h, for as long as it lasts: its thread may have no pool.
+// One call of a function of zib.h, under way.
 class Operation {
  public:
   explicit Operation(const char* name) noexcept : name_(name) {}
 
-  // Runs the work and gives its result, or none when it was stopped by an exception.
-  template <class Work>
-  auto run(Work&& work) const noexcept {
-    using Result = std::invoke_result_t<Work>;
-    if constexpr (std::is_void_v<Result>) {
-      contain(work);
-    } else {
-      Result result{};
-      contain([&] { result = work(); });
-      return result;
-    }
-  }
-
-  void fail(std::string_view problem,
-            const std::optional<zib::Error>& error = std::nullopt) const noexcept {
-    run([&] { report(name_, problem, error); });
+  void fail(std::string_view problem) const noexcept { fail(problem, std::nullopt); }
+  void fail(std::string_view problem, const std::optional<zib::Error>& error) const noexcept {
+    zib::contained(name_, [&] { report(name_, problem, error); });
   }
 
   // Whether the argument is there. Says so when it is not.
@@ -166,35 +153,50 @@ class Operation {
   }
   bool hasData(const char* argument, zib_object given) const noexcept {
     return has(argument, given) &&
-           require(run([&] { return zib::isKind<"NSData">(given); }), argument, " is no NSData");
+           require(zib::containedOr(false, name_, [&] { return zib::isKind<"NSData">(given); }),
+                   argument, " is no NSData");
   }
   bool hasURL(const char* argument, zib_object given) const noexcept {
     return has(argument, given) &&
-           require(run([&] { return zib::URL::retained(given).has_value(); }), argument,
-                   " is no NSURL");
+           require(zib::containedOr(false, name_,
+                                    [&] { return zib::URL::retained(given).has_value(); }),
+                   argument, " is no NSURL");
   }
 
  private:
   bool require(bool isMet, const char* argument, const char* problem) const noexcept {
-    if (!isMet) run([&] { report(name_, std::string(argument) + problem); });
+    if (!isMet) {
+      zib::contained(name_, [&] { report(name_, std::string(argument) + problem, std::nullopt); });
+    }
     return isMet;
   }
 
-  // By address: each instance of contained() has its own code for exceptions.
-  template <class Work>
-  void contain(Work&& work) const noexcept {
-    using Type = std::remove_reference_t<Work>;
-    containAt([](void* at) { (*static_cast<Type*>(at))(); },
-              const_cast<void*>(static_cast<const void*>(&work)));
-  }
-  void containAt(void (*work)(void*), void* at) const noexcept;
-
-  zib::AutoreleasePool pool_;
   const char* name_;
 };
 
-[[gnu::noinline]] void Operation::containAt(void (*work)(void*), void* at) const noexcept {
-  zib::contained(name_, [&] { work(at); });
+// perform() without the type of the work.
+void performAt(const char* name, void (*call)(const Operation& operation, const void* work),
+               const void* work) noexcept {
+  // The host's thread may have none.
+  const zib::AutoreleasePool pool;
+  zib::contained(name, [&] { call(Operation(name), work); });
+}
+
+// Does what a function of zib.h is for, and gives its result; an empty one when an exception was
+// stopped.
+template <class Work>
+auto perform(const char* name, const Work& work) noexcept {
+  using Result = std::invoke_result_t<const Work&, const Operation&>;
+  if constexpr (std::is_void_v<Result>) {
+    const auto call = [](const Operation& operation, const void* of) {
+      (*static_cast<const Work*>(of))(operation);
+    };
+    performAt(name, call, &work);
+  } else {
+    Result result{};
+    perform(name, [&](const Operation& operation) { result = work(operation); });
+    return result;
+  }
 }
 
 [[gnu::noinline]] void failForSize(const Operation& operation, std::size_t size, const char* name,
@@ -454,13 +456,12 @@ void zib_text_free(zib_text text) { std::free(const_cast<char*>(text.bytes)); }
 zib_text zib_version(void) { return zib_text_of(ZIB_VERSION); }
 
 void zib_object_release(zib_object object) {
-  Operation(__func__).run([&] { static_cast<void>(zib::Object::adopted(object)); });
+  perform(__func__, [&](const Operation&) { static_cast<void>(zib::Object::adopted(object)); });
 }
 
 bool zib_core_install(const zib_core* core) {
-  const Operation operation(__func__);
-  if (!operation.has("core", core)) return false;
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> bool {
+    if (!operation.has("core", core)) return false;
     const auto table = tableOf(operation, "zib_core", *core);
     if (!table) return false;
     const auto held = std::make_shared<Held<zib_core>>(*table);
@@ -474,8 +475,7 @@ bool zib_core_install(const zib_core* core) {
 }
 
 bool zib_messaging_set_delegate(const zib_messaging_delegate* delegate) {
-  const Operation operation(__func__);
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> bool {
     std::shared_ptr<ZibMessagingDelegate> kept;
     if (delegate != nullptr) {
       const auto table = tableOf(operation, "zib_messaging_delegate", *delegate);
@@ -489,19 +489,21 @@ bool zib_messaging_set_delegate(const zib_messaging_delegate* delegate) {
 }
 
 bool zib_messaging_has_delegate(void) {
-  return Operation(__func__).run([] { return ZibMessaging::shared().delegate() != nullptr; });
+  return perform(__func__,
+                 [](const Operation&) { return ZibMessaging::shared().delegate() != nullptr; });
 }
 
 bool zib_messaging_is_push_enabled(void) {
-  return Operation(__func__).run([] { return ZibMessaging::shared().isPushEnabled(); });
+  return perform(__func__, [](const Operation&) { return ZibMessaging::shared().isPushEnabled(); });
 }
 
 zib_text zib_messaging_copy_fcm_token(void) {
-  return Operation(__func__).run([] { return copyIfThere(ZibMessaging::shared().fcmToken()); });
+  return perform(__func__,
+                 [](const Operation&) { return copyIfThere(ZibMessaging::shared().fcmToken()); });
 }
 
 zib_object zib_messaging_copy_apns_token(void) {
-  return Operation(__func__).run([]() -> zib_object {
+  return perform(__func__, [](const Operation&) -> zib_object {
     const auto bytes = ZibMessaging::shared().apnsToken();
     return bytes ? zib::makeData(*bytes).relinquish() : nullptr;
   });
@@ -512,116 +514,119 @@ zib_text zib_messaging_copy_notification_event_schema_uri(void) {
 }
 
 bool zib_messaging_set_event_vendor(zib_text vendor) {
-  const Operation operation(__func__);
-  if (!operation.has("vendor", vendor)) return false;
-  return operation.run([&] { return ZibMessaging::shared().setEventVendor(stringOf(vendor)); });
+  return perform(__func__, [&](const Operation& operation) -> bool {
+    if (!operation.has("vendor", vendor)) return false;
+    return ZibMessaging::shared().setEventVendor(stringOf(vendor));
+  });
 }
 
 int32_t zib_messaging_delegate_discovery(void) {
-  return Operation(__func__).run(
-      [] { return static_cast<int32_t>(ZibMessaging::shared().delegateDiscovery()); });
+  return perform(__func__, [](const Operation&) {
+    return static_cast<int32_t>(ZibMessaging::shared().delegateDiscovery());
+  });
 }
 
 bool zib_messaging_set_delegate_discovery(int32_t discovery) {
-  const Operation operation(__func__);
-  if (discovery != ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY &&
-      discovery != ZIB_DELEGATE_DISCOVERY_CONTINUOUS) {
-    operation.fail("discovery " + std::to_string(static_cast<long long>(discovery)) +
-                   " is unknown; 0 (once, with a retry) and 1 (continuous) are allowed");
-    return false;
-  }
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> bool {
+    if (discovery != ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY &&
+        discovery != ZIB_DELEGATE_DISCOVERY_CONTINUOUS) {
+      operation.fail("discovery " + std::to_string(static_cast<long long>(discovery)) +
+                     " is unknown; 0 (once, with a retry) and 1 (continuous) are allowed");
+      return false;
+    }
     return ZibMessaging::shared().setDelegateDiscovery(static_cast<DelegateDiscovery>(discovery));
   });
 }
 
 void zib_messaging_configure(zib_object application) {
-  Operation(__func__).run(
-      [&] { ZibMessaging::shared().configure(zib::Application::retained(application)); });
+  perform(__func__, [&](const Operation&) {
+    ZibMessaging::shared().configure(zib::Application::retained(application));
+  });
 }
 
 void zib_messaging_register_for_push(zib_object application) {
-  Operation(__func__).run(
-      [&] { ZibMessaging::shared().registerForPush(zib::Application::retained(application)); });
+  perform(__func__, [&](const Operation&) {
+    ZibMessaging::shared().registerForPush(zib::Application::retained(application));
+  });
 }
 
 void zib_messaging_did_register_for_remote_notifications(zib_object device_token) {
-  const Operation operation(__func__);
-  if (!operation.hasData("device_token", device_token)) return;
-  operation.run([&] {
+  perform(__func__, [&](const Operation& operation) {
+    if (!operation.hasData("device_token", device_token)) return;
     ZibMessaging::shared().didRegisterForRemoteNotifications(zib::bytesOf(device_token));
   });
 }
 
 void zib_messaging_did_fail_to_register_for_remote_notifications(zib_object error) {
-  Operation(__func__).run([&] {
+  perform(__func__, [&](const Operation&) {
     ZibMessaging::shared().didFailToRegisterForRemoteNotifications(zib::Error::fromNative(error));
   });
 }
 
 void zib_messaging_set_push_token(zib_object device_token) {
-  const Operation operation(__func__);
-  if (!operation.hasData("device_token", device_token)) return;
-  operation.run([&] { ZibMessaging::shared().setPushToken(zib::bytesOf(device_token)); });
+  perform(__func__, [&](const Operation& operation) {
+    if (!operation.hasData("device_token", device_token)) return;
+    ZibMessaging::shared().setPushToken(zib::bytesOf(device_token));
+  });
 }
 
 void zib_messaging_set_fcm_token(zib_text token) {
-  const Operation operation(__func__);
-  if (!operation.has("token", token)) return;
-  operation.run([&] { ZibMessaging::shared().setFCMToken(stringOf(token)); });
+  perform(__func__, [&](const Operation& operation) {
+    if (!operation.has("token", token)) return;
+    ZibMessaging::shared().setFCMToken(stringOf(token));
+  });
 }
 
 void zib_messaging_did_receive_registration_token(zib_text token) {
-  const Operation operation(__func__);
-  if (!operation.has("token", token)) return;
-  operation.run([&] { ZibMessaging::shared().didReceiveRegistrationToken(stringOf(token)); });
+  perform(__func__, [&](const Operation& operation) {
+    if (!operation.has("token", token)) return;
+    ZibMessaging::shared().didReceiveRegistrationToken(stringOf(token));
+  });
 }
 
 void zib_messaging_ensure_firebase_messaging_delegate(void) {
-  Operation(__func__).run([] { ZibMessaging::shared().ensureFirebaseMessagingDelegate(); });
+  perform(__func__,
+          [](const Operation&) { ZibMessaging::shared().ensureFirebaseMessagingDelegate(); });
 }
 
 void zib_messaging_setup_as_notification_delegate(void) {
-  Operation(__func__).run([] { ZibMessaging::shared().setupAsNotificationDelegate(); });
+  perform(__func__, [](const Operation&) { ZibMessaging::shared().setupAsNotificationDelegate(); });
 }
 
 zib_object zib_messaging_runtime_object(void) {
-  return Operation(__func__).run([] { return ZibMessaging::runtimeObject(); });
+  return perform(__func__, [](const Operation&) { return ZibMessaging::runtimeObject(); });
 }
 
 unsigned long zib_messaging_will_present(zib_object notification) {
-  const Operation operation(__func__);
-  if (!operation.has("notification", notification)) return 0;
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> unsigned long {
+    if (!operation.has("notification", notification)) return 0;
     return ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
   });
 }
 
 void zib_messaging_did_receive(zib_object response) {
-  const Operation operation(__func__);
-  if (!operation.has("response", response)) return;
-  operation.run(
-      [&] { ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response)); });
+  perform(__func__, [&](const Operation& operation) {
+    if (!operation.has("response", response)) return;
+    ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response));
+  });
 }
 
 void zib_messaging_track_notification_received(zib_object user_info) {
-  const Operation operation(__func__);
-  if (!operation.has("user_info", user_info)) return;
-  operation.run([&] {
+  perform(__func__, [&](const Operation& operation) {
+    if (!operation.has("user_info", user_info)) return;
     ZibMessaging::shared().trackNotificationReceived(zib::Dictionary::retained(user_info));
   });
 }
 
 void zib_messaging_track_notification_opened(zib_object user_info) {
-  const Operation operation(__func__);
-  if (!operation.has("user_info", user_info)) return;
-  operation.run([&] {
+  perform(__func__, [&](const Operation& operation) {
+    if (!operation.has("user_info", user_info)) return;
     ZibMessaging::shared().trackNotificationOpened(zib::Dictionary::retained(user_info));
   });
 }
 
 zib_integration_report* zib_integration_report_create(void) {
-  return Operation(__func__).run([] {
+  return perform(__func__, [](const Operation&) {
     auto made = std::make_unique<zib_integration_report>();
     made->report = zib::integrationReport();
     makeWellFormed(made->report);
@@ -635,19 +640,21 @@ void zib_integration_report_free(zib_integration_report* report) {
 }
 
 zib_text zib_integration_report_text(const zib_integration_report* report) {
-  if (!Operation(__func__).has("report", report)) return {};
-  return borrowed(report->text);
+  return perform(__func__, [&](const Operation& operation) {
+    return operation.has("report", report) ? borrowed(report->text) : zib_text{};
+  });
 }
 
 size_t zib_integration_report_row_count(const zib_integration_report* report) {
-  return Operation(__func__).has("report", report) ? report->report.rows.size() : 0;
+  return perform(__func__, [&](const Operation& operation) -> std::size_t {
+    return operation.has("report", report) ? report->report.rows.size() : 0;
+  });
 }
 
 bool zib_integration_report_get_row(const zib_integration_report* report, size_t row,
                                     zib_integration_row* result) {
-  const Operation operation(__func__);
-  if (!operation.has("report", report) || !operation.has("result", result)) return false;
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> bool {
+    if (!operation.has("report", report) || !operation.has("result", result)) return false;
     const auto& rows = report->report.rows;
     if (!hasElement(operation, "row", rows.size(), row)) return false;
     const auto& found = rows[row];
@@ -663,9 +670,8 @@ bool zib_integration_report_get_row(const zib_integration_report* report, size_t
 
 bool zib_integration_report_get_function(const zib_integration_report* report, size_t row,
                                          size_t function, zib_integration_function* result) {
-  const Operation operation(__func__);
-  if (!operation.has("report", report) || !operation.has("result", result)) return false;
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> bool {
+    if (!operation.has("report", report) || !operation.has("result", result)) return false;
     const auto& rows = report->report.rows;
     if (!hasElement(operation, "row", rows.size(), row)) return false;
     const auto& chain = rows[row].chain;
@@ -678,9 +684,8 @@ bool zib_integration_report_get_function(const zib_integration_report* report, s
 
 zib_text zib_integration_report_remark(const zib_integration_report* report, size_t row,
                                        size_t remark) {
-  const Operation operation(__func__);
-  if (!operation.has("report", report)) return {};
-  return operation.run([&]() -> zib_text {
+  return perform(__func__, [&](const Operation& operation) -> zib_text {
+    if (!operation.has("report", report)) return {};
     const auto& rows = report->report.rows;
     if (!hasElement(operation, "row", rows.size(), row)) return {};
     const auto& remarks = rows[row].remarks;
@@ -691,7 +696,7 @@ zib_text zib_integration_report_remark(const zib_integration_report* report, siz
 
 void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void* context,
                                             zib_release release) {
-  Operation(__func__).run([&] {
+  perform(__func__, [&](const Operation&) {
     const auto held =
         std::make_shared<Held<URLDelegate>>(URLDelegate{url_delegate, context, release});
     ZibDeepLinkHandler::URLDelegate called;
@@ -707,22 +712,21 @@ void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void*
 }
 
 bool zib_deep_link_handler_has_url_delegate(void) {
-  return Operation(__func__).run(
-      [] { return static_cast<bool>(ZibDeepLinkHandler::shared().urlDelegate()); });
+  return perform(__func__, [](const Operation&) {
+    return static_cast<bool>(ZibDeepLinkHandler::shared().urlDelegate());
+  });
 }
 
 bool zib_deep_link_handler_handle_notification_url(zib_object user_info) {
-  const Operation operation(__func__);
-  if (!operation.has("user_info", user_info)) return false;
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> bool {
+    if (!operation.has("user_info", user_info)) return false;
     return ZibDeepLinkHandler::shared().handleNotificationURL(zib::Dictionary::retained(user_info));
   });
 }
 
 bool zib_deep_link_handler_handle_url(zib_object url, zib_text source) {
-  const Operation operation(__func__);
-  if (!operation.hasURL("url", url) || !operation.has("source", source)) return false;
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> bool {
+    if (!operation.hasURL("url", url) || !operation.has("source", source)) return false;
     return ZibDeepLinkHandler::shared().handleURL(*zib::URL::retained(url), stringOf(source));
   });
 }
@@ -731,8 +735,7 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
                                     zib_firebase_config_handler firebase_config_handler,
                                     zib_push_config_completion completion, void* context,
                                     zib_release release) {
-  const Operation operation(__func__);
-  operation.run([&] {
+  perform(__func__, [&](const Operation& operation) {
     const auto flow = std::make_shared<Held<PushFlow>>(
         PushFlow{firebase_config_handler, completion, context, release});
     if (!operation.has("firebase_config_handler",
@@ -755,23 +758,23 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
 }
 
 void zib_push_config_register_for_push_simple(zib_object application) {
-  Operation(__func__).run([&] {
+  perform(__func__, [&](const Operation&) {
     ZibPushConfig::shared().registerForPushSimple(zib::Application::retained(application));
   });
 }
 
 zib_text zib_push_config_copy_saved_firebase_plist_path(void) {
-  return Operation(__func__).run(
-      [] { return copyIfThere(ZibPushConfig::shared().savedFirebasePlistPath()); });
+  return perform(__func__, [](const Operation&) {
+    return copyIfThere(ZibPushConfig::shared().savedFirebasePlistPath());
+  });
 }
 
 zib_object zib_payload_builder_create_notification_payload(zib_object user_info,
                                                            zib_text event_type) {
-  const Operation operation(__func__);
-  if (!operation.has("user_info", user_info) || !operation.has("event_type", event_type)) {
-    return nullptr;
-  }
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> zib_object {
+    if (!operation.has("user_info", user_info) || !operation.has("event_type", event_type)) {
+      return nullptr;
+    }
     return zib::objectFrom(ZibPayloadBuilder::createNotificationPayload(
                                zib::Dictionary::retained(user_info), stringOf(event_type)))
         .relinquish();
@@ -779,9 +782,8 @@ zib_object zib_payload_builder_create_notification_payload(zib_object user_info,
 }
 
 zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_object properties) {
-  const Operation operation(__func__);
-  if (!operation.has("event_name", event_name)) return nullptr;
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> zib_object {
+    if (!operation.has("event_name", event_name)) return nullptr;
     std::optional<zib::ValueMap> values;
     if (properties != nullptr) values = propertiesFrom(operation, properties);
     return zib::objectFrom(
@@ -791,9 +793,8 @@ zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_obj
 }
 
 zib_text zib_string_copy(zib_object string) {
-  const Operation operation(__func__);
-  if (!operation.has("string", string)) return {};
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> zib_text {
+    if (!operation.has("string", string)) return {};
     if (const auto text = zib::StringRef::of(string)) return copyOf(zib::Utf8(text).view());
     operation.fail("string is no NSString");
     return zib_text{};
@@ -801,15 +802,14 @@ zib_text zib_string_copy(zib_object string) {
 }
 
 zib_object zib_string_create(zib_text text) {
-  return Operation(__func__).run([&]() -> zib_object {
+  return perform(__func__, [&](const Operation&) -> zib_object {
     return text.bytes == nullptr ? nullptr : zib::makeString(viewOf(text)).relinquish();
   });
 }
 
 zib_text zib_json_copy(zib_object object) {
-  const Operation operation(__func__);
-  if (!operation.has("object", object)) return {};
-  return operation.run([&] {
+  return perform(__func__, [&](const Operation& operation) -> zib_text {
+    if (!operation.has("object", object)) return {};
     const auto value = zib::valueFrom(object);
     if (value) return copyOf(zib::jsonTextOf(*value));
     operation.fail("object cannot be written: " + value.error().description);
@@ -818,9 +818,8 @@ zib_text zib_json_copy(zib_object object) {
 }
 
 zib_object zib_json_create(zib_text json) {
-  const Operation operation(__func__);
-  if (!operation.has("json", json)) return nullptr;
-  return operation.run([&]() -> zib_object {
+  return perform(__func__, [&](const Operation& operation) -> zib_object {
+    if (!operation.has("json", json)) return nullptr;
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(json.bytes);
     const auto parsed = zib::parseJSON({bytes, json.size});
     if (parsed) return zib::Object(*parsed).relinquish();
