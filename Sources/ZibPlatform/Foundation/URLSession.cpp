@@ -2,8 +2,6 @@
 
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Strings.h"
-#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
-#include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
@@ -11,20 +9,9 @@
 namespace zib {
 namespace {
 
-using CompletionBlock = Block<void(objc::id, objc::id, objc::id)>;
-
 std::optional<long> httpStatusOf(objc::id response) {
   if (!isKind<"NSHTTPURLResponse">(response)) return std::nullopt;
   return send<objc::Integer>(response, selector<"statusCode">());
-}
-
-CompletionBlock completionBlock(const URLSession::Handler& handler) {
-  return CompletionBlock::from([handler](objc::id body, objc::id response, objc::id error) {
-    // The session's thread is not ours, and what the handler makes must not pile up on it.
-    const AutoreleasePool pool;
-    handler({bytesOf(body), httpStatusOf(response),
-             error == nullptr ? std::nullopt : std::optional(Error::fromNative(error))});
-  });
 }
 
 Object makeRequest(const URLRequest& request) {
@@ -39,26 +26,33 @@ Object makeRequest(const URLRequest& request) {
 }
 
 // `subject` is what the selector's first argument takes: a request or a URL.
-void start(Selector dataTask, objc::id subject, const URLSession::Handler& handler) {
+bool startTask(Selector dataTask, objc::id subject, BlockLayout* completion) {
   const AutoreleasePool pool;
-  const CompletionBlock block = completionBlock(handler);
   const objc::id session = sendToClass<"NSURLSession", "sharedSession">();
-  const objc::id task = send<objc::id>(session, dataTask, subject, block.raw());
-  if (task == nullptr) {
-    handler({{}, {}, Error{"ZibMessaging", 0, "The system started no exchange", {}}});
-    return;
-  }
+  const objc::id task = send<objc::id>(session, dataTask, subject, completion);
   send<void>(task, selector<"resume">());
+  return task != nullptr;
 }
 
 }  // namespace
 
-void URLSession::fetch(const URLRequest& request, const Handler& handler) {
-  start(selector<"dataTaskWithRequest:completionHandler:">(), makeRequest(request).raw(), handler);
+URLReply URLSession::reply(objc::id body, objc::id response, objc::id error) {
+  return {bytesOf(body), httpStatusOf(response),
+          error == nullptr ? std::nullopt : std::optional(Error::fromNative(error))};
 }
 
-void URLSession::fetch(const URL& url, const Handler& handler) {
-  start(selector<"dataTaskWithURL:completionHandler:">(), url.native(), handler);
+URLReply URLSession::notStarted() {
+  return {{}, {}, Error{"ZibMessaging", 0, "The system started no exchange", {}}};
+}
+
+bool URLSession::start(const URLRequest& request, const Completion& completion) {
+  return startTask(selector<"dataTaskWithRequest:completionHandler:">(), makeRequest(request).raw(),
+                   completion.raw());
+}
+
+bool URLSession::start(const URL& url, const Completion& completion) {
+  return startTask(selector<"dataTaskWithURL:completionHandler:">(), url.native(),
+                   completion.raw());
 }
 
 }  // namespace zib

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -11,6 +10,8 @@
 
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
 
 namespace zib {
 
@@ -39,15 +40,35 @@ struct URLReply {
 // use too.
 class URLSession {
  public:
-  // Called once, on a thread of the session's; on the caller's at once if the system starts no
-  // exchange. Must not throw.
-  using Handler = std::function<void(const URLReply&)>;
-
   URLSession() = delete;
 
-  static void fetch(const URLRequest& request, const Handler& handler);
+  // The handler gets a URLReply, once, on a thread of the session's; on the caller's at once if the
+  // system starts no exchange. Must not throw.
+  template <class Handler>
+  static void fetch(const URLRequest& request, const Handler& handler) {
+    if (!start(request, completion(handler))) handler(notStarted());
+  }
   // A plain GET with the session's defaults.
-  static void fetch(const URL& url, const Handler& handler);
+  template <class Handler>
+  static void fetch(const URL& url, const Handler& handler) {
+    if (!start(url, completion(handler))) handler(notStarted());
+  }
+
+ private:
+  using Completion = Block<void(objc::id, objc::id, objc::id)>;
+
+  template <class Handler>
+  static Completion completion(const Handler& handler) {
+    return Completion::from([handler](objc::id body, objc::id response, objc::id error) {
+      // The session's thread is not ours, and what the handler makes must not pile up on it.
+      const AutoreleasePool pool;
+      handler(reply(body, response, error));
+    });
+  }
+  static URLReply reply(objc::id body, objc::id response, objc::id error);
+  static URLReply notStarted();
+  static bool start(const URLRequest& request, const Completion& completion);
+  static bool start(const URL& url, const Completion& completion);
 };
 
 }  // namespace zib

@@ -1,7 +1,6 @@
 #include "ZibPlatform/UIKit/Application.h"
 
 #include "ZibPlatform/Foundation/Dictionary.h"
-#include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -32,15 +31,13 @@ void Application::registerForRemoteNotifications() const {
   send<void>(native(), selector<"registerForRemoteNotifications">());
 }
 
-bool Application::open(const URL& url, std::function<void(bool)> completion) const {
+bool Application::openThen(const URL& url, const OpenCompletion& completion) const {
   const Selector open = selector<"openURL:options:completionHandler:">();
   if (!respondsTo(native(), open)) return false;
   const auto implementation =
       send<objc::IMP>(native(), selector<"methodForSelector:">(), open.raw());
-  const auto handler = Block<void(objc::BOOL)>::from(
-      [completion = std::move(completion)](objc::BOOL success) { completion(success != 0); });
   callImplementation<void>(implementation, native(), open, url.native(), Dictionary().native(),
-                           handler.raw());
+                           completion.raw());
   return true;
 }
 

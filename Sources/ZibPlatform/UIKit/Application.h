@@ -3,10 +3,11 @@
 
 #pragma once
 
-#include <functional>
 #include <optional>
+#include <utility>
 
 #include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace zib {
@@ -30,10 +31,20 @@ class Application : public Handle {
   void registerForRemoteNotifications() const;
   // False, and nothing happens, when the application does not respond to the open selector. The
   // completion gets, on the main thread, whether the system opened the URL; it must not throw.
-  bool open(const URL& url, std::function<void(bool)> completion) const;
+  template <class Completion>
+  bool open(const URL& url, Completion completion) const {
+    return openThen(url,
+                    OpenCompletion::from([completion = std::move(completion)](objc::BOOL success) {
+                      completion(success != 0);
+                    }));
+  }
 
  private:
+  using OpenCompletion = Block<void(objc::BOOL)>;
+
   explicit Application(Object native) noexcept : Handle(std::move(native)) {}
+
+  [[nodiscard]] bool openThen(const URL& url, const OpenCompletion& completion) const;
 };
 
 }  // namespace zib

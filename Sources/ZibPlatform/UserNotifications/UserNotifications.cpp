@@ -1,7 +1,6 @@
 #include "ZibPlatform/UserNotifications/UserNotifications.h"
 
 #include "ZibPlatform/Foundation/Process.h"
-#include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -58,15 +57,9 @@ void NotificationCenter::setDelegate(objc::id delegate) const {
   send<void>(native(), selector<"setDelegate:">(), delegate);
 }
 
-void NotificationCenter::requestAuthorization(
-    objc::UInteger options, std::function<void(bool, std::optional<Error>)> answer) const {
-  const auto handler = Block<void(objc::BOOL, objc::id)>::from(
-      [answer = std::move(answer)](objc::BOOL granted, objc::id error) {
-        answer(granted != 0,
-               error == nullptr ? std::nullopt : std::optional(Error::fromNative(error)));
-      });
+void NotificationCenter::request(objc::UInteger options, const AuthorizationAnswer& answer) const {
   send<void>(native(), selector<"requestAuthorizationWithOptions:completionHandler:">(), options,
-             handler.raw());
+             answer.raw());
 }
 
 void NotificationCenter::setCategories(std::span<const NotificationCategory> categories) const {

@@ -2,14 +2,15 @@
 
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/Foundation/Error.h"
+#include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace zib {
@@ -74,14 +75,24 @@ class NotificationCenter : public Handle {
   void setDelegate(objc::id delegate) const;
   // The answer comes on a thread of the platform's choosing, once, and must not throw. The error
   // is there only if the platform reports one.
-  void requestAuthorization(objc::UInteger options,
-                            std::function<void(bool granted, std::optional<Error>)> answer) const;
+  template <class Answer>
+  void requestAuthorization(objc::UInteger options, Answer answer) const {
+    request(options, AuthorizationAnswer::from([answer = std::move(answer)](objc::BOOL granted,
+                                                                            objc::id error) {
+              answer(granted != 0,
+                     error == nullptr ? std::nullopt : std::optional(Error::fromNative(error)));
+            }));
+  }
   // Replaces all categories of the application. Actions and categories have no options and no
   // intents.
   void setCategories(std::span<const NotificationCategory> categories) const;
 
  private:
+  using AuthorizationAnswer = Block<void(objc::BOOL, objc::id)>;
+
   explicit NotificationCenter(Object native) noexcept : Handle(std::move(native)) {}
+
+  void request(objc::UInteger options, const AuthorizationAnswer& answer) const;
 };
 
 }  // namespace zib

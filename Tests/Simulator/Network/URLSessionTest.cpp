@@ -42,7 +42,7 @@ class URLSessionTest : public test::FoundationTest {
   }
 
   // Writes down when and where the answer came, and what it was.
-  zib::URLSession::Handler noting(const std::string& name) {
+  auto noting(const std::string& name) {
     return [this, name](const zib::URLReply& reply) {
       const std::string outcome = reply.error ? std::to_string(reply.error->code)
                                               : std::to_string(reply.httpStatus.value_or(0));
