@@ -9,7 +9,6 @@
 #include "ZibPlatform/Foundation/Exception.h"
 
 namespace zib {
-
 namespace {
 
 // What the exception that is being handled says of itself. On its own, like report(): a call that

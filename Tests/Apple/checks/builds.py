@@ -63,7 +63,9 @@ def link_image(compiler, configuration, inputs, exported, image):
     compiler.run(
         "clang++", f"--target={configuration.target.triple}", "-isysroot", compiler.sdk,
         "-fuse-ld=lld", "-dynamiclib", "-nostdlib", "-Wl,-undefined,dynamic_lookup",
-        "-Wl,-dead_strip", f"-Wl,-exported_symbols_list,{names}", "-Wl,-fatal_warnings",
+        # Functions that are alike are folded, as Apple's linker does of its own accord.
+        "-Wl,-dead_strip", "-Wl,--icf=safe", f"-Wl,-exported_symbols_list,{names}",
+        "-Wl,-fatal_warnings",
         "-install_name", "@rpath/libZibMessaging.dylib", *configuration.flags, *inputs, "-o", image)
     return image
 
