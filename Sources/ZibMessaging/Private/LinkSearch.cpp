@@ -12,7 +12,7 @@ std::string withEncodedBrackets(std::string_view text) {
   if (text.find('[') == none && text.find(']') == none) return encoded;
   const std::size_t afterPath = std::min(text.find_first_of("?#"), text.size());
   if (text.find_first_of("[]", afterPath) == none) return encoded;
-  encoded = text.substr(0, afterPath);
+  encoded.append(text.substr(0, afterPath));
   for (const char each : text.substr(afterPath)) {
     if (each == '[') {
       encoded.append("%5B");

@@ -97,7 +97,8 @@ class Value {
   // Anew in its place: a variant's assignment has code for each two alternatives.
   Value& operator=(Value other) noexcept {
     std::destroy_at(this);
-    return *std::construct_at(this, std::move(other));
+    std::construct_at(this, std::move(other));
+    return *this;
   }
   ~Value() = default;
   // Exactly these. Above all no pointer, nor anything else, becomes a boolean on its way.

@@ -50,9 +50,9 @@ bool isNSObject(objc::id object) {
 }
 
 bool isKind(objc::id object, KnownClass& ancestor, std::atomic<objc::Class>& lastFound) {
+  const Class cls = Class::ofObject(object);
   const Class wanted = ancestor.find();
   if (!wanted || !isNSObject(object)) return false;
-  const Class cls = Class::ofObject(object);
   if (!cls.derivesFrom(wanted)) {
     return send<objc::BOOL>(object, selector<"isKindOfClass:">(), wanted.raw()) != 0;
   }

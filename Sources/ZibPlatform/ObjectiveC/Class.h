@@ -107,8 +107,8 @@ template <FixedString Name>
 bool isKind(objc::id object) {
   if (object == nullptr) return false;
   static constinit std::atomic<objc::Class> lastFound{nullptr};
-  if (objc::classOf(object) == lastFound.load(std::memory_order_relaxed)) return true;
-  return isKind(object, knownClass<Name>, lastFound);
+  return objc::classOf(object) == lastFound.load(std::memory_order_relaxed) ||
+         isKind(object, knownClass<Name>, lastFound);
 }
 
 // The object where it is of that class; nil where it is not.
