@@ -15,6 +15,13 @@ struct dispatch_queue_s {
 
 namespace {
 
+// Does not compile for two types, but that the module's may promise not to throw.
+template <class Result, class... Arguments, bool ours>
+consteval bool isDeclaredAs(Result (* /*simulated*/)(Arguments...),
+                            Result (* /*ours*/)(Arguments...) noexcept(ours)) {
+  return true;
+}
+
 constexpr std::uint64_t forever = std::numeric_limits<std::uint64_t>::max();
 
 sim::Work call(void* context, void (*work)(void*)) {
@@ -60,10 +67,10 @@ void dispatch_after_f(std::uint64_t when, dispatch_queue_s* /*queue*/, void* con
 }
 
 // The module binds its own declarations to these symbols by name alone.
-static_assert(std::is_same_v<decltype(dispatch_time), decltype(zib::objc::dispatchTime)>);
-static_assert(std::is_same_v<decltype(dispatch_async_f), decltype(zib::objc::dispatchAsync)>);
-static_assert(std::is_same_v<decltype(dispatch_sync_f), decltype(zib::objc::dispatchSync)>);
-static_assert(std::is_same_v<decltype(dispatch_after_f), decltype(zib::objc::dispatchAfter)>);
+static_assert(isDeclaredAs(&dispatch_time, &zib::objc::dispatchTime));
+static_assert(isDeclaredAs(&dispatch_async_f, &zib::objc::dispatchAsync));
+static_assert(isDeclaredAs(&dispatch_sync_f, &zib::objc::dispatchSync));
+static_assert(isDeclaredAs(&dispatch_after_f, &zib::objc::dispatchAfter));
 static_assert(std::is_same_v<decltype(_dispatch_main_q), decltype(zib::objc::mainDispatchQueue)>);
 
 // The same with blocks, for hosts that are compiled from Objective-C.
