@@ -189,6 +189,10 @@ def main():
     arguments = parser.parse_args()
     (BUILD / "overlay").mkdir(parents=True, exist_ok=True)
     root = Root(arguments.root)
+    status, _, errors = root.run(f"{COMPILER}/swift-frontend", "--version")
+    if status != 0:
+        print(f"check-swift: skipped: the compiler does not run on this machine: {errors.strip()}")
+        sys.exit(77)
     parts = [
         ("form", lambda: form(root)),
         ("names", lambda: overlays(root) or names(root)),
