@@ -1,4 +1,4 @@
-# Evaluates the pod's specification as its tool would, and holds it to the tree: podspec.rb SOURCE.
+# Evaluates the podspec as its tool would, and holds it to the tree: podspec.rb SOURCE.
 # The tool itself is in no package of the system. What stands in for it knows the attributes that a pod may have,
 # and refuses others.
 
