@@ -11,6 +11,7 @@
 #include "Tests/Support/Device.h"
 #include "Tests/Support/Host.h"
 #include "Tests/Support/RowName.h"
+#include "Tests/Support/TestSeam.h"
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibSwizzleManager.h"
 #include "ZibPlatform/Foundation/Data.h"
@@ -132,14 +133,37 @@ TEST_P(InterceptorInputTest, NilArguments) {
   test::openURLContexts(host(), nullptr, nullptr);
   test::fcmToken(host(), nullptr);
   EXPECT_EQ(Counting::calls, calls(4));
-  EXPECT_EQ(
-      device_.infoLines(),
-      (Lines{"📲 [INTERCEPTED] didRegisterForRemoteNotifications", "📱 APNS token registered: ...",
-             "   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...",
-             "❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications",
-             "🔗 [INTERCEPTED] application:open:options: ",
-             "🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: nil..."}));
+  EXPECT_EQ(device_.infoLines(),
+            (Lines{"📲 [INTERCEPTED] didRegisterForRemoteNotifications",
+                   "❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications",
+                   "🔗 [INTERCEPTED] application:open:options: ",
+                   "🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: nil..."}));
   EXPECT_EQ(device_.errorLines(), Lines{"Failed to register for push"});
+  EXPECT_EQ(ZibMessaging::shared().fcmToken(), std::nullopt);
+}
+
+TEST_P(InterceptorInputTest, ADeviceTokenThatIsNoDataReachesOnlyTheHost) {
+  const auto all = strangers();
+  for (const Object& stranger : all) {
+    if (!zib::bytesOf(stranger.raw()).empty()) continue;
+    test::deviceToken(host(), stranger.raw());
+    EXPECT_EQ(device_.infoLines(), Lines{"📲 [INTERCEPTED] didRegisterForRemoteNotifications"});
+    EXPECT_EQ(ZibMessaging::shared().apnsToken(), zib::Bytes{1});
+    device_.forget();
+  }
+  EXPECT_EQ(Counting::calls, calls(static_cast<int>(all.size()) - 1));
+}
+
+TEST_P(InterceptorInputTest, ADeviceTokenWithoutBytesIsATokenAllTheSame) {
+  test::deviceToken(host(), zib::makeData({}).raw());
+  EXPECT_EQ(device_.countOfLine("📱 APNS token registered: ..."), 1U);
+  EXPECT_EQ(ZibMessaging::shared().apnsToken(), zib::Bytes());
+}
+
+TEST_P(InterceptorInputTest, ADeviceTokenThatIsNoneLetsNoTokenOfFirebaseIn) {
+  ZibTestSeam::replaceMessaging();
+  test::deviceToken(host(), nullptr);
+  test::fcmToken(host(), zib::makeString("token").raw());
   EXPECT_EQ(ZibMessaging::shared().fcmToken(), std::nullopt);
 }
 

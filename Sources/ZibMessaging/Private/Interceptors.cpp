@@ -122,8 +122,11 @@ struct Interceptors {
     if (callback.isNew()) {
       const RecordedCall call(Row::didRegister, token);
       logLine("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
-      contained("zib_didRegister:deviceToken:",
-                [&] { ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(token)); });
+      contained("zib_didRegister:deviceToken:", [&] {
+        const id data = cast<"NSData">(token);
+        if (data == nullptr) return;
+        ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(data));
+      });
     }
     if (const HostMethod host = callback.hostMethod()) host.call<void>(application, token);
   }
