@@ -151,24 +151,25 @@ class Operation {
   bool has(const char* argument, zib_text given) const noexcept {
     return has(argument, given.bytes);
   }
-  bool hasData(const char* argument, zib_object given) const noexcept {
-    return has(argument, given) &&
-           require(zib::containedOr(false, name_, [&] { return zib::isKind<"NSData">(given); }),
-                   argument, " is no NSData");
-  }
-  bool hasURL(const char* argument, zib_object given) const noexcept {
-    return has(argument, given) &&
-           require(zib::containedOr(false, name_,
-                                    [&] { return zib::URL::retained(given).has_value(); }),
-                   argument, " is no NSURL");
+  template <zib::FixedString ClassName>
+  bool hasA(const char* argument, zib_object given) const noexcept {
+    return has(argument, given) && isA(argument, given, ClassName.data(), &zib::isKind<ClassName>);
   }
 
  private:
-  bool require(bool isMet, const char* argument, const char* problem) const noexcept {
+  bool require(bool isMet, const char* argument, const char* problem,
+               const char* what = "") const noexcept {
     if (!isMet) {
-      zib::contained(name_, [&] { report(name_, std::string(argument) + problem, std::nullopt); });
+      zib::contained(name_, [&] {
+        report(name_, std::string(argument).append(problem).append(what), std::nullopt);
+      });
     }
     return isMet;
+  }
+  bool isA(const char* argument, zib_object given, const char* className,
+           bool (*isOne)(zib_object)) const noexcept {
+    return require(zib::containedOr(false, name_, [&] { return isOne(given); }), argument,
+                   " is no ", className);
   }
 
   const char* name_;
@@ -569,7 +570,7 @@ void zib_messaging_register_for_push(zib_object application) {
 
 void zib_messaging_did_register_for_remote_notifications(zib_object device_token) {
   perform(__func__, [&](const Operation& operation) {
-    if (!operation.hasData("device_token", device_token)) return;
+    if (!operation.hasA<"NSData">("device_token", device_token)) return;
     ZibMessaging::shared().didRegisterForRemoteNotifications(zib::bytesOf(device_token));
   });
 }
@@ -582,7 +583,7 @@ void zib_messaging_did_fail_to_register_for_remote_notifications(zib_object erro
 
 void zib_messaging_set_push_token(zib_object device_token) {
   perform(__func__, [&](const Operation& operation) {
-    if (!operation.hasData("device_token", device_token)) return;
+    if (!operation.hasA<"NSData">("device_token", device_token)) return;
     ZibMessaging::shared().setPushToken(zib::bytesOf(device_token));
   });
 }
@@ -616,28 +617,28 @@ zib_object zib_messaging_runtime_object(void) {
 
 unsigned long zib_messaging_will_present(zib_object notification) {
   return perform(__func__, [&](const Operation& operation) -> unsigned long {
-    if (!operation.has("notification", notification)) return 0;
+    if (!operation.hasA<"UNNotification">("notification", notification)) return 0;
     return ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
   });
 }
 
 void zib_messaging_did_receive(zib_object response) {
   perform(__func__, [&](const Operation& operation) {
-    if (!operation.has("response", response)) return;
+    if (!operation.hasA<"UNNotificationResponse">("response", response)) return;
     ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response));
   });
 }
 
 void zib_messaging_track_notification_received(zib_object user_info) {
   perform(__func__, [&](const Operation& operation) {
-    if (!operation.has("user_info", user_info)) return;
+    if (!operation.hasA<"NSDictionary">("user_info", user_info)) return;
     ZibMessaging::shared().trackNotificationReceived(zib::Dictionary::retained(user_info));
   });
 }
 
 void zib_messaging_track_notification_opened(zib_object user_info) {
   perform(__func__, [&](const Operation& operation) {
-    if (!operation.has("user_info", user_info)) return;
+    if (!operation.hasA<"NSDictionary">("user_info", user_info)) return;
     ZibMessaging::shared().trackNotificationOpened(zib::Dictionary::retained(user_info));
   });
 }
@@ -737,14 +738,14 @@ bool zib_deep_link_handler_has_url_delegate(void) {
 
 bool zib_deep_link_handler_handle_notification_url(zib_object user_info) {
   return perform(__func__, [&](const Operation& operation) -> bool {
-    if (!operation.has("user_info", user_info)) return false;
+    if (!operation.hasA<"NSDictionary">("user_info", user_info)) return false;
     return ZibDeepLinkHandler::shared().handleNotificationURL(zib::Dictionary::retained(user_info));
   });
 }
 
 bool zib_deep_link_handler_handle_url(zib_object url, zib_text source) {
   return perform(__func__, [&](const Operation& operation) -> bool {
-    if (!operation.hasURL("url", url) || !operation.has("source", source)) return false;
+    if (!operation.hasA<"NSURL">("url", url) || !operation.has("source", source)) return false;
     return ZibDeepLinkHandler::shared().handleURL(*zib::URL::retained(url), stringOf(source));
   });
 }
@@ -790,7 +791,8 @@ zib_text zib_push_config_copy_saved_firebase_plist_path(void) {
 zib_object zib_payload_builder_create_notification_payload(zib_object user_info,
                                                            zib_text event_type) {
   return perform(__func__, [&](const Operation& operation) -> zib_object {
-    if (!operation.has("user_info", user_info) || !operation.has("event_type", event_type)) {
+    if (!operation.hasA<"NSDictionary">("user_info", user_info) ||
+        !operation.has("event_type", event_type)) {
       return nullptr;
     }
     return zib::objectFrom(ZibPayloadBuilder::createNotificationPayload(
@@ -803,7 +805,10 @@ zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_obj
   return perform(__func__, [&](const Operation& operation) -> zib_object {
     if (!operation.has("event_name", event_name)) return nullptr;
     std::optional<zib::ValueMap> values;
-    if (properties != nullptr) values = propertiesFrom(operation, properties);
+    if (properties != nullptr) {
+      if (!operation.hasA<"NSDictionary">("properties", properties)) return nullptr;
+      values = propertiesFrom(operation, properties);
+    }
     return zib::objectFrom(
                ZibPayloadBuilder::createEventPayload(stringOf(event_name), std::move(values)))
         .relinquish();
@@ -812,10 +817,8 @@ zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_obj
 
 zib_text zib_string_copy(zib_object string) {
   return perform(__func__, [&](const Operation& operation) -> zib_text {
-    if (!operation.has("string", string)) return {};
-    if (const auto text = zib::StringRef::of(string)) return copyOf(zib::Utf8(text).view());
-    operation.fail("string is no NSString");
-    return zib_text{};
+    if (!operation.hasA<"NSString">("string", string)) return {};
+    return copyOf(zib::Utf8(zib::StringRef::of(string)).view());
   });
 }
 

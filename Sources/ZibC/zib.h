@@ -3,8 +3,8 @@
 // Objects of the platform are handed over as they are and borrowed: what receives one and keeps it
 // retains it, and what a function returns belongs to its caller where the name says copy or create.
 // No function fails loudly, and none lets an exception out: what goes wrong is an error line of the
-// core's. A missing object or text is one error line that names the operation, which then does
-// nothing.
+// core's. A missing object or text, or an object of another class than is asked for, is one error
+// line that names the operation, which then does nothing.
 //
 // Functions may be called on any thread and run on it, unless it says main thread. Host functions
 // may be called on any thread, unless it says which, and never after their context was released.
@@ -305,7 +305,8 @@ ZIB_API bool zib_deep_link_handler_has_url_delegate(void);
 // Opens the link of a tapped notification, by its NSDictionary. True when a link was handled by the
 // host or handed on for opening.
 ZIB_API bool zib_deep_link_handler_handle_notification_url(zib_object user_info);
-// Records a link, an NSURL, that reached the app by another route. True, but for null.
+// Records a link, an NSURL, that reached the app by another route. True, but for what is
+// none.
 ZIB_API bool zib_deep_link_handler_handle_url(zib_object url, zib_text source);
 
 // ZibPushConfig
@@ -331,8 +332,8 @@ ZIB_API void zib_push_config_register_for_push_simple(zib_object ZIB_NULLABLE ap
 // Where the latest downloaded property list is stored; no text while there is no such file.
 ZIB_API zib_text zib_push_config_copy_saved_firebase_plist_path(void);
 
-// ZibPayloadBuilder: an NSDictionary each; null, and one error line, for a missing argument and
-// where what an argument holds raises as it is read.
+// ZibPayloadBuilder: an NSDictionary each; null, and one error line, for an argument that is
+// missing or of another class, and where what an argument holds raises as it is read.
 
 ZIB_API zib_object ZIB_NULLABLE zib_payload_builder_create_notification_payload(
     zib_object user_info, zib_text event_type) ZIB_OWNED_BY_CALLER;

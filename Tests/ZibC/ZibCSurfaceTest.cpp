@@ -46,6 +46,7 @@ using zib::ValueMap;
 using Lines = std::vector<std::string>;
 
 Object deviceToken() { return zib::makeData(zib::Bytes{0x8f, 0x3a}); }
+Object text() { return zib::makeString("text"); }
 Object payload() { return zib::objectFrom(ValueMap{{"pn_campaign_id", "autumn"}}); }
 Object notification() { return sim::usernotifications::makeNotification({{"_id", "u"}}); }
 Object response() { return sim::usernotifications::makeResponse({{"_id", "u"}}, "action_2"); }
@@ -520,7 +521,7 @@ TEST(ZibTextTest, IsAllOfAString) {
   EXPECT_EQ(device.errorLines(), std::vector{"zib_string_copy: string is no NSString"s});
 }
 
-// What is missing.
+// What is missing, or of another class than is asked for.
 
 struct Missing {
   const char* name;
@@ -557,14 +558,28 @@ const Missing everyMissing[] = {
      [] { zib_messaging_did_receive_registration_token(zib_text{}); }, "token is null"},
     {"zib_messaging_will_present", [] { EXPECT_EQ(zib_messaging_will_present(nullptr), 0U); },
      "notification is null"},
+    {"zib_messaging_will_present",
+     [] { EXPECT_EQ(zib_messaging_will_present(response().raw()), 0U); },
+     "notification is no UNNotification"},
     {"zib_messaging_did_receive", [] { zib_messaging_did_receive(nullptr); }, "response is null"},
+    {"zib_messaging_did_receive", [] { zib_messaging_did_receive(text().raw()); },
+     "response is no UNNotificationResponse"},
     {"zib_messaging_track_notification_received",
      [] { zib_messaging_track_notification_received(nullptr); }, "user_info is null"},
+    {"zib_messaging_track_notification_received",
+     [] { zib_messaging_track_notification_received(text().raw()); },
+     "user_info is no NSDictionary"},
     {"zib_messaging_track_notification_opened",
      [] { zib_messaging_track_notification_opened(nullptr); }, "user_info is null"},
+    {"zib_messaging_track_notification_opened",
+     [] { zib_messaging_track_notification_opened(notification().raw()); },
+     "user_info is no NSDictionary"},
     {"zib_deep_link_handler_handle_notification_url",
      [] { EXPECT_FALSE(zib_deep_link_handler_handle_notification_url(nullptr)); },
      "user_info is null"},
+    {"zib_deep_link_handler_handle_notification_url",
+     [] { EXPECT_FALSE(zib_deep_link_handler_handle_notification_url(text().raw())); },
+     "user_info is no NSDictionary"},
     {"zib_deep_link_handler_handle_url",
      [] { EXPECT_FALSE(zib_deep_link_handler_handle_url(nullptr, zib_text_of("s"))); },
      "url is null"},
@@ -595,9 +610,20 @@ const Missing everyMissing[] = {
                  nullptr);
      },
      "event_type is null"},
+    {"zib_payload_builder_create_notification_payload",
+     [] {
+       EXPECT_EQ(zib_payload_builder_create_notification_payload(text().raw(), zib_text_of("e")),
+                 nullptr);
+     },
+     "user_info is no NSDictionary"},
     {"zib_payload_builder_create_event_payload",
      [] { EXPECT_EQ(zib_payload_builder_create_event_payload(zib_text{}, nullptr), nullptr); },
      "event_name is null"},
+    {"zib_payload_builder_create_event_payload",
+     [] {
+       EXPECT_EQ(zib_payload_builder_create_event_payload(zib_text_of("e"), text().raw()), nullptr);
+     },
+     "properties is no NSDictionary"},
     {"zib_integration_report_text",
      [] { EXPECT_EQ(zib_integration_report_text(nullptr).bytes, nullptr); }, "report is null"},
     {"zib_integration_report_row_count",
