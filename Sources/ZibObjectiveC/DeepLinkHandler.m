@@ -28,13 +28,28 @@
 @end
 
 static ZIBDeepLinkHandler *sharedHandler;
-static void *heldDelegate;  // a ZIBURLDelegate, retained
+// A ZIBURLDelegate, retained. None when a host has set another delegate by zib.h or in C++.
+static void *heldDelegate;
 
 static bool handle(void *context, id url, zib_text text) {
   @autoreleasepool {
     void *const block = ((__bridge ZIBURLDelegate *)context)->_block;
     return ((__bridge BOOL(^)(NSURL *))block)(url);
   }
+}
+
+// The module has let it go: another took its place.
+static void isGone(void *context) {
+  void *former = NULL;
+  @synchronized(sharedHandler) {
+    if (heldDelegate == context) {
+      former = heldDelegate;
+      heldDelegate = NULL;
+    }
+  }
+  // Out of the lock: what the block holds is the host's.
+  ZIBRelease(former);
+  ZIBRelease(context);
 }
 
 @implementation ZIBDeepLinkHandler
@@ -70,7 +85,7 @@ static bool handle(void *context, id url, zib_text text) {
     former = heldDelegate;
     heldDelegate = ZIBRetained(added);
     zib_deep_link_handler_set_url_delegate(added == nil ? NULL : handle, ZIBRetained(added),
-                                           ZIBRelease);
+                                           isGone);
   }
   // Out of the lock: what the block holds is the host's.
   ZIBRelease(former);

@@ -14,6 +14,7 @@
 #include "Tests/Support/Image.h"
 #include "Tests/Support/PushFlow.h"
 #include "ZibC/zib.h"
+#include "ZibMessaging/ZibDeepLinkHandler.h"
 #import "ZibObjectiveC.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
@@ -367,6 +368,51 @@ TEST(ZIBDeepLinkHandlerTest, AsksTheHostFirst) {
   NSURL *url = [NSURL URLWithString:@"https://example.com"];
   EXPECT_TRUE([ZIBDeepLinkHandler.shared handleURL:url source:@"test"]);
   EXPECT_EQ(device.infoLines().back(), "ZibDeepLinkHandler: URL from test - https://example.com");
+}
+
+TEST(ZIBDeepLinkHandlerTest, HasTheBlockThatIsInForce) {
+  const Device device;
+  const auto answersYes = [](void *, zib_object, zib_text) { return true; };
+  NSDictionary *link = @{@"link" : @"https://example.com/ours"};
+  __block int asked = 0;
+  BOOL (^const block)(NSURL *) = ^BOOL(NSURL *) {
+    ++asked;
+    return YES;
+  };
+  ZIBDeepLinkHandler.shared.urlDelegate = block;
+  zib_deep_link_handler_set_url_delegate(answersYes, nullptr, nullptr);
+  EXPECT_TRUE(ZIBDeepLinkHandler.shared.urlDelegate == nil);
+  [ZIBDeepLinkHandler.shared handleNotificationURLFromUserInfo:link];
+  EXPECT_EQ(asked, 0);
+
+  ZIBDeepLinkHandler.shared.urlDelegate = block;
+  EXPECT_TRUE(ZIBDeepLinkHandler.shared.urlDelegate != nil);
+  [ZIBDeepLinkHandler.shared handleNotificationURLFromUserInfo:link];
+  EXPECT_EQ(asked, 1);
+  zib_deep_link_handler_set_url_delegate(nullptr, nullptr, nullptr);
+  EXPECT_TRUE(ZIBDeepLinkHandler.shared.urlDelegate == nil);
+
+  ZIBDeepLinkHandler.shared.urlDelegate = block;
+  ZibDeepLinkHandler::shared().setURLDelegate([](const zib::URL &) { return true; });
+  EXPECT_TRUE(ZIBDeepLinkHandler.shared.urlDelegate == nil);
+  [ZIBDeepLinkHandler.shared handleNotificationURLFromUserInfo:link];
+  EXPECT_EQ(asked, 1);
+}
+
+TEST(ZIBDeepLinkHandlerTest, LetsGoOfABlockThatAHostInCReplaced) {
+  const Device device;
+  std::weak_ptr<int> seen;
+  {
+    const zib::AutoreleasePool pool;
+    const auto held = std::make_shared<int>(0);
+    seen = held;
+    ZIBDeepLinkHandler.shared.urlDelegate = ^BOOL(NSURL *) {
+      return *held == 0;
+    };
+  }
+  EXPECT_FALSE(seen.expired());
+  zib_deep_link_handler_set_url_delegate(nullptr, nullptr, nullptr);
+  EXPECT_TRUE(seen.expired());
 }
 
 // In C++: this block runtime retains no objects for a block.
