@@ -44,7 +44,7 @@ id getDelegate(id, SEL) { return state().delegate.get(); }
 
 void recordAndSetDelegate(id, SEL, id delegate) {
   if (!HostsAct::isRunning()) {
-    const Json name = delegate == nullptr ? Json() : Json(Class::visibleClassOf(delegate).name());
+    const Json name = delegate == nullptr ? Json() : Json(classNameOf(delegate));
     Timeline::shared().add("system", {{"operation", "setFirebaseDelegate"}, {"class", name}});
   }
   state().delegate.set(delegate);

@@ -10,6 +10,7 @@
 #include "Simulator/Host/ForwardingObject.h"
 #include "Simulator/Host/SuperCall.h"
 #include "Simulator/Json/Values.h"
+#include "Simulator/ObjectiveC/DelegateCall.h"
 #include "Simulator/ObjectiveC/Runtime.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "Simulator/UIKit/DelegateMessages.h"
@@ -45,7 +46,7 @@ std::array<HostClassDescription, maximumHostClasses>& slots() {
 
 void record(const HostClassDescription& cls, id receiver, SEL selector, Json fields) {
   fields["class"] = cls.name;
-  fields["receiver"] = Class::visibleClassOf(receiver).name();
+  fields["receiver"] = classNameOf(receiver);
   fields["selector"] = zib::objc::nameOfSelector(selector);
   Timeline::shared().add("host", fields);
 }

@@ -75,8 +75,7 @@ void useDelegate(id newDelegate) {
 
 void recordAndSetDelegate(id, SEL, id newDelegate) {
   record("setApplicationDelegate",
-         {{"class",
-           newDelegate == nullptr ? Json() : Json(Class::visibleClassOf(newDelegate).name())}});
+         {{"class", newDelegate == nullptr ? Json() : Json(classNameOf(newDelegate))}});
   useDelegate(newDelegate);
 }
 

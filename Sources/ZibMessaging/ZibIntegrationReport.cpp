@@ -26,12 +26,6 @@ constexpr std::array<std::string_view, 4> absences{"no application delegate", "n
                                                    "no Firebase delegate"};
 constexpr std::string_view lookRaised = "an exception ended the look for the delegate";
 
-// The runtime's name where the delegate's own `class` raises.
-std::string visibleName(objc::id delegate) {
-  return containedOr(std::string(Class::ofObject(delegate).name()), "integrationReport",
-                     [&] { return std::string(Class::visibleClassOf(delegate).name()); });
-}
-
 State stateOf(const Installation* installation) {
   switch (installation == nullptr ? Installed::nothing : installation->kind()) {
     case Installed::swapped:
@@ -113,16 +107,25 @@ class Describer {
   const Installation* installation_;
 };
 
-void describeDelegates(Row row, const std::vector<Object>& delegates, ReportRow& described) {
-  const objc::id first = delegates.front().raw();
-  described.delegateClass = visibleName(first);
-  Describer(row, first).describeIn(described);
-  for (const Object& each : delegates) {
-    if (Class::ofObject(each.raw()) == Class::ofObject(first) || isIntercepted(row, each.raw())) {
+// A delegate, which is asked for its class once.
+struct Delegate {
+  explicit Delegate(const Object& found) : object(found.raw()), cls(classOfDelegate(object)) {}
+  objc::id object;
+  ClassOfDelegate cls;
+};
+
+void describeDelegates(Row row, const std::vector<Delegate>& delegates, ReportRow& described) {
+  const Delegate& first = delegates.front();
+  described.delegateClass = first.cls.visible.name();
+  if (first.cls.raises) described.remarks.emplace_back("raises where it is asked for its class");
+  Describer(row, first.object).describeIn(described);
+  for (const Delegate& each : delegates) {
+    if (Class::ofObject(each.object) == Class::ofObject(first.object) ||
+        isIntercepted(row, each.object)) {
       continue;
     }
-    described.remarks.push_back("a second delegate of class " + visibleName(each.raw()) +
-                                " is not intercepted");
+    described.remarks.push_back(std::string("a second delegate of class ") +
+                                each.cls.visible.name() + " is not intercepted");
   }
 }
 
@@ -134,7 +137,7 @@ void remarkOnCallsByHand(Row row, ReportRow& described) {
 }
 
 // What it finds broken costs the row the rest, and the other rows nothing.
-ReportRow describeRow(Row row, std::string_view absence, const std::vector<Object>& delegates) {
+ReportRow describeRow(Row row, std::string_view absence, const std::vector<Delegate>& delegates) {
   ReportRow described{.method = interceptionOf(row).hostSelector};
   contained("integrationReport", [&] {
     if (delegates.empty()) {
@@ -174,8 +177,9 @@ IntegrationReport integrationReport() noexcept {
       Sighting sighting;
       const bool isLookedFor = contained("integrationReport", [&] { sighting = look.find(); });
       const std::string_view absence = isLookedFor ? absences[kind] : lookRaised;
+      const std::vector<Delegate> delegates(sighting.delegates.begin(), sighting.delegates.end());
       for (const Row row : look.rows) {
-        report.rows.push_back(describeRow(row, absence, sighting.delegates));
+        report.rows.push_back(describeRow(row, absence, delegates));
       }
     }
   });

@@ -30,14 +30,21 @@ extern "C" {
 //   OddTypes    opens URLs by a method that answers nothing
 //   RootClaiming  has nothing, and claims to be of a root class
 //   Classless   has the device token, and raises where it is asked for its class
+//   Unsure      has nothing, and after beginToRaise() raises the first time that it is asked
+//   whether
+//     it opens URLs, and whether it presents notifications
 // Of these, which have no method themselves and answer what their target answers:
 //   Naming      names it
 //   Invoking    passes invocations on
 //   Proxy       likewise, and is no NSObject
+//   UnsureProxy  likewise, and raises where it is asked for the signature of a tap
 HostObject makeHost(const char* className);
 
 // Of a forwarding delegate, which keeps it.
 void setTarget(HostObject delegate, HostObject target);
+
+// Of Unsure.
+void beginToRaise(void);
 
 // Another library that puts a function of its own before a method of a class, and calls what it
 // found there. It tells hostDid() "Library method". Installing it again makes it call itself, or

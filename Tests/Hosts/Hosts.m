@@ -249,6 +249,30 @@ static void did(const char *className, const char *method) {
 }
 @end
 
+static BOOL raisesForURLs = NO;
+static BOOL raisesForPresentation = NO;
+
+void beginToRaise(void) { raisesForURLs = raisesForPresentation = YES; }
+
+@interface Unsure : NSObject
+@end
+
+@implementation Unsure
+- (BOOL)respondsToSelector:(SEL)selector {
+  BOOL *raises = NULL;
+  if (selector == @selector(application:openURL:options:)) raises = &raisesForURLs;
+  if (selector == @selector(userNotificationCenter:
+                           willPresentNotification:withCompletionHandler:)) {
+    raises = &raisesForPresentation;
+  }
+  if (raises && *raises) {
+    *raises = NO;
+    [NSException raise:@"Planned" format:@"no answer"];
+  }
+  return [super respondsToSelector:selector];
+}
+@end
+
 @interface Forwarding : NSObject {
  @public
   id _target;
@@ -312,9 +336,25 @@ static void did(const char *className, const char *method) {
 }
 @end
 
+@interface UnsureProxy : Proxy
+@end
+
+@implementation UnsureProxy
+- (BOOL)respondsToSelector:(SEL)selector {
+  return [self methodSignatureForSelector:selector] != nil;
+}
+- (NSMethodSignature *)methodSignatureForSelector:(SEL)selector {
+  if (selector == @selector(userNotificationCenter:
+                      didReceiveNotificationResponse:withCompletionHandler:)) {
+    [NSException raise:@"Planned" format:@"no signature"];
+  }
+  return [super methodSignatureForSelector:selector];
+}
+@end
+
 void setTarget(id delegate, id target) {
-  id *place = object_getClass(delegate) == [Proxy class] ? &((Proxy *)delegate)->_target
-                                                         : &((Forwarding *)delegate)->_target;
+  id *place =
+      [delegate isProxy] ? &((Proxy *)delegate)->_target : &((Forwarding *)delegate)->_target;
   [target retain];
   [*place release];
   *place = target;

@@ -32,6 +32,8 @@ struct ZibTestSeam {
     return zib::interceptorMethod(row).implementation();
   }
   // What the pass does for one method of one delegate.
-  static void runAddOrSwap(Row row, zib::objc::id delegate) { zib::addOrSwap(row, delegate); }
+  static void runAddOrSwap(Row row, zib::objc::id delegate) {
+    zib::addOrSwap(row, delegate, zib::Class::visibleClassOf(delegate));
+  }
   static zib::Class swizzleManagerClass() { return zib::interceptorClass(); }
 };

@@ -26,21 +26,17 @@ void swap(Row row, Class delegateClass, Method hostMethod) {
   logLine("  ✓ Swapped: ", interceptionOf(row).logName);
 }
 
-// Where a delegate's method is added. Not to a root class, though the delegate may call that its
-// own: every object would have the method.
-Class classForMethods(objc::id delegate) {
-  const Class visible = Class::visibleClassOf(delegate);
-  return visible.superclass() ? visible : Class::ofObject(delegate);
-}
-
-Installed add(Row row, objc::id delegate) {
-  Class owner = classForMethods(delegate);
+// Not to a root class, though the delegate may call that its own: every object would have the
+// method.
+Installed add(Row row, objc::id delegate, Class visible) {
+  Class owner = visible.superclass() ? visible : Class::ofObject(delegate);
   if (!owner.superclass()) return Installed::nothing;
   const Selector selector(interceptionOf(row).hostSelector);
+  // Before the class has the method, after which the delegate says yes in any case, and before a
+  // place is taken, since the delegate may raise.
+  const Installed how = respondsTo(delegate, selector) ? Installed::forwarding : Installed::added;
   const FreeInstallation free = nextInstallation(row, owner);
   if (free.place == nullptr) return Installed::nothing;
-  // Before the class has the method, after which the delegate says yes in any case.
-  const Installed how = respondsTo(delegate, selector) ? Installed::forwarding : Installed::added;
   free.place->record(how, owner, selector, forwarderOf(owner, selector));
   owner.addMethod(selector, interceptorFunction(row, free.number),
                   interceptorMethod(row).typeEncoding());
@@ -50,12 +46,12 @@ Installed add(Row row, objc::id delegate) {
 
 }  // namespace
 
-Installed addOrSwap(Row row, objc::id delegate) {
-  const Installed installed = swapIfPresent(row, delegate);
-  return installed == Installed::nothing ? add(row, delegate) : installed;
+Installed addOrSwap(Row row, objc::id delegate, Class visible) {
+  const Installed installed = swapIfPresent(row, delegate, visible);
+  return installed == Installed::nothing ? add(row, delegate, visible) : installed;
 }
 
-Installed swapIfPresent(Row row, objc::id delegate) {
+Installed swapIfPresent(Row row, objc::id delegate, Class /*visible*/) {
   // What the runtime would call, even where that belongs to a hidden subclass.
   const Class delegateClass = Class::ofObject(delegate);
   const Method hostMethod =

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <optional>
+#include <string>
 
 #include "ZibMessaging/Private/AddOrSwap.h"
+#include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Interceptors.h"
 #include "ZibMessaging/Private/MessagingFace.h"
 #include "ZibMessaging/Private/Recording.h"
@@ -79,13 +81,19 @@ constexpr std::array sceneRows{Row::sceneOpenURL};
 constexpr std::array notificationRows{Row::willPresent, Row::didReceive};
 constexpr std::array firebaseRows{Row::fcmToken};
 
+// Each row on its own, so that a delegate that raises for one of them loses no other.
 void install(const DelegateLook& look, const LinePart& found, objc::id delegate,
-             Installed (*install)(Row row, objc::id delegate)) {
-  logLine(found, Class::visibleClassOf(delegate).name());
+             Installed (*install)(Row row, objc::id delegate, Class visible)) {
+  const Class visible = classOfDelegate(delegate).visible;
+  logLine(found, visible.name());
   bool isAdded = false;
   for (const Row row : look.rows) {
-    const Installed how = install(row, delegate);
-    isAdded |= how == Installed::added || how == Installed::forwarding;
+    const std::string operation =
+        std::string("intercepting ") + interceptionOf(row).hostSelector + " of " + visible.name();
+    contained(operation.c_str(), [&] {
+      const Installed how = install(row, delegate, visible);
+      isAdded |= how == Installed::added || how == Installed::forwarding;
+    });
   }
   if (isAdded && look.methodsAdded != nullptr) look.methodsAdded();
 }
@@ -105,6 +113,14 @@ const std::array<DelegateLook, 4> delegateLooks{{
      "🔥 Swizzling Firebase MessagingDelegate: ", "🔥 Found Firebase MessagingDelegate (delayed): ",
      1.0, &swapIfPresent, nullptr},
 }};
+
+ClassOfDelegate classOfDelegate(objc::id delegate) {
+  Class cls = Class::ofObject(delegate);
+  const std::string operation =
+      std::string("asking a delegate of ") + cls.name() + " for its class";
+  const bool answers = contained(operation.c_str(), [&] { cls = Class::visibleClassOf(delegate); });
+  return {cls, !answers};
+}
 
 Sighting lookForDelegates(const DelegateLook& look) {
   recording::told(recording::looking);

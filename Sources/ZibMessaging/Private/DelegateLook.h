@@ -11,6 +11,7 @@
 #include "ZibMessaging/Private/Installation.h"
 #include "ZibMessaging/Private/Interception.h"
 #include "ZibMessaging/Private/LogLine.h"
+#include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
 
 namespace zib {
@@ -38,7 +39,7 @@ struct DelegateLook {
   // How long after a first look that found nothing the second comes, in seconds.
   double secondLookAfter;
   // What the second look does with each method.
-  Installed (*installLater)(Row row, objc::id delegate);
+  Installed (*installLater)(Row row, objc::id delegate, Class visible);
   // What is done when methods were added to a delegate, or nothing.
   void (*methodsAdded)();
 };
@@ -48,6 +49,14 @@ extern const std::array<DelegateLook, 4> delegateLooks;
 inline const DelegateLook& lookFor(DelegateKind kind) {
   return delegateLooks[static_cast<std::size_t>(kind)];
 }
+
+// The class that a delegate is taken for: the runtime's where the delegate raises as it is asked,
+// which is one error line.
+struct ClassOfDelegate {
+  Class visible;
+  bool raises;
+};
+ClassOfDelegate classOfDelegate(objc::id delegate);
 
 // The first look, and a later one, which never says what it does not find.
 Sighting lookForDelegates(const DelegateLook& look);
