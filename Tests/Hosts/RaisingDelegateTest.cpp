@@ -10,7 +10,7 @@ namespace {
 
 using State = zib::IntegrationReport::State;
 
-class ContainmentTest : public HostTest {
+class RaisingDelegateTest : public HostTest {
  protected:
   // "error line: exception" of each since the last time.
   Lines configureAndTakeErrors() {
@@ -32,7 +32,7 @@ class ContainmentTest : public HostTest {
   }
 };
 
-TEST_F(ContainmentTest, ARowThatRaisesCostsTheOthersNothing) {
+TEST_F(RaisingDelegateTest, ARowThatRaisesCostsTheOthersNothing) {
   const Object unsure = make("Unsure");
   sim::uikit::setAppDelegate(unsure);
   sim::uikit::connectScene(true, unsure);
@@ -50,7 +50,7 @@ TEST_F(ContainmentTest, ARowThatRaisesCostsTheOthersNothing) {
                                    State::none, State::added, State::added}));
 }
 
-TEST_F(ContainmentTest, AProxyThatRaisesForOneSignature) {
+TEST_F(RaisingDelegateTest, AProxyThatRaisesForOneSignature) {
   const Object proxy = make("UnsureProxy");
   sim::usernotifications::setDelegate(proxy);
   sim::firebase::set({});
@@ -65,7 +65,7 @@ TEST_F(ContainmentTest, AProxyThatRaisesForOneSignature) {
   EXPECT_NE(rows[6].state, State::none);
 }
 
-TEST_F(ContainmentTest, ADelegateThatRaisesWhereItIsAskedForItsClassIsTakenForWhatItIs) {
+TEST_F(RaisingDelegateTest, ADelegateThatRaisesWhereItIsAskedForItsClassIsTakenForWhatItIs) {
   const Object classless = make("Classless");
   const Object other = make("Whole");
   sim::uikit::setAppDelegate(classless);
