@@ -68,11 +68,10 @@ void sayWhatIsMissingOfTheCore() {
 
 }  // namespace
 
-ZibMessaging& ZibMessaging::shared() noexcept {
-  // So that the runtime's class is there for whoever looks for it by name.
-  zib::messagingFace();
-  return instance();
-}
+ZibMessaging& ZibMessaging::shared() noexcept { return instance(); }
+
+// With the runtime's class, so that it is there for whoever looks for it by name.
+ZibMessaging::ZibMessaging(Key) { zib::messagingFace(); }
 
 id ZibMessaging::runtimeObject() noexcept { return zib::messagingFace(); }
 
@@ -89,6 +88,7 @@ std::optional<std::string> ZibMessaging::fcmToken() const noexcept {
 }
 
 std::optional<zib::Bytes> ZibMessaging::apnsToken() const noexcept {
+  if (!hasReceivedAPNSToken_.load(std::memory_order_acquire)) return std::nullopt;
   return containedOr(std::optional<zib::Bytes>(), "apnsToken", [&] { return apnsToken_.load(); });
 }
 
@@ -191,14 +191,14 @@ void ZibMessaging::didRegisterForRemoteNotifications(
   const RecordedCall call("didRegisterForRemoteNotifications", [&] {
     return ValueMap{{"hex", zib::Bytes(deviceToken.begin(), deviceToken.end())}};
   });
-  contained("didRegisterForRemoteNotifications", [&] {
-    // Made first: single bytes that are copied as a block right away would stall the processor.
-    const ShownHexText shown(deviceToken);
-    apnsToken_.store(zib::Bytes(deviceToken.begin(), deviceToken.end()));
-    hasReceivedAPNSToken_.store(true, std::memory_order_release);
-    logLine("📱 APNS token registered: ", shown, "...");
-    logLine("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
-  });
+  contained("didRegisterForRemoteNotifications", [&] { takeDeviceToken(deviceToken); });
+}
+
+void ZibMessaging::takeDeviceToken(std::span<const std::uint8_t> token) {
+  apnsToken_.store(zib::Bytes(token.begin(), token.end()));
+  hasReceivedAPNSToken_.store(true, std::memory_order_release);
+  logLine("📱 APNS token registered: ", ShownHexText(token), "...");
+  logLine("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
 }
 
 void ZibMessaging::didFailToRegisterForRemoteNotifications(const zib::Error& error) noexcept {
@@ -224,19 +224,20 @@ void ZibMessaging::setPushToken(std::span<const std::uint8_t> deviceToken) noexc
 
 void ZibMessaging::setFCMToken(std::string_view token) noexcept {
   const RecordedCall call("setFCMToken", [&] { return ValueMap{{"token", token}}; });
-  contained("setFCMToken", [&] {
-    if (!hasReceivedAPNSToken_.load(std::memory_order_acquire)) {
-      logLine("⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token),
-              "...");
-      return;
-    }
-    logLine("📲 FCM token received (post-APNS): ", shownOf(token), "...");
-    fcmToken_.store(std::string(token));
-    contained("saveFCMToken", [&] { ZibStorage::shared().saveFCMToken(token); });
-    contained("registerPushToken", [&] { Zib::shared().registerPushToken(token); });
-    tellDelegate("zibMessagingDidReceiveToken", [&](ZibMessagingDelegate& delegate) {
-      delegate.zibMessagingDidReceiveToken(*this, token);
-    });
+  contained("setFCMToken", [&] { takeFCMToken(token); });
+}
+
+void ZibMessaging::takeFCMToken(std::string_view token) {
+  if (!hasReceivedAPNSToken_.load(std::memory_order_acquire)) {
+    logLine("⚠️ Ignoring FCM token received before APNS registration: ", shownOf(token), "...");
+    return;
+  }
+  logLine("📲 FCM token received (post-APNS): ", shownOf(token), "...");
+  fcmToken_.store(std::string(token));
+  contained("saveFCMToken", [&] { ZibStorage::shared().saveFCMToken(token); });
+  contained("registerPushToken", [&] { Zib::shared().registerPushToken(token); });
+  tellDelegate("zibMessagingDidReceiveToken", [&](ZibMessagingDelegate& delegate) {
+    delegate.zibMessagingDidReceiveToken(*this, token);
   });
 }
 

@@ -43,7 +43,7 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
  public:
   static ZibMessaging& shared() noexcept;
 
-  explicit ZibMessaging(Key) {}
+  explicit ZibMessaging(Key);
 
   // Held weakly.
   void setDelegate(std::weak_ptr<ZibMessagingDelegate> delegate) noexcept;
@@ -126,6 +126,8 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
   // already.
   void handlePresentation(const zib::Notification& notification) noexcept;
   void handleResponse(const zib::NotificationResponse& response) noexcept;
+  void takeDeviceToken(std::span<const std::uint8_t> token);
+  void takeFCMToken(std::string_view token);
   template <class Call>
   void tellDelegate(const char* operation, Call call);
 
@@ -133,7 +135,8 @@ class ZibMessaging final : public zib::SharedInstance<ZibMessaging> {
   std::atomic<zib::DelegateDiscovery> discovery_{zib::DelegateDiscovery::onceWithRetry};
   std::atomic<bool> isPushEnabled_{false};
   zib::Guarded<std::optional<std::string>> fcmToken_;
-  zib::Guarded<std::optional<zib::Bytes>> apnsToken_;
+  // Of use once there is one, as the next says.
+  zib::Guarded<zib::Bytes> apnsToken_;
   std::atomic<bool> hasReceivedAPNSToken_{false};
   std::atomic<bool> swizzlingConfigured_{false};
 };

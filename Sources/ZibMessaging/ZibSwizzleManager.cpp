@@ -14,11 +14,10 @@ using zib::contained;
 using zib::DelegateLook;
 using zib::logLine;
 
-ZibSwizzleManager& ZibSwizzleManager::shared() noexcept {
-  // So that the runtime's class is there for whoever looks for it by name.
-  zib::interceptorClass();
-  return instance();
-}
+ZibSwizzleManager& ZibSwizzleManager::shared() noexcept { return instance(); }
+
+// With the runtime's class, so that it is there for whoever looks for it by name.
+ZibSwizzleManager::ZibSwizzleManager(Key) { zib::interceptorClass(); }
 
 void ZibSwizzleManager::setupAutoSwizzling() noexcept {
   const zib::RecordedCall call("setupAutoSwizzling");

@@ -18,7 +18,7 @@ class ZibSwizzleManager final : public zib::SharedInstance<ZibSwizzleManager> {
  public:
   static ZibSwizzleManager& shared() noexcept;
 
-  explicit ZibSwizzleManager(Key) {}
+  explicit ZibSwizzleManager(Key);
 
   // The master switch, on by default. The notification entry points of ZibMessaging read it too.
   [[nodiscard]] bool isSwizzlingEnabled() const noexcept { return isSwizzlingEnabled_; }

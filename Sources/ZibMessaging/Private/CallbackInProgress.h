@@ -55,7 +55,8 @@ class CallbackInProgress {
   }
   [[nodiscard]] bool isSuperCallOf(const CallbackInProgress& outer) const noexcept;
 
-  static thread_local CallbackInProgress* innermost;
+  // Known to need no initialisation wherever it is read.
+  static constinit thread_local CallbackInProgress* innermost;
 
   Row row_;
   bool isNew_ = true;

@@ -8,32 +8,33 @@ namespace {
 
 constexpr std::size_t last = functionsOfARow - 1;
 
-struct RowOfInstallations {
-  std::array<Installation, functionsOfARow> all;
-  // Of `all`, those in use, and those that share the last one's function.
+// Of a row's installations, how many are in use, and the latest that shares the last one's
+// function.
+struct RowInUse {
   std::size_t used = 0;
   Installation* latestShared = nullptr;
 };
 
-constinit std::array<RowOfInstallations, rowCount> rows;
+constinit std::array<RowInUse, rowCount> rows;
 
-RowOfInstallations& rowOf(Row row) { return rows[static_cast<std::size_t>(row)]; }
+auto& installationsOf(Row row) { return installations[static_cast<std::size_t>(row)]; }
 
 // Calls `use` with each, in the order in which they were made.
 template <class Use>
 void forEach(Row row, Use use) {
-  for (const Installation& each : rowOf(row).all) {
+  for (const Installation& each : installationsOf(row)) {
     if (each.kind() == Installed::nothing) return;
     use(each);
   }
-  for (const Installation* each = rowOf(row).all[last].next(); each != nullptr;
+  for (const Installation* each = installationsOf(row)[last].next(); each != nullptr;
        each = each->next()) {
     if (each->kind() != Installed::nothing) use(*each);
   }
 }
 
 const Installation* sharedInstallationOn(Row row, Class owner) noexcept {
-  for (const Installation* each = &rowOf(row).all[last]; each != nullptr; each = each->next()) {
+  for (const Installation* each = &installationsOf(row)[last]; each != nullptr;
+       each = each->next()) {
     if (each->kind() != Installed::nothing && each->owner() == owner) return each;
   }
   return nullptr;
@@ -41,9 +42,7 @@ const Installation* sharedInstallationOn(Row row, Class owner) noexcept {
 
 }  // namespace
 
-const Installation& installationAt(Row row, std::size_t number) noexcept {
-  return rowOf(row).all[number];
-}
+constinit std::array<std::array<Installation, functionsOfARow>, rowCount> installations;
 
 const Installation* sharedInstallation(Row row, Class from) noexcept {
   for (Class cls = from; cls; cls = cls.superclass()) {
@@ -69,16 +68,15 @@ objc::IMP latestOriginal(Row row) noexcept {
 }
 
 FreeInstallation nextInstallation(Row row, Class owner) {
-  RowOfInstallations& installations = rowOf(row);
-  if (installations.used < functionsOfARow) {
-    const std::size_t number = installations.used++;
-    return {&installations.all[number], number};
+  auto& [used, latestShared] = rows[static_cast<std::size_t>(row)];
+  if (used < functionsOfARow) {
+    const std::size_t number = used++;
+    return {&installationsOf(row)[number], number};
   }
   if (installationOn(row, owner) != nullptr) return {};
   Installation* const more = std::make_unique<Installation>().release();
-  Installation*& latest = installations.latestShared;
-  (latest == nullptr ? installations.all[last] : *latest).setNext(more);
-  latest = more;
+  (latestShared == nullptr ? installationsOf(row)[last] : *latestShared).setNext(more);
+  latestShared = more;
   return {more, last};
 }
 

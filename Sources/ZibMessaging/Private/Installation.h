@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -70,8 +71,13 @@ class Installation {
 // kind of scene.
 inline constexpr std::size_t functionsOfARow = 8;
 
+// Those of the functions.
+extern constinit std::array<std::array<Installation, functionsOfARow>, rowCount> installations;
+
 // That of a function, which its number tells.
-const Installation& installationAt(Row row, std::size_t number) noexcept;
+inline const Installation& installationAt(Row row, std::size_t number) noexcept {
+  return installations[static_cast<std::size_t>(row)][number];
+}
 // Of those that share the last function, once all are in use: that of the class or of the nearest
 // superclass, or null.
 const Installation* sharedInstallation(Row row, Class from) noexcept;

@@ -122,10 +122,10 @@ struct Interceptors {
     if (callback.isNew()) {
       const RecordedCall call(Row::didRegister, token);
       logLine("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
-      contained("zib_didRegister:deviceToken:", [&] {
+      containedInPlace("zib_didRegister:deviceToken:", [&] {
         const id data = cast<"NSData">(token);
         if (data == nullptr) return;
-        ZibMessaging::shared().didRegisterForRemoteNotifications(bytesOf(data));
+        ZibMessaging::shared().takeDeviceToken(bytesOf(data));
       });
     }
     if (const HostMethod host = callback.hostMethod()) host.call<void>(application, token);
@@ -232,12 +232,12 @@ struct Interceptors {
     const Intercepted callback(Row::fcmToken, installation, self, token);
     if (callback.isNew()) {
       const RecordedCall call(Row::fcmToken, token);
-      contained("zib_messaging:didReceiveRegistrationToken:", [&] {
+      containedInPlace("zib_messaging:didReceiveRegistrationToken:", [&] {
         const StringRef given = StringRef::of(token);
         const Utf8 text(given);
         logLine("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
                 given ? shownOf(text.view()) : "nil", "...");
-        if (given) ZibMessaging::shared().setFCMToken(text.view());
+        if (given) ZibMessaging::shared().takeFCMToken(text.view());
       });
     }
     if (const HostMethod host = callback.hostMethod()) host.call<void>(messaging, token);

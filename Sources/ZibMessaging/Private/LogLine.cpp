@@ -1,6 +1,5 @@
 #include "ZibMessaging/Private/LogLine.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
 
@@ -28,27 +27,26 @@ std::string escaped(Parts parts) {
 void write(Parts parts) {
   constexpr std::size_t shortLine = 768;
   std::array<char, shortLine> line;  // NOLINT(cppcoreguidelines-pro-type-member-init)
-  char* end = line.data();
+  std::size_t size = 0;
   for (const LinePart& part : parts) {
     const std::string_view text = part.text();
-    const auto room = static_cast<std::size_t>(line.data() + line.size() - end);
-    if (text.size() > room || (part.isForeign() && !isOneLine(text))) {
+    if (text.size() > line.size() - size || (part.isForeign() && !isOneLine(text))) {
       ZibLogger::shared().log(escaped(parts));
       return;
     }
-    end = std::copy(text.begin(), text.end(), end);
+    size += text.copy(line.data() + size, text.size());
   }
-  ZibLogger::shared().log({line.data(), static_cast<std::size_t>(end - line.data())});
+  ZibLogger::shared().log({line.data(), size});
 }
 
 }  // namespace
 
 void logLine(std::string_view line) noexcept {
-  contained("ZibLogger.log", [&] { ZibLogger::shared().log(line); });
+  containedInPlace("ZibLogger.log", [&] { ZibLogger::shared().log(line); });
 }
 
 void logParts(std::span<const LinePart> parts) noexcept {
-  contained("ZibLogger.log", [&] { write(parts); });
+  containedInPlace("ZibLogger.log", [&] { write(parts); });
 }
 
 void logError(std::string_view line) noexcept { logError(line, std::nullopt); }

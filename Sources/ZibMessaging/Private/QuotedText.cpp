@@ -80,14 +80,13 @@ bool isOneLine(std::string_view text) noexcept {
     std::copy(text.begin(), text.end(), reinterpret_cast<char*>(&bytes));
     return (suspicions(bytes) & highest) == 0;
   }
-  std::uint64_t found = 0;
   const char* const last = text.data() + text.size() - sizeof(bytes);
   for (const char* at = text.data(); at < last; at += sizeof(bytes)) {
     std::memcpy(&bytes, at, sizeof(bytes));
-    found |= suspicions(bytes);
+    if ((suspicions(bytes) & highest) != 0) return false;
   }
   std::memcpy(&bytes, last, sizeof(bytes));
-  return ((found | suspicions(bytes)) & highest) == 0;
+  return (suspicions(bytes) & highest) == 0;
 }
 
 void appendOneLine(std::string& line, std::string_view text) {

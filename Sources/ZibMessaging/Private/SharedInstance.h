@@ -35,7 +35,8 @@ class SharedInstance : public std::enable_shared_from_this<Type> {
  private:
   friend struct ::ZibTestSeam;
 
-  static std::shared_ptr<Type> make() { return std::make_shared<Type>(Key()); }
+  // On its own, so that finding the instance saves no registers for it.
+  [[gnu::noinline]] static std::shared_ptr<Type> make() { return std::make_shared<Type>(Key()); }
   static std::shared_ptr<Type>& slot() {
     static NeverDestroyed<std::shared_ptr<Type>> slot(&make);
     return *slot;

@@ -60,6 +60,20 @@ char32_t nextCharacter(std::string_view utf8, std::size_t& at) {
 
 constexpr std::uint64_t beyondASCII = 0x8080808080808080U;
 
+// Eight bytes at a time, the last of which may be some of those before. May say no of a shorter
+// text.
+bool isASCII(std::string_view text) {
+  std::uint64_t bytes = 0;
+  if (text.size() < sizeof(bytes)) return false;
+  const char* const last = text.data() + text.size() - sizeof(bytes);
+  for (const char* at = text.data(); at < last; at += sizeof(bytes)) {
+    std::memcpy(&bytes, at, sizeof(bytes));
+    if ((bytes & beyondASCII) != 0) return false;
+  }
+  std::memcpy(&bytes, last, sizeof(bytes));
+  return (bytes & beyondASCII) == 0;
+}
+
 // Calls `use` with each eight bytes of the beginning that are ASCII. The rest begins where they
 // end.
 template <class Use>
@@ -196,11 +210,10 @@ bool StringRef::endsWith(std::string_view ascii) const {
                     });
 }
 
-objc::id ConstantString::object() const {
-  objc::id object = kept->load(std::memory_order_acquire);
-  if (object != nullptr) return object;
+objc::id ConstantString::makeNow() const {
   Object made = makeString(text);
   // Another thread's, if it was faster.
+  objc::id object = nullptr;
   return kept->compare_exchange_strong(object, made.raw()) ? made.relinquish() : object;
 }
 
@@ -212,8 +225,10 @@ std::string wellFormed(std::string_view utf8) {
 }
 
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept {
-  std::size_t end = forASCIIWords(utf8.substr(0, count), [](std::size_t) {});
-  for (count -= end; count > 0 && end < utf8.size(); --count) nextCharacter(utf8, end);
+  const std::string_view first = utf8.substr(0, count);
+  if (isASCII(first)) return first;
+  std::size_t end = 0;
+  for (; count > 0 && end < utf8.size(); --count) nextCharacter(utf8, end);
   return utf8.substr(0, end);
 }
 

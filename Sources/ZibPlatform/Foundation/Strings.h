@@ -72,7 +72,11 @@ std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexc
 // A text known at compile time and the platform's object for it, which is made at its first use and
 // kept: a key that is looked up on every notification must not be made, nor hashed, anew.
 struct ConstantString {
-  [[nodiscard]] objc::id object() const;
+  [[nodiscard]] objc::id object() const {
+    const objc::id object = kept->load(std::memory_order_acquire);
+    return object == nullptr ? makeNow() : object;
+  }
+  [[nodiscard]] objc::id makeNow() const;
 
   std::string_view text;
   std::atomic<objc::id>* kept = nullptr;

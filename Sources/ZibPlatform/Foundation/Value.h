@@ -167,7 +167,9 @@ class Value {
   void setText(std::string_view text) { storage_.emplace<std::string>(text); }
 
   // Replaces the value by one of constant()'s, whose text it shares.
-  void setConstant(const Value& constant) { storage_ = std::get<Constant>(constant.storage_); }
+  void setConstant(const Value& constant) {
+    storage_.emplace<Constant>(*std::get_if<Constant>(&constant.storage_));
+  }
 
   friend bool operator==(const Value& one, const Value& other);
 

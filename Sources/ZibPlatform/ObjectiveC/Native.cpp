@@ -35,6 +35,9 @@ id handledException() noexcept {
 
 #include <unwind.h>
 
+#include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/Selector.h"
+
 // GCC's runtime has no functions for ownership and pools, so the messages are sent.
 namespace zib::objc {
 namespace {
@@ -73,24 +76,19 @@ id handledException() noexcept {
 }
 
 id retain(id object) {
-  static const SEL selector = registerSelector("retain");
-  return object == nullptr ? nullptr : sendForObject(object, selector);
+  return object == nullptr ? nullptr : sendForObject(object, selector<"retain">().raw());
 }
 
 void release(id object) {
-  static const SEL selector = registerSelector("release");
-  if (object != nullptr) sendForNothing(object, selector);
+  if (object != nullptr) sendForNothing(object, selector<"release">().raw());
 }
 
 void* pushAutoreleasePool() {
-  static const Class poolClass = lookUpClass("NSAutoreleasePool");
-  static const SEL selector = registerSelector("new");
-  return sendForObject(reinterpret_cast<id>(poolClass), selector);
+  return sendForObject(classNamed<"NSAutoreleasePool">().object(), selector<"new">().raw());
 }
 
 void popAutoreleasePool(void* pool) {
-  static const SEL selector = registerSelector("drain");
-  sendForNothing(static_cast<id>(pool), selector);
+  sendForNothing(static_cast<id>(pool), selector<"drain">().raw());
 }
 
 }  // namespace zib::objc

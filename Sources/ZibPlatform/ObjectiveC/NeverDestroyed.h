@@ -3,23 +3,26 @@
 
 #pragma once
 
+#include <cstddef>
+#include <new>
+
 namespace zib {
 
+// Of bytes, since an empty destructor of one's own would be called at exit.
 template <class T>
 class NeverDestroyed {
  public:
   template <class Make>
-  explicit NeverDestroyed(Make make) : value_(make()) {}
-  ~NeverDestroyed() {}  // NOLINT(modernize-use-equals-default): it would destroy the value
+  explicit NeverDestroyed(Make make) {
+    ::new (static_cast<void*>(bytes_)) T(make());
+  }
   NeverDestroyed(const NeverDestroyed&) = delete;
   NeverDestroyed& operator=(const NeverDestroyed&) = delete;
 
-  T& operator*() noexcept { return value_; }
+  T& operator*() noexcept { return *std::launder(reinterpret_cast<T*>(bytes_)); }
 
  private:
-  union {
-    T value_;
-  };
+  alignas(T) std::byte bytes_[sizeof(T)];
 };
 
 }  // namespace zib

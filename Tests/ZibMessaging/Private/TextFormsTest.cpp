@@ -34,6 +34,8 @@ TEST(TextFormsTest, ADeviceTokenIsShownAsTheStartOfItsText) {
   EXPECT_EQ(zib::ShownHexText({}).view(), "");
   EXPECT_EQ(zib::ShownHexText(zib::Bytes{0x00, 0x01, 0xAB}).view(), "0001ab");
   EXPECT_EQ(zib::ShownHexText(zib::Bytes(10, 0x5C)).view(), "5c5c5c5c5c5c5c5c5c5c");
+  const zib::Bytes token{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF, 0x10, 0x32};
+  EXPECT_EQ(zib::ShownHexText(token).view(), "0123456789abcdef1032");
   EXPECT_EQ(zib::ShownHexText(zib::Bytes(32, 0xFF)).view(), std::string(20, 'f'));
 }
 
@@ -63,10 +65,16 @@ TEST(TextFormsTest, AControlAnywhereInATextIsSeenAndEscaped) {
   }
 }
 
-TEST(TextFormsTest, BytesAreLowercaseHexadecimal) {
-  EXPECT_EQ(zib::hexText({}), "");
-  EXPECT_EQ(zib::hexText(zib::Bytes{0x00, 0x01, 0xAB}), "0001ab");
-  EXPECT_EQ(zib::hexText(zib::Bytes(32, 0xFF)), std::string(64, 'f'));
+TEST(TextFormsTest, EachByteOfADeviceTokenIsTwoLowercaseHexadecimalDigits) {
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    std::array<char, 3> digits{};
+    std::snprintf(digits.data(), digits.size(), "%02x", byte);
+    for (std::size_t before = 0; before < 10; ++before) {
+      zib::Bytes token(before, 0xA5);
+      token.push_back(static_cast<std::uint8_t>(byte));
+      EXPECT_EQ(zib::ShownHexText(token).view().substr(2 * before), digits.data());
+    }
+  }
 }
 
 TEST(TextFormsTest, QuotedTextStaysOneLine) {
