@@ -27,8 +27,9 @@ const Record<Scenario>& scenarioRecord() {
           .required("steps", &Scenario::steps, kinds::listOf(kinds::step()), "what happens")
           .optional("expect", &Scenario::expectations, kinds::expectations(),
                     "what the timeline has to hold")
-          .custom({"$schema", "the schema of this file, for editors", false, {{"type", "string"}}},
-                  ignored);
+          .custom(
+              {"$schema", "the schema of this file, for editors", false, schemaOfType("string")},
+              ignored);
   return record;
 }
 

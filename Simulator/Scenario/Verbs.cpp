@@ -105,7 +105,7 @@ const Kind<std::string>& hostClass() {
                                         node.fail("no class of the host's is \"" + name + "\"",
                                                   "a class that is described before");
                                       },
-                                      {{"type", "string"}}};
+                                      schemaOfType("string")};
   return kind;
 }
 
@@ -120,7 +120,9 @@ const Kind<std::size_t>& connectedScene() {
                                         checkScene(node, node.integer(), reading.connectedScenes);
                                         return static_cast<std::size_t>(node.integer());
                                       },
-                                      {{"type", "integer"}, {"minimum", 0}},
+                                      [] {
+                                        return Json{{"type", "integer"}, {"minimum", 0}};
+                                      },
                                       [](const std::size_t& index) { return Json(index); }};
   return kind;
 }
@@ -148,7 +150,7 @@ zib::ValueMap readPayloadFile(const Node& name, Reading& reading) {
 
 template <class T>
 Record<T> payloadRecord() {
-  static const Kind<zib::ValueMap> file{&readPayloadFile, {{"type", "string"}}};
+  static const Kind<zib::ValueMap> file{&readPayloadFile, schemaOfType("string")};
   return Record<T>()
       .optional("userInfo", &T::userInfo, kinds::payload(), "its payload")
       .optional("userInfoFile", &T::userInfo, file,
@@ -259,11 +261,14 @@ std::vector<Verb> makeVerbs() {
        }},
       {"call", "the host calls a public operation of the module",
        Record<Call>()
-           .custom({"operation", "its name", true, {{"enum", namesOf(operationRows())}}},
+           .custom({"operation", "its name", true,
+                    [] {
+                      return Json{{"enum", namesOf(operationRows())}};
+                    }},
                    [](const Node& node, Reading&, Call& call) {
                      call.operation = &operationRows()[node.choice(namesOf(operationRows()))];
                    })
-           .custom({"arguments", "what it takes", false, {{"type", "object"}}},
+           .custom({"arguments", "what it takes", false, schemaOfType("object")},
                    [](const Node&, Reading&, Call&) {}),
        &playCall},
       {"replaceMethod", "another library puts itself before a method of one of the host's classes",
@@ -373,7 +378,7 @@ const std::vector<Verb>& verbs() {
 }
 
 const Kind<Step>& kinds::step() {
-  static const Kind<Step> kind{&readStep, schemaOfSteps()};
+  static const Kind<Step> kind{&readStep, &schemaOfSteps};
   return kind;
 }
 
