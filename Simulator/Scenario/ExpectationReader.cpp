@@ -4,7 +4,7 @@
 
 #include "Simulator/Scenario/EntryKinds.h"
 #include "Simulator/Scenario/Kinds.h"
-#include "Simulator/Scenario/Row.h"
+#include "Simulator/Scenario/Playable.h"
 
 namespace sim {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "Simulator/Foundation/Base64.h"
 #include "Simulator/Network/Location.h"
-#include "Simulator/Scenario/Document.h"
+#include "Simulator/Scenario/JsonDocument.h"
 #include "Simulator/Scenario/Kinds.h"
 #include "Simulator/Scenario/Record.h"
 

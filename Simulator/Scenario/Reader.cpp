@@ -1,10 +1,10 @@
 #include "Simulator/Scenario/Reader.h"
 
 #include "Simulator/Scenario/DeviceReader.h"
-#include "Simulator/Scenario/Document.h"
 #include "Simulator/Scenario/EntryKinds.h"
 #include "Simulator/Scenario/ExpectationReader.h"
 #include "Simulator/Scenario/HostReader.h"
+#include "Simulator/Scenario/JsonDocument.h"
 #include "Simulator/Scenario/NetworkReader.h"
 #include "Simulator/Scenario/Verbs.h"
 

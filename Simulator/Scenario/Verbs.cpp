@@ -1,13 +1,11 @@
 #include "Simulator/Scenario/Verbs.h"
 
 #include "Simulator/Dispatch/Scheduler.h"
-#include "Simulator/Foundation/FormatError.h"
-#include "Simulator/Foundation/TextEncoding.h"
 #include "Simulator/Host/OtherLibrary.h"
 #include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Scenario/DeviceReader.h"
-#include "Simulator/Scenario/Document.h"
 #include "Simulator/Scenario/HostReader.h"
+#include "Simulator/Scenario/JsonDocument.h"
 #include "Simulator/Scenario/Stage.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "ZibPlatform/Foundation/URL.h"
@@ -127,20 +125,11 @@ const Kind<std::size_t>& connectedScene() {
   return kind;
 }
 
-// In whichever Unicode form the platform reads JSON.
-std::string textOfFile(std::string_view bytes) {
-  try {
-    return textFrom({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-  } catch (const FormatError&) {
-    return std::string(bytes);
-  }
-}
-
 // A push payload as it stands in a file.
 zib::ValueMap readPayloadFile(const Node& name, Reading& reading) {
   const std::string file = readNamedFile(name, reading.folder);
   try {
-    Json payload = parseDocument(textOfFile(file));
+    Json payload = parseDocument(textOfDocument(file));
     removeTargetBundle(payload);
     return kinds::payload().read(Node(payload, ""), reading);
   } catch (const ScenarioError& error) {
