@@ -13,13 +13,22 @@
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
+namespace {
+
+using Replace = zib::objc::IMP(objc_method*, zib::objc::IMP);
+
+Replace* runtimesOwn() {
+  static auto* const replace =
+      reinterpret_cast<Replace*>(::dlsym(RTLD_NEXT, "method_setImplementation"));
+  return replace;
+}
+
+}  // namespace
+
 // The runtime's own, in place of the simulator's, which goes through all classes to renew dispatch
 // tables: that would be most of what configure() costs, and no phone does it.
 extern "C" zib::objc::IMP method_setImplementation(objc_method* method, zib::objc::IMP function) {
-  using Replace = zib::objc::IMP(objc_method*, zib::objc::IMP);
-  static auto* const replace =
-      reinterpret_cast<Replace*>(::dlsym(RTLD_NEXT, "method_setImplementation"));
-  return replace(method, function);
+  return runtimesOwn()(method, function);
 }
 
 namespace bench {
@@ -171,6 +180,7 @@ void setUpFirebase() {
 
 void setUpDevice() {
   const zib::AutoreleasePool pool;
+  runtimesOwn();  // looked up before anything is counted
   sim::foundation::install();
   sim::foundation::setSystemVersion(17, 0);
   device().bundlePath = zib::makeString("/private/var/containers/Bundle/Application/App.app");

@@ -33,7 +33,7 @@ std::string lowerCase(std::string_view text) {
 
 // What a letter or digit can become. Hexadecimal digits stay such, and others do not become them:
 // escapes are read by both.
-enum class Kind : char {
+enum class CharacterKind : char {
   digit,
   hexadecimalLetter,
   otherLetter,
@@ -44,21 +44,21 @@ enum class Kind : char {
   secondOfLowEscape,
 };
 
-std::string_view charactersOf(Kind kind) {
+std::string_view charactersOf(CharacterKind kind) {
   switch (kind) {
-    case Kind::digit:
+    case CharacterKind::digit:
       return "0123456789";
-    case Kind::hexadecimalLetter:
+    case CharacterKind::hexadecimalLetter:
       return "abcdef";
-    case Kind::otherLetter:
+    case CharacterKind::otherLetter:
       return "xyzghijklmnopqrstuvw";
-    case Kind::beyondASCII:
+    case CharacterKind::beyondASCII:
       break;
-    case Kind::firstOfHighEscape:
+    case CharacterKind::firstOfHighEscape:
       return "89";
-    case Kind::firstOfLowEscape:
+    case CharacterKind::firstOfLowEscape:
       return "46";
-    case Kind::secondOfLowEscape:
+    case CharacterKind::secondOfLowEscape:
       return "123456789";
   }
   return {};
@@ -68,13 +68,13 @@ std::string_view charactersOf(Kind kind) {
 constexpr unsigned firstBeyondASCII = 0xE9;
 constexpr unsigned lastBeyondASCII = 0x17F;
 
-std::size_t countOf(Kind kind) {
-  return kind == Kind::beyondASCII ? lastBeyondASCII - firstBeyondASCII + 1
-                                   : charactersOf(kind).size();
+std::size_t countOf(CharacterKind kind) {
+  return kind == CharacterKind::beyondASCII ? lastBeyondASCII - firstBeyondASCII + 1
+                                            : charactersOf(kind).size();
 }
 
-std::string character(Kind kind, std::size_t index) {
-  if (kind != Kind::beyondASCII) return {charactersOf(kind)[index]};
+std::string character(CharacterKind kind, std::size_t index) {
+  if (kind != CharacterKind::beyondASCII) return {charactersOf(kind)[index]};
   constexpr unsigned bitsOfContinuation = 6;
   const unsigned code = firstBeyondASCII + static_cast<unsigned>(index);
   return {static_cast<char>(0xC0U | code >> bitsOfContinuation),
@@ -83,7 +83,7 @@ std::string character(Kind kind, std::size_t index) {
 
 // A letter or digit, or half of an escape, without capitals.
 struct Slot {
-  Kind kind;
+  CharacterKind kind;
   bool beginsEscape = false;
   bool isCapital = false;
 };
@@ -112,9 +112,10 @@ bool isLetterOrDigit(char letter) {
 
 bool isBeyondASCII(int byte) { return byte >= 0x80; }
 
-Kind kindOf(char letter) {
-  if (isDigit(letter)) return Kind::digit;
-  return isBetween(lowerCase(letter), 'a', 'f') ? Kind::hexadecimalLetter : Kind::otherLetter;
+CharacterKind kindOf(char letter) {
+  if (isDigit(letter)) return CharacterKind::digit;
+  return isBetween(lowerCase(letter), 'a', 'f') ? CharacterKind::hexadecimalLetter
+                                                : CharacterKind::otherLetter;
 }
 
 // How many bytes of a text are the one letter or digit that it begins with, escaped or not; none
@@ -139,15 +140,16 @@ void addSlots(std::string_view letter, std::vector<Slot>& slots) {
   const auto isCapital = [](char character) { return isBetween(character, 'A', 'Z'); };
   if (letter.front() != '%') {
     const bool isASCII = !isBeyondASCII(static_cast<unsigned char>(letter.front()));
-    slots.push_back(
-        {isASCII ? kindOf(letter.front()) : Kind::beyondASCII, false, isCapital(letter.front())});
+    slots.push_back({isASCII ? kindOf(letter.front()) : CharacterKind::beyondASCII, false,
+                     isCapital(letter.front())});
     return;
   }
   const bool isHigh = isBeyondASCII(escapedByte(letter));
-  const Kind first = !isHigh              ? Kind::firstOfLowEscape
-                     : isDigit(letter[1]) ? Kind::firstOfHighEscape
-                                          : Kind::hexadecimalLetter;
-  const Kind second = !isHigh && isDigit(letter[2]) ? Kind::secondOfLowEscape : kindOf(letter[2]);
+  const CharacterKind first = !isHigh              ? CharacterKind::firstOfLowEscape
+                              : isDigit(letter[1]) ? CharacterKind::firstOfHighEscape
+                                                   : CharacterKind::hexadecimalLetter;
+  const CharacterKind second =
+      !isHigh && isDigit(letter[2]) ? CharacterKind::secondOfLowEscape : kindOf(letter[2]);
   slots.push_back({first, true, isCapital(letter[1])});
   slots.push_back({second, false, isCapital(letter[2])});
 }
@@ -183,8 +185,8 @@ std::string textOf(const std::vector<Slot>& slots, std::size_t number) {
     if (slots[at].beginsEscape) text += '%';
     text += character(slots[at].kind, indices[at]);
   }
-  for (; number > 0; number /= countOf(Kind::otherLetter)) {
-    text += character(Kind::otherLetter, number % countOf(Kind::otherLetter));
+  for (; number > 0; number /= countOf(CharacterKind::otherLetter)) {
+    text += character(CharacterKind::otherLetter, number % countOf(CharacterKind::otherLetter));
   }
   return text;
 }
@@ -195,7 +197,7 @@ std::string withCapitals(std::string text, const std::vector<Slot>& slots) {
   for (const Slot& slot : slots) {
     if (slot.beginsEscape) ++at;
     if (slot.isCapital) text[at] = static_cast<char>(text[at] - 'a' + 'A');
-    at += slot.kind == Kind::beyondASCII ? 2 : 1;
+    at += slot.kind == CharacterKind::beyondASCII ? 2 : 1;
   }
   return text;
 }

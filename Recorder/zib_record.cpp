@@ -5,7 +5,7 @@
 #include <atomic>
 #include <memory>
 
-#include "Recorder/Recording.h"
+#include "Recorder/RecordedScenario.h"
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 
@@ -13,9 +13,9 @@ namespace zib::recorder {
 namespace {
 
 // Set once, and never released: calls may come until the process ends.
-constinit std::atomic<Recording*> current{nullptr};
+constinit std::atomic<RecordedScenario*> current{nullptr};
 
-Recording& recording() { return *current.load(std::memory_order_acquire); }
+RecordedScenario& recording() { return *current.load(std::memory_order_acquire); }
 
 constexpr CallListener listener{
     [](const char* operation, const ValueMap& arguments) {
@@ -37,7 +37,7 @@ bool record(const char* path, Texts texts) noexcept {
   return containedOr(false, "zib_record", [&] {
     const AutoreleasePool pool;
     if (path == nullptr || current.load(std::memory_order_acquire) != nullptr) return false;
-    auto begun = std::make_unique<Recording>(path, texts);
+    auto begun = std::make_unique<RecordedScenario>(path, texts);
     if (!begun->begin()) return false;
     current.store(begun.release(), std::memory_order_release);
     zib::recording::listener.store(&listener, std::memory_order_release);

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "Simulator/CommandLine/DiffCommand.h"
-#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/InputAndOutput.h"
 #include "Simulator/CommandLine/InspectCommand.h"
 #include "Simulator/CommandLine/RecordCommand.h"
 #include "Simulator/CommandLine/RunCommand.h"

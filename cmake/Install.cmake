@@ -37,6 +37,11 @@ install(FILES ${PROJECT_BINARY_DIR}/zibmessaging.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT module)
 
 if(ZIB_BUILD_SIMULATOR)
+  set(loaded ${CMAKE_INSTALL_LIBDIR}/zibsim)
+  install(TARGETS ZibHTTP LIBRARY COMPONENT zibsim DESTINATION ${loaded})
+  # The tree can be moved.
+  file(RELATIVE_PATH path /${CMAKE_INSTALL_BINDIR} /${loaded})
+  set_property(TARGET zibsim PROPERTY INSTALL_RPATH $ORIGIN/${path})
   install(TARGETS zibsim RUNTIME COMPONENT zibsim)
   include(Package)
 endif()

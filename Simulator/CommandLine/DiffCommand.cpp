@@ -4,7 +4,7 @@
 #include <iostream>
 #include <sstream>
 
-#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/InputAndOutput.h"
 #include "Simulator/CommandLine/Usage.h"
 #include "Simulator/Report/Difference.h"
 

@@ -2,12 +2,12 @@
 
 #include <filesystem>
 
-#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/InputAndOutput.h"
 #include "Simulator/CommandLine/Usage.h"
 #include "Simulator/Foundation/Foundation.h"
 #include "Simulator/Inspect/InspectionText.h"
-#include "Simulator/Page/Document.h"
 #include "Simulator/Page/InspectionView.h"
+#include "Simulator/Page/PageDocument.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <iostream>
 
-#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/InputAndOutput.h"
 #include "Simulator/CommandLine/ScenarioFiles.h"
 #include "Simulator/CommandLine/Usage.h"
 #include "Simulator/Scenario/PlayInProcess.h"

@@ -6,10 +6,10 @@
 #include <iostream>
 #include <thread>
 
-#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/InputAndOutput.h"
 #include "Simulator/CommandLine/ScenarioFiles.h"
 #include "Simulator/CommandLine/Usage.h"
-#include "Simulator/Page/Document.h"
+#include "Simulator/Page/PageDocument.h"
 #include "Simulator/Page/TimelineView.h"
 #include "Simulator/Report/JUnit.h"
 #include "Simulator/Report/Outcome.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/InputAndOutput.h"
 #include "Simulator/CommandLine/Usage.h"
 #include "Simulator/Scenario/Reader.h"
 #include "Simulator/Scenario/ScenarioError.h"

@@ -25,7 +25,7 @@ using zib::objc::SEL;
 
 constexpr const char* messagingClass = "FIRMessaging";
 
-struct State {
+struct MessagingState {
   Pieces pieces;
   Object messaging;
   WeakReference delegate;
@@ -33,8 +33,8 @@ struct State {
   Object hostsDelegate;
 };
 
-State& state() {
-  static zib::NeverDestroyed<State> state([] { return State(); });
+MessagingState& state() {
+  static zib::NeverDestroyed<MessagingState> state([] { return MessagingState(); });
   return *state;
 }
 

@@ -37,16 +37,18 @@ Setting<OperatingSystemVersion>& versionSetting() {
   return version;
 }
 
-// There is one main bundle, and it lives as long as the process.
-id mainBundle() {
-  static const id bundle = zib::sendToClass<"NSBundle", "mainBundle">();
-  return bundle;
-}
+// The library's own resources, which a device has not: the names of languages, which its bundles
+// read when they are first used, and its messages in the language of the machine.
+id noBundleOfLibrary(id, SEL, id, id) { return nullptr; }
+
+// There is one main bundle, and it lives as long as the process. None while it is made, when it
+// asks for its own identifier.
+id mainBundle = nullptr;
 
 IMP originalBundlePath = nullptr;
 
 id bundlePath(id bundle, SEL command) {
-  if (bundle != mainBundle()) {
+  if (bundle != mainBundle) {
     return zib::callImplementation<id>(originalBundlePath, bundle, zib::Selector(command));
   }
   return autoreleased(zib::makeString(bundlePathSetting().get()));
@@ -55,7 +57,7 @@ id bundlePath(id bundle, SEL command) {
 IMP originalBundleIdentifier = nullptr;
 
 id bundleIdentifier(id bundle, SEL command) {
-  if (bundle != mainBundle()) {
+  if (mainBundle != nullptr && bundle != mainBundle) {
     return zib::callImplementation<id>(originalBundleIdentifier, bundle, zib::Selector(command));
   }
   const auto identifier = bundleIdentifierSetting().get();
@@ -86,10 +88,13 @@ void foundation::setSystemVersion(long major, long minor) {
 OperatingSystemVersion foundation::systemVersion() { return versionSetting().get(); }
 
 void foundation::installBundleAndProcessInfo() {
-  mainBundle();
-  originalBundlePath = installMethod(zib::Class::named("NSBundle"), "bundlePath", &bundlePath);
+  // Before anything else is asked of the class.
+  installClassMethod(zib::Class::named("NSBundle"),
+                     "bundleForLibrary:version:", &noBundleOfLibrary);
   originalBundleIdentifier =
       installMethod(zib::Class::named("NSBundle"), "bundleIdentifier", &bundleIdentifier);
+  mainBundle = zib::sendToClass<"NSBundle", "mainBundle">();
+  originalBundlePath = installMethod(zib::Class::named("NSBundle"), "bundlePath", &bundlePath);
   const zib::Class processInfo = zib::Class::named("NSProcessInfo");
   installMethod(processInfo, "operatingSystemVersion", &operatingSystemVersion);
   installMethod(processInfo, "isOperatingSystemAtLeastVersion:", &isOperatingSystemAtLeast);

@@ -14,6 +14,13 @@
 
 #include "Simulator/ObjectiveC/Runtime.h"
 
+// As compilers emit it.
+struct objc_method {
+  zib::objc::SEL selector;
+  const char* types;
+  zib::objc::IMP function;
+};
+
 extern "C" {
 
 int objc_getClassList(objc_class** classes, int count);
@@ -60,7 +67,14 @@ void renewDispatchTables(const objc_method* method) {
 }  // namespace
 }  // namespace sim
 
-extern "C" zib::objc::IMP method_setImplementation(objc_method* method, zib::objc::IMP function) {
+void sim::setImplementation(zib::Class owner, zib::Selector selector, zib::objc::IMP function) {
+  zib::objc::instanceMethod(owner.raw(), selector.raw())->function = function;
+  __objc_update_dispatch_table_for_class(owner.raw());
+}
+
+// Weak, since a program that measures wants the runtime's.
+extern "C" __attribute__((weak)) zib::objc::IMP method_setImplementation(objc_method* method,
+                                                                         zib::objc::IMP function) {
   using Replace = zib::objc::IMP(objc_method*, zib::objc::IMP);
   static auto* const replace =
       reinterpret_cast<Replace*>(::dlsym(RTLD_NEXT, "method_setImplementation"));

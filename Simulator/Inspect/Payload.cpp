@@ -4,10 +4,8 @@
 #include <cstdint>
 #include <span>
 
-#include "Simulator/Foundation/FormatError.h"
-#include "Simulator/Foundation/TextEncoding.h"
 #include "Simulator/Json/Values.h"
-#include "Simulator/Scenario/Document.h"
+#include "Simulator/Scenario/JsonDocument.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibPlatform/Foundation/JSON.h"
 #include "ZibPlatform/Foundation/Strings.h"
@@ -19,15 +17,6 @@ constexpr const char* allowedPayload = "a JSON object, such as an .apns file";
 
 std::span<const std::uint8_t> bytesOf(std::string_view text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
-// The text in UTF-8, without a mark at its beginning.
-std::string decoded(std::string_view text) {
-  try {
-    return textFrom(bytesOf(text));
-  } catch (const FormatError&) {
-    return std::string(text);
-  }
 }
 
 std::vector<std::string> placesOf(const std::vector<Way>& ways) {
@@ -51,7 +40,7 @@ std::optional<Json> valueAlone(std::string_view text) {
 }  // namespace
 
 Payload readPayload(std::string_view text) {
-  const std::string inUTF8 = decoded(text);
+  const std::string inUTF8 = textOfDocument(text);
   const auto object = zib::parseJSON(bytesOf(text));
   if (!object) {
     const auto value = valueAlone(inUTF8);

@@ -4,7 +4,9 @@
 #pragma once
 
 #include <memory>
+#include <thread>
 
+#include "Simulator/HTTP/Server.h"
 #include "Simulator/Network/Sites.h"
 
 namespace sim {
@@ -20,8 +22,8 @@ class LoopbackServer {
   [[nodiscard]] int port() const noexcept;
 
  private:
-  struct Server;
-  std::unique_ptr<Server> server_;
+  std::unique_ptr<HTTPServer> server_;
+  std::thread thread_;
 };
 
 }  // namespace sim

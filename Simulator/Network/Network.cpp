@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Simulator/HTTP/Library.h"
 #include "Simulator/Network/FaultServer.h"
 #include "Simulator/Network/Location.h"
 
@@ -22,7 +23,7 @@ const std::string* redirectTarget(const HTTPResponse& response) {
 
 // The request that a redirect leads to; none where it leads nowhere.
 std::optional<HTTPRequest> redirected(HTTPRequest request, int status, const std::string& target) {
-  auto url = resolve(request.url, target);
+  auto url = httpLibrary().resolve(request.url, target);
   if (!url) return std::nullopt;
   request.url = *std::move(url);
   constexpr int seeOther = 303;
@@ -57,15 +58,16 @@ HTTPOutcome Network::exchangeOnce(const HTTPRequest& request) {
   if (!location) return {{}, {}, URLError::unsupportedURL};
   const Reply* const reply = findReply(sites_, location->authority, location->target);
   if (reply == nullptr) return {{}, {}, URLError::notConnectedToInternet};
-  Transfer transfer;
-  if (reply->fault == Fault::none) return transfer.run(request, {.port = serverPort()});
+  const auto transfer = httpLibrary().makeTransfer();
+  if (reply->fault == Fault::none) return transfer->run(request, *location, {.port = serverPort()});
   if (reply->fault == Fault::unknownHost) {
     // Longer than a label of a host name can be, so no resolver asks anybody for it.
     constexpr std::size_t tooLong = 64;
-    return transfer.run(request, {.host = std::string(tooLong, 'x'), .port = 80});
+    return transfer->run(request, *location, {.host = std::string(tooLong, 'x'), .port = 80});
   }
-  const FaultServer server(*reply, [&transfer] { transfer.giveUp(); });
-  return transfer.run(request, {.port = server.port(), .usesTLS = reply->fault == Fault::tls});
+  const FaultServer server(*reply, [&transfer] { transfer->giveUp(); });
+  return transfer->run(request, *location,
+                       {.port = server.port(), .usesTLS = reply->fault == Fault::tls});
 }
 
 int Network::serverPort() {

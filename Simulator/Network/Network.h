@@ -6,9 +6,9 @@
 #include <mutex>
 #include <optional>
 
+#include "Simulator/HTTP/Transfer.h"
 #include "Simulator/Network/LoopbackServer.h"
 #include "Simulator/Network/Sites.h"
-#include "Simulator/Network/Transfer.h"
 
 namespace sim {
 

@@ -37,6 +37,9 @@ namespace sim {
 // The class of the class object: its instance methods are the class methods.
 inline zib::Class metaclassOf(zib::Class cls) { return zib::Class::ofObject(cls.object()); }
 
+// As method_setImplementation(), which would have to search for the class whose method it is.
+void setImplementation(zib::Class owner, zib::Selector selector, zib::objc::IMP function);
+
 // Gives the class a method of its own in place of what it had or inherited, which is returned, nil
 // if there was none; zib::callImplementation() calls it on.
 template <class Result, class... Arguments>
@@ -49,7 +52,7 @@ zib::objc::IMP installMethod(zib::Class cls, const char* name,
   // Not class_replaceMethod: GCC's replaces an inherited method in the superclass.
   const auto implementation = zib::objc::functionCast<zib::objc::IMP>(function);
   if (before && cls.ownerOf(selector) == cls) {
-    before.setImplementation(implementation);
+    setImplementation(cls, selector, implementation);
   } else {
     cls.addMethod(selector, implementation, zib::encoding::Method<Signature>::value.data());
   }

@@ -1,16 +1,15 @@
 #include "Simulator/Page/Server.h"
 
-#include <httplib.h>
-
-#include <array>
 #include <atomic>
-#include <stdexcept>
+#include <optional>
+#include <utility>
 
+#include "Simulator/HTTP/Library.h"
 #include "Simulator/Inspect/Inspection.h"
 #include "Simulator/Network/Location.h"
 #include "Simulator/Page/Assets.h"
-#include "Simulator/Page/Document.h"
 #include "Simulator/Page/InspectionView.h"
+#include "Simulator/Page/PageDocument.h"
 #include "Simulator/Page/Playing.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
@@ -19,15 +18,10 @@
 namespace sim {
 namespace {
 
-using httplib::Request;
-using httplib::Response;
-using httplib::Server;
-
-constexpr std::size_t largestBody = std::size_t{1} << 20U;
-
 enum Status {
   ok = 200,
   forbidden = 403,
+  notFound = 404,
   methodNotAllowed = 405,
   lengthRequired = 411,
   unsupportedMediaType = 415,
@@ -39,8 +33,8 @@ enum Status {
 constexpr const char* html = "text/html; charset=utf-8";
 
 // Whatever a payload holds: nothing but the page's own files is loaded or run.
-const httplib::Headers& headersOfAll() {
-  static const httplib::Headers headers{
+std::vector<zib::HTTPHeader> headersOfAll() {
+  return {
       {"Content-Security-Policy",
        "default-src 'none'; script-src 'self'; style-src 'self'; connect-src 'self'; "
        "img-src data:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
@@ -50,14 +44,22 @@ const httplib::Headers& headersOfAll() {
       {"Cross-Origin-Resource-Policy", "same-origin"},
       {"Cross-Origin-Opener-Policy", "same-origin"},
   };
-  return headers;
 }
 
-void refuse(Response& response, int status, const std::string& why) {
-  response.status = status;
+ServedResponse content(std::string body, const char* type = html) {
+  return {ok, {{"Content-Type", type}}, std::move(body)};
+}
+
+ServedResponse refusal(int status, const std::string& why) {
   Markup message;
   message.element("p", why, {{"class", "failure"}, {"data-summary", why}});
-  response.set_content(partialDocument("Refused", message), html);
+  ServedResponse response = content(partialDocument("Refused", message));
+  response.status = status;
+  return response;
+}
+
+ServedResponse refusal(int status) {
+  return refusal(status, "refused: status " + std::to_string(status));
 }
 
 // A name that some site has pointed at this computer is another name. Capitals make none.
@@ -67,14 +69,13 @@ bool isOwnHost(std::string_view host, int port) {
   return lower == "127.0.0.1" + end || lower == "localhost" + end;
 }
 
-bool isOwnOrigin(const Request& request, int port) {
-  if (request.has_header("Origin")) {
+bool isOwnOrigin(const ServedRequest& request, int port) {
+  if (const auto origin = request.header("Origin")) {
     const std::string scheme = "http://";
-    const std::string origin = request.get_header_value("Origin");
-    return origin.starts_with(scheme) &&
-           isOwnHost(std::string_view(origin).substr(scheme.size()), port);
+    return origin->starts_with(scheme) &&
+           isOwnHost(std::string_view(*origin).substr(scheme.size()), port);
   }
-  const std::string site = request.get_header_value("Sec-Fetch-Site");
+  const std::string site = request.header("Sec-Fetch-Site").value_or("");
   return site.empty() || site == "same-origin" || site == "none" || request.method == "GET";
 }
 
@@ -90,49 +91,46 @@ std::string methodsOf(std::string_view path) {
   return path == pagePath || path == stylePath || path == scriptPath ? "GET, HEAD" : "";
 }
 
-bool hasRightMethod(const Request& request, Response& response) {
+// None where the method is one that the path is there for.
+std::optional<ServedResponse> refusalOfMethod(const ServedRequest& request) {
   const std::string methods = methodsOf(request.path);
-  if (methods.empty() || methods.find(request.method) != std::string::npos) return true;
-  refuse(response, methodNotAllowed, "this address takes " + methods + " alone");
-  response.set_header("Allow", methods);
-  return false;
+  if (methods.empty() || methods.find(request.method) != std::string::npos) return std::nullopt;
+  ServedResponse response = refusal(methodNotAllowed, "this address takes " + methods + " alone");
+  response.headers.push_back({"Allow", methods});
+  return response;
 }
 
 // The library takes bodies without a length, and compressed ones, however long they become.
-bool hasBoundedBody(const Request& request, Response& response) {
-  if (request.method == "GET" || request.method == "HEAD") return true;
-  if (!request.has_header("Content-Length") || request.has_header("Transfer-Encoding")) {
-    refuse(response, lengthRequired, "the request does not say how long its body is");
-  } else if (request.has_header("Content-Encoding") ||
-             !request.get_header_value("Content-Type").starts_with("application/json")) {
-    refuse(response, unsupportedMediaType, "the body has to be plain JSON");
-  } else {
-    return true;
+std::optional<ServedResponse> refusalOfBody(const ServedRequest& request) {
+  if (request.method == "GET" || request.method == "HEAD") return std::nullopt;
+  if (!request.header("Content-Length") || request.header("Transfer-Encoding")) {
+    return refusal(lengthRequired, "the request does not say how long its body is");
   }
-  return false;
+  if (request.header("Content-Encoding") ||
+      !request.header("Content-Type").value_or("").starts_with("application/json")) {
+    return refusal(unsupportedMediaType, "the body has to be plain JSON");
+  }
+  return std::nullopt;
 }
 
-Server::HandlerResponse admit(const Request& request, Response& response, int port) {
-  if (!isOwnHost(request.get_header_value("Host"), port)) {
-    refuse(response, misdirected, "this page has no such name");
-  } else if (!isOwnOrigin(request, port)) {
-    refuse(response, forbidden, "another site's page may not ask");
-  } else if (hasRightMethod(request, response) && hasBoundedBody(request, response)) {
-    return Server::HandlerResponse::Unhandled;
+std::optional<ServedResponse> admit(const ServedRequest& request, int port) {
+  if (!isOwnHost(request.header("Host").value_or(""), port)) {
+    return refusal(misdirected, "this page has no such name");
   }
-  return Server::HandlerResponse::Handled;
+  if (!isOwnOrigin(request, port)) return refusal(forbidden, "another site's page may not ask");
+  auto refused = refusalOfMethod(request);
+  return refused ? refused : refusalOfBody(request);
 }
 
-void inspectBody(const Request& request, Response& response) {
+ServedResponse inspectBody(const ServedRequest& request) {
   const zib::AutoreleasePool pool;
-  const std::string eventType = request.has_param("event-type")
-                                    ? request.get_param_value("event-type")
-                                    : std::string(zib::clickedEvent.text);
+  const std::string eventType =
+      request.parameter("event-type").value_or(std::string(zib::clickedEvent.text));
   try {
     const Inspection inspection = inspect(request.body, eventType);
-    response.set_content(partialDocument("A payload", viewOf(inspection)), html);
+    return content(partialDocument("A payload", viewOf(inspection)));
   } catch (const ScenarioError& error) {
-    refuse(response, unprocessable, error.what());
+    return refusal(unprocessable, error.what());
   }
 }
 
@@ -141,30 +139,39 @@ class Plays {
  public:
   explicit Plays(std::string program) : program_(std::move(program)) {}
 
-  void play(const Request& request, Response& response) {
+  ServedResponse play(const ServedRequest& request) {
     constexpr int most = 2;
-    if (++running_ > most) {
-      refuse(response, busy, "other scenarios are being played; try again when they have ended");
-    } else {
-      Played played = playForPage(program_, request.body);
-      if (played.document) {
-        response.set_content(partialFrom(std::move(*played.document)), html);
-      } else {
-        refuse(response, unprocessable, played.problem);
-      }
-    }
+    const bool isOneTooMany = ++running_ > most;
+    ServedResponse response =
+        isOneTooMany
+            ? refusal(busy, "other scenarios are being played; try again when they have ended")
+            : responseTo(request);
     --running_;
+    return response;
   }
 
  private:
+  [[nodiscard]] ServedResponse responseTo(const ServedRequest& request) const {
+    Played played = playForPage(program_, request.body);
+    if (!played.document) return refusal(unprocessable, played.problem);
+    return content(partialFrom(std::move(*played.document)));
+  }
+
   std::string program_;
   std::atomic<int> running_{0};
 };
 
-void serveAsset(Server& server, const std::string& path, std::string_view text, const char* type) {
-  server.Get(path, [text, type](const Request&, Response& response) {
-    response.set_content(text.data(), text.size(), type);
-  });
+ServedResponse answer(const ServedRequest& request, Plays& plays) {
+  if (request.path == pagePath) return content(std::string(assets::page));
+  if (request.path == stylePath) {
+    return content(std::string(assets::style), "text/css; charset=utf-8");
+  }
+  if (request.path == scriptPath) {
+    return content(std::string(assets::script), "text/javascript; charset=utf-8");
+  }
+  if (request.path == inspectPath) return inspectBody(request);
+  if (request.path == playPath) return plays.play(request);
+  return refusal(notFound);
 }
 
 }  // namespace
@@ -172,63 +179,31 @@ void serveAsset(Server& server, const std::string& path, std::string_view text, 
 struct PageServer::Server {
   explicit Server(std::string program) : plays(std::move(program)) {}
 
-  httplib::Server http;
   Plays plays;
-  int port = 0;
-  socket_t listener = INVALID_SOCKET;
+  std::unique_ptr<HTTPServer> http;
 };
 
 PageServer::PageServer(int port, std::string program)
     : server_(std::make_unique<Server>(std::move(program))) {
-  httplib::Server& http = server_->http;
-  // Not the library's, which share the port with whoever listens there already.
-  http.set_socket_options([this](socket_t socket) {
-    server_->listener = socket;
-    const int yes = 1;
-    ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+  Server& server = *server_;
+  server.http = httpLibrary().makeServer({
+      .port = port,
+      .admit =
+          [&server](const ServedRequest& request) { return admit(request, server.http->port()); },
+      .answer = [&server](const ServedRequest& request) { return answer(request, server.plays); },
+      .refuse = [](int status) { return refusal(status); },
+      .headers = headersOfAll(),
+      // Each connection has a thread, also one that says nothing: browsers open some in advance.
+      .threads = 64,
   });
-  http.set_payload_max_length(largestBody);
-  // Each connection has a thread, also one that says nothing: browsers open some in advance.
-  static constexpr std::size_t threads = 64;
-  http.new_task_queue = [] { return std::make_unique<httplib::ThreadPool>(threads).release(); };
-  // What was not read of a refused body must not be taken for the next request.
-  http.set_keep_alive_max_count(1);
-  constexpr time_t idleness = 2;  // seconds
-  http.set_keep_alive_timeout(idleness);
-  constexpr time_t patience = 5;  // seconds
-  http.set_read_timeout(patience);
-  http.set_write_timeout(patience);
-  http.set_default_headers(headersOfAll());
-  http.set_pre_routing_handler([this](const Request& request, Response& response) {
-    return admit(request, response, server_->port);
-  });
-  http.set_error_handler([](const Request&, Response& response) {
-    if (response.body.empty()) {
-      refuse(response, response.status, "refused: status " + std::to_string(response.status));
-    }
-  });
-  serveAsset(http, pagePath, assets::page, html);
-  serveAsset(http, stylePath, assets::style, "text/css; charset=utf-8");
-  serveAsset(http, scriptPath, assets::script, "text/javascript; charset=utf-8");
-  http.Post(inspectPath, &inspectBody);
-  http.Post(playPath, [this](const Request& request, Response& response) {
-    server_->plays.play(request, response);
-  });
-  const char* const loopback = "127.0.0.1";
-  const bool isBound = port == 0 ? (server_->port = http.bind_to_any_port(loopback)) > 0
-                                 : http.bind_to_port(loopback, port);
-  if (port != 0) server_->port = port;
-  if (!isBound) throw std::runtime_error("cannot listen on port " + std::to_string(port));
-  // The library lets five wait, and whoever comes then would wait for a second.
-  ::listen(server_->listener, SOMAXCONN);
 }
 
 PageServer::~PageServer() = default;
 
-int PageServer::port() const noexcept { return server_->port; }
+int PageServer::port() const noexcept { return server_->http->port(); }
 
-void PageServer::serve() { server_->http.listen_after_bind(); }
+void PageServer::serve() { server_->http->serve(); }
 
-void PageServer::stop() { server_->http.stop(); }
+void PageServer::stop() { server_->http->stop(); }
 
 }  // namespace sim

@@ -34,7 +34,9 @@ const Kind<PlannedAnswer>& authorization() {
       [](const Node& node, Reading&) {
         return node.choice({"auto", "manual"}) == 0;
       },
-      {{"enum", {"auto", "manual"}}},
+      [] {
+        return Json{{"enum", {"auto", "manual"}}};
+      },
       [](const bool& isAutomatic) { return Json(isAutomatic ? "auto" : "manual"); }};
   static const Kind<PlannedAnswer> kind = objectOf(answerFields<PlannedAnswer>().optional(
       "answer", &PlannedAnswer::answersByItself, answer,
@@ -47,7 +49,9 @@ const Kind<PlannedAnswer>& authorization() {
 const Kind<DeviceDescription>& kinds::device() {
   static const Kind<SystemVersion> version{
       &readVersion,
-      {{"type", "string"}, {"pattern", "^[0-9]+\\.[0-9]+$"}},
+      [] {
+        return Json{{"type", "string"}, {"pattern", "^[0-9]+\\.[0-9]+$"}};
+      },
       [](const SystemVersion& value) {
         return Json(std::to_string(value.major) + "." + std::to_string(value.minor));
       }};
@@ -80,7 +84,7 @@ const Kind<DeviceDescription>& kinds::device() {
         reading.isApplicationLate = device.application == uikit::ApplicationPresence::late;
         return device;
       },
-      schemaOf(record.fields())};
+      [] { return schemaOf(record.fields()); }};
   return kind;
 }
 

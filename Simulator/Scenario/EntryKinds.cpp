@@ -11,13 +11,16 @@ namespace {
 
 using Names = std::vector<std::string_view>;
 
-// {"contains": TEXT}, for a text by a part of it.
-Json partSchema() {
+// {"contains": PART}.
+Json schemaOfPart(const Json& part) {
   return {{"type", "object"},
-          {"properties", {{"contains", {{"type", "string"}}}}},
+          {"properties", {{"contains", part}}},
           {"required", {"contains"}},
           {"additionalProperties", false}};
 }
+
+// Of a text, by a part of it.
+Json schemaOfPartOfText() { return schemaOfPart({{"type", "string"}}); }
 
 void checkPart(const Node& node, Reading& reading) {
   node.checkKeys({"contains"}, reading.errors);
@@ -26,7 +29,7 @@ void checkPart(const Node& node, Reading& reading) {
 
 // Null is what each field can be: it stands for what the platform hands over as none.
 Kind<Json> unlessNull(Kind<Json> pattern) {
-  pattern.schema = {{"anyOf", {std::move(pattern.schema), {{"type", "null"}}}}};
+  pattern.schema = schemaOrNull(std::move(pattern.schema));
   pattern.read = [read = std::move(pattern.read)](const Node& node, Reading& reading) {
     return node.isNull() ? Json() : read(node, reading);
   };
@@ -34,49 +37,45 @@ Kind<Json> unlessNull(Kind<Json> pattern) {
 }
 
 Kind<Json> anything() {
-  return {[](const Node& node, Reading&) { return node.value(); }, Json::object()};
+  return {[](const Node& node, Reading&) { return node.value(); }, [] { return Json::object(); }};
+}
+
+// A value that is compared whole.
+Kind<Json> whole(bool (*isAllowed)(const Node&), const char* allowed, Schema schema) {
+  return unlessNull({[isAllowed, allowed](const Node& node, Reading&) -> Json {
+                       if (!isAllowed(node)) node.failType(allowed);
+                       return node.value();
+                     },
+                     std::move(schema)});
 }
 
 Kind<Json> boolean() {
-  return unlessNull({[](const Node& node, Reading&) -> Json {
-                       if (!node.value().is_boolean()) node.failType("true, false, null");
-                       return node.value();
-                     },
-                     {{"type", "boolean"}}});
+  return whole([](const Node& node) { return node.value().is_boolean(); }, "true, false, null",
+               schemaOfType("boolean"));
 }
 
 Kind<Json> integer() {
-  return unlessNull({[](const Node& node, Reading&) -> Json {
-                       if (!node.isIntegral()) node.failType("an integer");
-                       return node.value();
-                     },
-                     {{"type", "integer"}}});
+  return whole([](const Node& node) { return node.isIntegral(); }, "an integer",
+               schemaOfType("integer"));
 }
 
 Kind<Json> number() {
-  return unlessNull({[](const Node& node, Reading&) -> Json {
-                       if (!node.value().is_number()) node.failType("a number");
-                       return node.value();
-                     },
-                     {{"type", "number"}}});
+  return whole([](const Node& node) { return node.value().is_number(); }, "a number",
+               schemaOfType("number"));
 }
 
 Kind<Json> natural() {
-  return unlessNull({[](const Node& node, Reading&) -> Json {
-                       if (!node.isIntegral() || node.value() < 0)
-                         node.failType("an integer from 0 on");
-                       return node.value();
-                     },
-                     {{"type", "integer"}, {"minimum", 0}}});
+  return whole([](const Node& node) { return node.isIntegral() && node.value() >= 0; },
+               "an integer from 0 on",
+               [] {
+                 return Json{{"type", "integer"}, {"minimum", 0}};
+               });
 }
 
 // Of an object with keys of the host's choice, each that is expected.
 Kind<Json> object() {
-  return unlessNull({[](const Node& node, Reading&) -> Json {
-                       if (!node.value().is_object()) node.failType("an object");
-                       return node.value();
-                     },
-                     {{"type", "object"}}});
+  return whole([](const Node& node) { return node.value().is_object(); }, "an object",
+               schemaOfType("object"));
 }
 
 // A list whole, or {"contains": ELEMENT}.
@@ -87,12 +86,9 @@ Kind<Json> list() {
                        node.checkKeys({"contains"}, reading.errors);
                        return node.require("contains").value();
                      },
-                     {{"anyOf",
-                       {{{"type", "array"}},
-                        {{"type", "object"},
-                         {"properties", {{"contains", Json::object()}}},
-                         {"required", {"contains"}},
-                         {"additionalProperties", false}}}}}});
+                     [] {
+                       return Json{{"anyOf", {{{"type", "array"}}, schemaOfPart(Json::object())}}};
+                     }});
 }
 
 Kind<Json> text() {
@@ -104,7 +100,9 @@ Kind<Json> text() {
                        }
                        return node.value();
                      },
-                     {{"anyOf", {{{"type", "string"}}, partSchema()}}}});
+                     [] {
+                       return Json{{"anyOf", {{{"type", "string"}}, schemaOfPartOfText()}}};
+                     }});
 }
 
 Kind<Json> oneOf(const Names& names) {
@@ -116,26 +114,33 @@ Kind<Json> oneOf(const Names& names) {
                        }
                        return node.value();
                      },
-                     {{"anyOf", {{{"enum", names}}, partSchema()}}}});
+                     [names] {
+                       return Json{{"anyOf", {{{"enum", names}}, schemaOfPartOfText()}}};
+                     }});
+}
+
+Json schemaOfObject(const std::vector<EntryField>& fields) {
+  Json properties = Json::object();
+  for (const EntryField& field : fields)
+    properties[std::string(field.name)] = field.pattern.schema();
+  return {{"type", "object"}, {"properties", properties}, {"additionalProperties", false}};
 }
 
 // An object that has no other keys than these.
 Kind<Json> objectWith(const std::vector<EntryField>& fields) {
-  Json properties = Json::object();
-  for (const EntryField& field : fields) properties[std::string(field.name)] = field.pattern.schema;
-  return unlessNull(
-      {[fields](const Node& node, Reading& reading) -> Json {
-         Names names;
-         for (const EntryField& field : fields) names.push_back(field.name);
-         node.checkKeys(names, reading.errors);
-         for (const EntryField& field : fields) {
-           const auto member = node.find(field.name);
-           if (!member) continue;
-           reading.collectErrorOf([&] { static_cast<void>(field.pattern.read(*member, reading)); });
-         }
-         return node.value();
-       },
-       {{"type", "object"}, {"properties", properties}, {"additionalProperties", false}}});
+  return unlessNull({[fields](const Node& node, Reading& reading) -> Json {
+                       Names names;
+                       for (const EntryField& field : fields) names.push_back(field.name);
+                       node.checkKeys(names, reading.errors);
+                       for (const EntryField& field : fields) {
+                         const auto member = node.find(field.name);
+                         if (!member) continue;
+                         reading.collectErrorOf(
+                             [&] { static_cast<void>(field.pattern.read(*member, reading)); });
+                       }
+                       return node.value();
+                     },
+                     [fields] { return schemaOfObject(fields); }});
 }
 
 Kind<Json> error() {
@@ -245,11 +250,9 @@ const std::vector<EntryKind>& entryKinds() {
 Json entryPatternSchema() {
   Json alternatives = Json::array();
   for (const EntryKind& kind : entryKinds()) {
-    Json properties = {{"kind", {{"anyOf", {{{"const", kind.name}}, partSchema()}}}}};
-    for (const EntryField& field : kind.fields)
-      properties[std::string(field.name)] = field.pattern.schema;
-    alternatives.push_back(
-        {{"type", "object"}, {"properties", properties}, {"additionalProperties", false}});
+    Json schema = schemaOfObject(kind.fields);
+    schema["properties"]["kind"] = {{"anyOf", {{{"const", kind.name}}, schemaOfPartOfText()}}};
+    alternatives.push_back(std::move(schema));
   }
   return {{"anyOf", alternatives}};
 }

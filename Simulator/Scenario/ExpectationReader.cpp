@@ -3,7 +3,8 @@
 #include <algorithm>
 
 #include "Simulator/Scenario/EntryKinds.h"
-#include "Simulator/Scenario/Row.h"
+#include "Simulator/Scenario/Kinds.h"
+#include "Simulator/Scenario/Playable.h"
 
 namespace sim {
 namespace {
@@ -184,7 +185,7 @@ const Kind<Json>& kinds::expectations() {
                                  }
                                  return node.value();
                                },
-                               {{"type", "array"}, {"items", schemaOfItems()}}};
+                               schemaOfList(&schemaOfItems)};
   return kind;
 }
 

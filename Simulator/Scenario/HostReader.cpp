@@ -111,11 +111,7 @@ std::string readClass(const Node& node, Reading& reading) {
   return description.name;
 }
 
-Json referenceTo(const char* definition) {
-  return {{"$ref", std::string("#/$defs/") + definition}};
-}
-
-Json schemaOrNull(const Json& schema) { return {{"anyOf", {schema, {{"type", "null"}}}}}; }
+Json referenceToDelegate() { return {{"$ref", "#/$defs/delegate"}}; }
 
 DelegateDescription readDelegate(const Node& node, Reading& reading) {
   using Kind = DelegateDescription::Kind;
@@ -137,7 +133,9 @@ Kind<MessagingDelegate> messagingDelegate() {
             if (!node.value().is_boolean()) node.failType("true, false, \"released\"");
             return node.boolean() ? MessagingDelegate::kept : MessagingDelegate::none;
           },
-          {{"enum", {true, false, "released"}}, {"default", true}}};
+          [] {
+            return Json{{"enum", {true, false, "released"}}, {"default", true}};
+          }};
 }
 
 Kind<std::optional<bool>> urlDelegate() {
@@ -173,7 +171,9 @@ Kind<Completes> completes() {
               return node.boolean() ? Completes::once : Completes::never;
             return Names<Completes>::rows[node.choice(allNames<Completes>(), "true, false")].value;
           },
-          {{"enum", {true, false, "twice", "later", "elsewhere"}}, {"default", true}}};
+          [] {
+            return Json{{"enum", {true, false, "twice", "later", "elsewhere"}}, {"default", true}};
+          }};
 }
 
 Kind<RaisedException> exception() {
@@ -189,12 +189,14 @@ Kind<std::string> otherClass() {
   return {[](const Node& node, Reading& reading) {
             return node.hasObject() ? readClass(node, reading) : std::string();
           },
-          schemaOrNull(referenceTo("delegate"))};
+          schemaOrNull(&referenceToDelegate)};
 }
 
 Record<HostClassDescription> makeHostClassRecord() {
-  const Kind<std::string> className{&readClassName,
-                                    {{"type", "string"}, {"pattern", R"(^[^\u0000]+$)"}}};
+  const Kind<std::string> className{
+      &readClassName, [] {
+        return Json{{"type", "string"}, {"pattern", R"(^[^\u0000]+$)"}};
+      }};
   using Description = HostClassDescription;
   return Record<Description>()
       .required("class", &Description::name, className, "the class's name")
@@ -252,7 +254,8 @@ Json hostClassSchema() {
 namespace kinds {
 
 const Kind<HostDescription>& host() {
-  static const Kind<HostDescription> kind{&readHost, schemaOf(makeHostRecord().fields())};
+  static const Kind<HostDescription> kind{&readHost,
+                                          [] { return schemaOf(makeHostRecord().fields()); }};
   return kind;
 }
 
@@ -265,14 +268,16 @@ const Kind<std::optional<CoreConfig>>& config() {
 }
 
 const Kind<DelegateDescription>& delegate() {
-  static const Kind<DelegateDescription> kind{&readDelegate, schemaOrNull(referenceTo("delegate"))};
+  static const Kind<DelegateDescription> kind{&readDelegate, schemaOrNull(&referenceToDelegate)};
   return kind;
 }
 
 const Kind<DelegateDescription>& notificationDelegate() {
   static const Kind<DelegateDescription> kind{
-      &readNotificationDelegate,
-      {{"anyOf", {referenceTo("delegate"), {{"type", "null"}}, {{"const", "appDelegate"}}}}}};
+      &readNotificationDelegate, [] {
+        return Json{
+            {"anyOf", {referenceToDelegate(), {{"type", "null"}}, {{"const", "appDelegate"}}}}};
+      }};
   return kind;
 }
 

@@ -43,7 +43,7 @@ Record<T> firebaseRecord() {
     return
         [member](const Node& node, Reading&, T& result) { result.pieces.*member = node.boolean(); };
   };
-  const Json schema = {{"type", "boolean"}, {"default", true}};
+  const auto schema = [] { return Json{{"type", "boolean"}, {"default", true}}; };
   return Record<T>()
       .custom({"classMethod", "whether the class hands out the messaging object", false, schema},
               piece(&firebase::Pieces::classMethod))

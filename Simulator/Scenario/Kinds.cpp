@@ -11,8 +11,17 @@
 namespace sim::kinds {
 namespace {
 
-Json schemaOfType(const char* type) { return {{"type", type}}; }
-Json schemaOrNull(const char* type) { return {{"type", {type, "null"}}}; }
+Schema schemaOfTypeOrNull(const char* type) {
+  return [type] { return Json{{"type", {type, "null"}}}; };
+}
+
+Schema schemaOfIntegers(std::int64_t from) {
+  return [from] { return Json{{"type", "integer"}, {"minimum", from}, {"maximum", INT64_MAX}}; };
+}
+
+Schema schemaOfTexts(const char* pattern) {
+  return [pattern] { return Json{{"type", "string"}, {"pattern", pattern}}; };
+}
 
 template <class T>
 Json plain(const T& value) {
@@ -42,11 +51,22 @@ zib::ValueMap readPayload(const Node& node, Reading& /*reading*/) {
 }
 
 Kind<std::int64_t> integer() {
-  return {[](const Node& node, Reading&) { return node.integer(); },
-          {{"type", "integer"}, {"minimum", INT64_MIN}, {"maximum", INT64_MAX}}};
+  return {[](const Node& node, Reading&) { return node.integer(); }, schemaOfIntegers(INT64_MIN)};
 }
 
 }  // namespace
+
+Schema schemaOfList(Schema element) {
+  return [element = std::move(element)] { return Json{{"type", "array"}, {"items", element()}}; };
+}
+
+Schema schemaOfMap(std::vector<std::string_view> keys, Schema value) {
+  return [keys = std::move(keys), value = std::move(value)] {
+    Json properties = Json::object();
+    for (const std::string_view key : keys) properties[std::string(key)] = value();
+    return Json{{"type", "object"}, {"properties", properties}, {"additionalProperties", false}};
+  };
+}
 
 const Kind<bool>& boolean() {
   static const Kind<bool> kind{[](const Node& node, Reading&) { return node.boolean(); },
@@ -56,8 +76,8 @@ const Kind<bool>& boolean() {
 
 const Kind<std::optional<bool>>& booleanOrNull() {
   static const Kind<std::optional<bool>> kind{
-      [](const Node& node, Reading&) { return node.booleanOrNull(); }, schemaOrNull("boolean"),
-      &plainOrNull<bool>};
+      [](const Node& node, Reading&) { return node.booleanOrNull(); },
+      schemaOfTypeOrNull("boolean"), &plainOrNull<bool>};
   return kind;
 }
 
@@ -69,7 +89,7 @@ const Kind<std::string>& text() {
 
 const Kind<std::optional<std::string>>& textOrNull() {
   static const Kind<std::optional<std::string>> kind{
-      [](const Node& node, Reading&) { return node.textOrNull(); }, schemaOrNull("string"),
+      [](const Node& node, Reading&) { return node.textOrNull(); }, schemaOfTypeOrNull("string"),
       &plainOrNull<std::string>};
   return kind;
 }
@@ -77,7 +97,9 @@ const Kind<std::optional<std::string>>& textOrNull() {
 const Kind<double>& seconds() {
   static const Kind<double> kind{
       [](const Node& node, Reading&) { return node.nonNegativeNumber(); },
-      {{"type", "number"}, {"minimum", 0}, {"maximum", Node::greatestNumber}}};
+      [] {
+        return Json{{"type", "number"}, {"minimum", 0}, {"maximum", Node::greatestNumber}};
+      }};
   return kind;
 }
 
@@ -87,8 +109,7 @@ const Kind<zib::objc::UInteger>& natural() {
         if (node.integer() < 0) node.failType("a number of options from 0");
         return static_cast<zib::objc::UInteger>(node.integer());
       },
-      {{"type", "integer"}, {"minimum", 0}, {"maximum", INT64_MAX}},
-      &plain<zib::objc::UInteger>};
+      schemaOfIntegers(0), &plain<zib::objc::UInteger>};
   return kind;
 }
 
@@ -99,7 +120,7 @@ const Kind<zib::Bytes>& hex() {
                                          node.failType("an even number of hexadecimal digits");
                                        return *std::move(bytes);
                                      },
-                                     {{"type", "string"}, {"pattern", "^([0-9A-Fa-f]{2})*$"}}};
+                                     schemaOfTexts("^([0-9A-Fa-f]{2})*$")};
   return kind;
 }
 
@@ -135,7 +156,7 @@ const Kind<std::string>& url() {
                                         if (!parsed) node.failType("a URL");
                                         return node.text();
                                       },
-                                      {{"type", "string"}, {"pattern", charactersOfURLs}}};
+                                      schemaOfTexts(charactersOfURLs)};
   return kind;
 }
 

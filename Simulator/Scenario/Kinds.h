@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Simulator/Json/Names.h"
@@ -37,9 +38,16 @@ Kind<Enumeration> oneOf() {
   return {[](const Node& node, Reading&) {
             return Names<Enumeration>::rows[node.choice(allNames<Enumeration>())].value;
           },
-          {{"enum", allNames<Enumeration>()}},
+          [] {
+            return Json{{"enum", allNames<Enumeration>()}};
+          },
           [](const Enumeration& value) { return Json(nameOf(value)); }};
 }
+
+// Of a list of such elements.
+Schema schemaOfList(Schema element);
+// Of an object with these keys and no others, each with such a value.
+Schema schemaOfMap(std::vector<std::string_view> keys, Schema value);
 
 template <class T>
 Kind<std::vector<T>> listOf(const Kind<T>& element) {
@@ -50,7 +58,7 @@ Kind<std::vector<T>> listOf(const Kind<T>& element) {
             }
             return list;
           },
-          {{"type", "array"}, {"items", element.schema}}};
+          schemaOfList(element.schema)};
 }
 
 template <class T>
@@ -59,16 +67,12 @@ Kind<std::set<T>> setOf(const Kind<T>& element) {
             const std::vector<T> list = read(node, reading);
             return std::set<T>(list.begin(), list.end());
           },
-          {{"type", "array"}, {"items", element.schema}}};
+          schemaOfList(element.schema)};
 }
 
 // An object whose keys are the names of an enumeration.
 template <class Enumeration, class T>
 Kind<std::map<Enumeration, T>> mapOf(const Kind<T>& value) {
-  Json properties = Json::object();
-  for (const std::string_view name : allNames<Enumeration>()) {
-    properties[std::string(name)] = value.schema;
-  }
   return {[read = value.read](const Node& node, Reading& reading) {
             node.checkKeys(allNames<Enumeration>(), reading.errors);
             std::map<Enumeration, T> map;
@@ -79,7 +83,7 @@ Kind<std::map<Enumeration, T>> mapOf(const Kind<T>& value) {
             }
             return map;
           },
-          {{"type", "object"}, {"properties", properties}, {"additionalProperties", false}}};
+          schemaOfMap(allNames<Enumeration>(), value.schema)};
 }
 
 // Null stands for none.
@@ -88,7 +92,7 @@ Kind<std::optional<T>> orNull(const Kind<T>& kind) {
   return {[read = kind.read](const Node& node, Reading& reading) {
             return node.hasObject() ? std::optional(read(node, reading)) : std::nullopt;
           },
-          {{"anyOf", {kind.schema, {{"type", "null"}}}}}};
+          schemaOrNull(kind.schema)};
 }
 
 }  // namespace sim::kinds

@@ -5,7 +5,7 @@
 
 #include "Simulator/Foundation/Base64.h"
 #include "Simulator/Network/Location.h"
-#include "Simulator/Scenario/Document.h"
+#include "Simulator/Scenario/JsonDocument.h"
 #include "Simulator/Scenario/Kinds.h"
 #include "Simulator/Scenario/Record.h"
 
@@ -118,13 +118,16 @@ Json schemaOfHeaders() {
 }
 
 const Record<Reply>& replyRecord() {
-  static const Kind<int> status{[](const Node& node, Reading&) { return readStatus(node); },
-                                {{"type", "integer"}, {"minimum", 200}, {"maximum", 599}},
-                                [](const int& value) { return Json(value); }};
+  static const Kind<int> status{
+      [](const Node& node, Reading&) { return readStatus(node); },
+      [] {
+        return Json{{"type", "integer"}, {"minimum", 200}, {"maximum", 599}};
+      },
+      [](const int& value) { return Json(value); }};
   static const Kind<std::vector<zib::HTTPHeader>> headers{
-      [](const Node& node, Reading&) { return readHeaders(node); }, schemaOfHeaders()};
+      [](const Node& node, Reading&) { return readHeaders(node); }, &schemaOfHeaders};
   // Groups of four digits, of which the last may be filled up; white space is anywhere.
-  constexpr const char* base64 =
+  static constexpr const char* base64 =
       R"(^[ \t\r\n]*(?:(?:[A-Za-z0-9+/][ \t\r\n]*){4})*)"
       R"((?:(?:[A-Za-z0-9+/][ \t\r\n]*){2}[A-Za-z0-9+/=][ \t\r\n]*=[ \t\r\n]*)?$)";
   // Bodies are read when the headers are known.
@@ -133,17 +136,16 @@ const Record<Reply>& replyRecord() {
       Record<Reply>()
           .optional("status", &Reply::status, status, "the status")
           .optional("headers", &Reply::headers, headers, "headers, each a text")
-          .custom({"text", "the body as text", false, {{"type", "string"}}}, isReadLater)
-          .custom({"json", "the body as JSON", false, Json::object()}, isReadLater)
-          .custom({"base64",
-                   "the body as bytes",
-                   false,
-                   {{"type", "string"}, {"contentEncoding", "base64"}, {"pattern", base64}}},
+          .custom({"text", "the body as text", false, schemaOfType("string")}, isReadLater)
+          .custom({"json", "the body as JSON", false, [] { return Json::object(); }}, isReadLater)
+          .custom({"base64", "the body as bytes", false,
+                   [] {
+                     return Json{
+                         {"type", "string"}, {"contentEncoding", "base64"}, {"pattern", base64}};
+                   }},
                   isReadLater)
-          .custom({"file",
-                   "a file that is the body, named from the scenario's folder on",
-                   false,
-                   {{"type", "string"}}},
+          .custom({"file", "a file that is the body, named from the scenario's folder on", false,
+                   schemaOfType("string")},
                   isReadLater)
           .optional("fault", &Reply::fault, kinds::oneOf<Fault>(), "how the exchange goes wrong");
   return record;
@@ -186,6 +188,15 @@ void checkTarget(const Node& answer, std::string_view target) {
   }
 }
 
+Json schemaOfSites() {
+  return {{"type", "object"},
+          {"propertyNames", {{"pattern", hostPattern}}},
+          {"additionalProperties",
+           {{"type", "object"},
+            {"propertyNames", {{"pattern", targetPattern}}},
+            {"additionalProperties", schemaOfReply()}}}};
+}
+
 Site readSite(const Node& node, Reading& reading) {
   if (!node.value().is_object()) node.failType("an object");
   Site site;
@@ -219,13 +230,7 @@ Sites readSites(const Node& node, Reading& reading) {
 }  // namespace
 
 const Kind<Sites>& kinds::network() {
-  static const Kind<Sites> kind{&readSites,
-                                {{"type", "object"},
-                                 {"propertyNames", {{"pattern", hostPattern}}},
-                                 {"additionalProperties",
-                                  {{"type", "object"},
-                                   {"propertyNames", {{"pattern", targetPattern}}},
-                                   {"additionalProperties", schemaOfReply()}}}}};
+  static const Kind<Sites> kind{&readSites, &schemaOfSites};
   return kind;
 }
 

@@ -10,7 +10,7 @@
 
 #include "Simulator/Host/Module.h"
 #include "Simulator/Json/Json.h"
-#include "Simulator/Scenario/Row.h"
+#include "Simulator/Scenario/Playable.h"
 #include "Simulator/UserNotifications/UserNotifications.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/Error.h"
@@ -84,8 +84,8 @@ using Operation =
                  operations::CreateEventPayload, operations::SetDelegateDiscovery>;
 
 // Calling one gives what it returns, or none for one that returns nothing.
-struct OperationRow : Row<Operation, std::optional<Json>> {
-  using Row::Row;
+struct OperationRow : Playable<Operation, std::optional<Json>> {
+  using Playable::Playable;
 };
 
 // In the order in which they are listed to people.

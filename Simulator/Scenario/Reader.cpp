@@ -1,10 +1,10 @@
 #include "Simulator/Scenario/Reader.h"
 
 #include "Simulator/Scenario/DeviceReader.h"
-#include "Simulator/Scenario/Document.h"
 #include "Simulator/Scenario/EntryKinds.h"
 #include "Simulator/Scenario/ExpectationReader.h"
 #include "Simulator/Scenario/HostReader.h"
+#include "Simulator/Scenario/JsonDocument.h"
 #include "Simulator/Scenario/NetworkReader.h"
 #include "Simulator/Scenario/Verbs.h"
 
@@ -27,8 +27,9 @@ const Record<Scenario>& scenarioRecord() {
           .required("steps", &Scenario::steps, kinds::listOf(kinds::step()), "what happens")
           .optional("expect", &Scenario::expectations, kinds::expectations(),
                     "what the timeline has to hold")
-          .custom({"$schema", "the schema of this file, for editors", false, {{"type", "string"}}},
-                  ignored);
+          .custom(
+              {"$schema", "the schema of this file, for editors", false, schemaOfType("string")},
+              ignored);
   return record;
 }
 

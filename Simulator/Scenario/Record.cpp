@@ -8,7 +8,7 @@ Json schemaOf(const std::vector<Field>& fields) {
   Json properties = Json::object();
   Json required = Json::array();
   for (const Field& field : fields) {
-    Json& property = properties[std::string(field.name)] = field.schema;
+    Json& property = properties[std::string(field.name)] = field.schema();
     property["description"] = field.meaning;
     if (field.isRequired) required.push_back(field.name);
   }

@@ -19,13 +19,13 @@ struct Field {
   // For people, of a sentence without its full stop.
   std::string_view meaning;
   bool isRequired = false;
-  // JSON Schema of the value, with what holds where the key is left out as its `default`.
-  Json schema;
+  // Of the value, with what holds where the key is left out as its `default`.
+  Schema schema;
 };
 
 using Keys = std::vector<std::string_view>;
 
-// JSON Schema of an object with these fields and no others.
+// Of an object with these fields and no others.
 Json schemaOf(const std::vector<Field>& fields);
 
 // `T` is read from an object; a member keeps its initial value where the key is left out.
@@ -36,9 +36,15 @@ class Record {
   requires std::derived_from<T, Owner> && std::assignable_from<Member&, Value> Record& optional(
       std::string_view name, Member Owner::*member, const Kind<Value>& kind,
       std::string_view meaning) {
-    Json schema = kind.schema;
+    Schema schema = kind.schema;
     if constexpr (std::same_as<Member, Value>) {
-      if (kind.write) schema["default"] = kind.write(T().*member);
+      if (kind.write) {
+        schema = [of = kind.schema, write = kind.write, member] {
+          Json withDefault = of();
+          withDefault["default"] = write(T().*member);
+          return withDefault;
+        };
+      }
     }
     return add({name, meaning, false, std::move(schema)}, member, kind);
   }
@@ -92,7 +98,7 @@ class Record {
 template <class T>
 Kind<T> objectOf(const Record<T>& record) {
   return {[record](const Node& node, Reading& reading) { return record.read(node, reading); },
-          schemaOf(record.fields())};
+          [record] { return schemaOf(record.fields()); }};
 }
 
 }  // namespace sim

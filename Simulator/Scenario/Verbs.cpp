@@ -1,13 +1,11 @@
 #include "Simulator/Scenario/Verbs.h"
 
 #include "Simulator/Dispatch/Scheduler.h"
-#include "Simulator/Foundation/FormatError.h"
-#include "Simulator/Foundation/TextEncoding.h"
 #include "Simulator/Host/OtherLibrary.h"
 #include "Simulator/Host/RecordingCore.h"
 #include "Simulator/Scenario/DeviceReader.h"
-#include "Simulator/Scenario/Document.h"
 #include "Simulator/Scenario/HostReader.h"
+#include "Simulator/Scenario/JsonDocument.h"
 #include "Simulator/Scenario/Stage.h"
 #include "Simulator/Timeline/Timeline.h"
 #include "ZibPlatform/Foundation/URL.h"
@@ -105,7 +103,7 @@ const Kind<std::string>& hostClass() {
                                         node.fail("no class of the host's is \"" + name + "\"",
                                                   "a class that is described before");
                                       },
-                                      {{"type", "string"}}};
+                                      schemaOfType("string")};
   return kind;
 }
 
@@ -120,25 +118,18 @@ const Kind<std::size_t>& connectedScene() {
                                         checkScene(node, node.integer(), reading.connectedScenes);
                                         return static_cast<std::size_t>(node.integer());
                                       },
-                                      {{"type", "integer"}, {"minimum", 0}},
+                                      [] {
+                                        return Json{{"type", "integer"}, {"minimum", 0}};
+                                      },
                                       [](const std::size_t& index) { return Json(index); }};
   return kind;
-}
-
-// In whichever Unicode form the platform reads JSON.
-std::string textOfFile(std::string_view bytes) {
-  try {
-    return textFrom({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-  } catch (const FormatError&) {
-    return std::string(bytes);
-  }
 }
 
 // A push payload as it stands in a file.
 zib::ValueMap readPayloadFile(const Node& name, Reading& reading) {
   const std::string file = readNamedFile(name, reading.folder);
   try {
-    Json payload = parseDocument(textOfFile(file));
+    Json payload = parseDocument(textOfDocument(file));
     removeTargetBundle(payload);
     return kinds::payload().read(Node(payload, ""), reading);
   } catch (const ScenarioError& error) {
@@ -148,7 +139,7 @@ zib::ValueMap readPayloadFile(const Node& name, Reading& reading) {
 
 template <class T>
 Record<T> payloadRecord() {
-  static const Kind<zib::ValueMap> file{&readPayloadFile, {{"type", "string"}}};
+  static const Kind<zib::ValueMap> file{&readPayloadFile, schemaOfType("string")};
   return Record<T>()
       .optional("userInfo", &T::userInfo, kinds::payload(), "its payload")
       .optional("userInfoFile", &T::userInfo, file,
@@ -259,11 +250,14 @@ std::vector<Verb> makeVerbs() {
        }},
       {"call", "the host calls a public operation of the module",
        Record<Call>()
-           .custom({"operation", "its name", true, {{"enum", namesOf(operationRows())}}},
+           .custom({"operation", "its name", true,
+                    [] {
+                      return Json{{"enum", namesOf(operationRows())}};
+                    }},
                    [](const Node& node, Reading&, Call& call) {
                      call.operation = &operationRows()[node.choice(namesOf(operationRows()))];
                    })
-           .custom({"arguments", "what it takes", false, {{"type", "object"}}},
+           .custom({"arguments", "what it takes", false, schemaOfType("object")},
                    [](const Node&, Reading&, Call&) {}),
        &playCall},
       {"replaceMethod", "another library puts itself before a method of one of the host's classes",
@@ -373,7 +367,7 @@ const std::vector<Verb>& verbs() {
 }
 
 const Kind<Step>& kinds::step() {
-  static const Kind<Step> kind{&readStep, schemaOfSteps()};
+  static const Kind<Step> kind{&readStep, &schemaOfSteps};
   return kind;
 }
 

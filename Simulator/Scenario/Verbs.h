@@ -6,15 +6,15 @@
 #include <vector>
 
 #include "Simulator/Scenario/Kind.h"
-#include "Simulator/Scenario/Row.h"
+#include "Simulator/Scenario/Playable.h"
 #include "Simulator/Scenario/Scenario.h"
 
 namespace sim {
 
 class Stage;
 
-struct Verb : Row<Action, void, Stage&> {
-  using Row::Row;
+struct Verb : Playable<Action, void, Stage&> {
+  using Playable::Playable;
 };
 
 // In the order in which they are listed to people.

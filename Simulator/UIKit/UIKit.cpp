@@ -39,7 +39,7 @@ constexpr const char* optionalMethods[] = {didRegister.data(), didFailToRegister
                                            openURLWithOptions.data(), openURLFromSource.data(),
                                            handleOpenURL.data()};
 
-struct State {
+struct ApplicationState {
   bool opensURLs = true;
   bool hasLaunched = true;
   AsksDelegate asksDelegate = AsksDelegate::eachTime;
@@ -53,8 +53,8 @@ struct State {
   std::vector<Object> scenes;
 };
 
-State& state() {
-  static State state;
+ApplicationState& state() {
+  static ApplicationState state;
   return state;
 }
 

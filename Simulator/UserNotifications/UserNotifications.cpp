@@ -45,7 +45,7 @@ constexpr const char* actionClass = "UNNotificationAction";
 constexpr const char* categoryClass = "UNNotificationCategory";
 constexpr const char* centerClass = "UNUserNotificationCenter";
 
-struct State {
+struct CentreState {
   Object center;
   WeakReference delegate;
   // What the host keeps alive.
@@ -56,8 +56,8 @@ struct State {
   std::deque<Handler> requests;
 };
 
-State& state() {
-  static zib::NeverDestroyed<State> state([] { return State(); });
+CentreState& state() {
+  static zib::NeverDestroyed<CentreState> state([] { return CentreState(); });
   return *state;
 }
 

@@ -1,7 +1,7 @@
 // JSON of any kind, as the platform's reader takes it.
 
 #include "Tests/Fuzz/Target.h"
-#include "Tests/Simulator/Foundation/Serialization.h"
+#include "Tests/Simulator/Foundation/ReadersAndWriters.h"
 
 void fuzz::prepare() {}
 

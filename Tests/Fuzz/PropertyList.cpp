@@ -3,7 +3,7 @@
 // form.
 
 #include "Tests/Fuzz/Target.h"
-#include "Tests/Simulator/Foundation/Serialization.h"
+#include "Tests/Simulator/Foundation/ReadersAndWriters.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <utility>
 
-#include "Tests/Simulator/Foundation/Serialization.h"
-#include "Tests/Support/BinaryPropertyList.h"
+#include "Tests/Simulator/Foundation/ReadersAndWriters.h"
+#include "Tests/Support/BinaryPropertyListParts.h"
 #include "Tests/Support/PushFlowTest.h"
 #include "ZibMessaging/ZibPushConfig.h"
 

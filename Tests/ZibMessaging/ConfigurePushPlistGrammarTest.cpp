@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Tests/Simulator/Foundation/Serialization.h"
-#include "Tests/Support/BinaryPropertyList.h"
+#include "Tests/Simulator/Foundation/ReadersAndWriters.h"
+#include "Tests/Support/BinaryPropertyListParts.h"
 #include "Tests/Support/DocumentFlowTest.h"
 #include "Tests/Support/Repeated.h"
 #include "Tests/Support/RowName.h"

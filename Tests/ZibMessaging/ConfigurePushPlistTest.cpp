@@ -12,7 +12,7 @@
 
 #include "Simulator/Device/Documents.h"
 #include "Simulator/Foundation/Foundation.h"
-#include "Tests/Support/BinaryPropertyList.h"
+#include "Tests/Support/BinaryPropertyListParts.h"
 #include "Tests/Support/DocumentFlowTest.h"
 #include "Tests/Support/Repeated.h"
 #include "Tests/Support/RowName.h"

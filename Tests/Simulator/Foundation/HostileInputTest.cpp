@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "Tests/Simulator/Foundation/Serialization.h"
+#include "Tests/Simulator/Foundation/ReadersAndWriters.h"
 #include "Tests/Support/PlatformTest.h"
 #include "ZibPlatform/Foundation/URL.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"

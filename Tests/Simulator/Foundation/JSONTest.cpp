@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-#include "Tests/Simulator/Foundation/Serialization.h"
+#include "Tests/Simulator/Foundation/ReadersAndWriters.h"
 #include "Tests/Support/PlatformTest.h"
 
 namespace {

@@ -10,8 +10,8 @@
 #include <memory>
 #include <vector>
 
-#include "Tests/Simulator/Foundation/Serialization.h"
-#include "Tests/Support/BinaryPropertyList.h"
+#include "Tests/Simulator/Foundation/ReadersAndWriters.h"
+#include "Tests/Support/BinaryPropertyListParts.h"
 #include "Tests/Support/PlatformTest.h"
 #include "Tests/Support/RowName.h"
 #include "ZibPlatform/Foundation/Strings.h"

@@ -1,10 +1,10 @@
-#include "Simulator/Network/Transfer.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <thread>
 
+#include "Simulator/HTTP/Library.h"
+#include "Simulator/Network/Location.h"
 #include "Simulator/Network/Socket.h"
 
 namespace {
@@ -24,8 +24,8 @@ std::string wireFor(const sim::HTTPRequest& request) {
     }
     connection.send("HTTP/1.1 204 No Content\r\n\r\n");
   });
-  sim::Transfer transfer;
-  const auto outcome = transfer.run(request, {.port = listener.port()});
+  const auto outcome = sim::httpLibrary().makeTransfer()->run(
+      request, sim::locate(request.url).value(), {.port = listener.port()});
   server.join();
   EXPECT_FALSE(outcome.error);
   return head;

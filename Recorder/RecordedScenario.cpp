@@ -1,4 +1,4 @@
-#include "Recorder/Recording.h"
+#include "Recorder/RecordedScenario.h"
 
 #ifdef ZIB_RECORDS_CALLS
 
@@ -140,10 +140,10 @@ std::string redactedDocument(std::span<const std::uint8_t> body, Redaction& reda
 
 }  // namespace
 
-Recording::Recording(std::string path, Texts texts)
+RecordedScenario::RecordedScenario(std::string path, Texts texts)
     : path_(std::move(path)), texts_(texts), start_(clockNow()) {}
 
-bool Recording::begin() {
+bool RecordedScenario::begin() {
   std::ofstream file(path_, std::ios::app);
   if (!file) return false;
   const HostView view = HostView::now();
@@ -155,20 +155,20 @@ bool Recording::begin() {
   return true;
 }
 
-std::string Recording::shownText(std::string_view text) {
+std::string RecordedScenario::shownText(std::string_view text) {
   return texts_ == Texts::redacted ? redaction_.text(text) : std::string(text);
 }
-Value Recording::shown(const Value& value) {
+Value RecordedScenario::shown(const Value& value) {
   return texts_ == Texts::redacted ? redaction_.value(value) : value;
 }
 
-ValueMap Recording::errorFields(const Error& error) {
+ValueMap RecordedScenario::errorFields(const Error& error) {
   return {{"domain", error.domain},
           {"code", error.code},
           {"description", shownText(error.description)}};
 }
 
-void Recording::describeDevice() {
+void RecordedScenario::describeDevice() {
   device_.set("osVersion", systemVersion());
   device_.set("authorization", ValueMap{{"answer", "manual"}});
   // Whose bundle it is says more than is asked; what the module decides by stays.
@@ -179,17 +179,17 @@ void Recording::describeDevice() {
   if (!fileInDocuments("any")) device_.set("documents", "missing");
 }
 
-void Recording::describeCore() {
+void RecordedScenario::describeCore() {
   core_.set("config", configNow());
   const auto endpoint = Zib::shared().pushConfigEndpoint();
   core_.set("pushConfigEndpoint", endpoint ? Value(shownText(*endpoint)) : Value());
 }
 
-Value Recording::describeScene(const SceneView& scene) {
+Value RecordedScenario::describeScene(const SceneView& scene) {
   return ValueMap{{"window", scene.hasWindow}, {"delegate", classes_.describe(scene.delegate)}};
 }
 
-ValueMap Recording::describeFirebase(const FirebaseView& firebase) {
+ValueMap RecordedScenario::describeFirebase(const FirebaseView& firebase) {
   if (!firebase.hasClassMethod) return {{"classMethod", false}};
   if (!firebase.hasInstance) return {{"instance", false}};
   return {{"delegateProperty", firebase.hasDelegateProperty},
@@ -197,7 +197,7 @@ ValueMap Recording::describeFirebase(const FirebaseView& firebase) {
           {"delegate", classes_.describe(firebase.delegate)}};
 }
 
-void Recording::describeHost(const HostView& view) {
+void RecordedScenario::describeHost(const HostView& view) {
   if (!view.hasApplication) {
     device_.set("application", view.hasApplicationClass ? "noInstance" : "noClass");
   } else {
@@ -220,7 +220,7 @@ void Recording::describeHost(const HostView& view) {
   seen_ = view;
 }
 
-void Recording::noteScenes(const HostView& view) {
+void RecordedScenario::noteScenes(const HostView& view) {
   for (const SceneView& scene : view.scenes) {
     const bool isKnown =
         std::any_of(seen_.scenes.begin(), seen_.scenes.end(),
@@ -233,7 +233,7 @@ void Recording::noteScenes(const HostView& view) {
   }
 }
 
-void Recording::noteDelegates() {
+void RecordedScenario::noteDelegates() {
   if (std::exchange(hadMessagingDelegate_, hasMessagingDelegate()) && !hadMessagingDelegate_) {
     addBefore({{"do", "releaseMessagingDelegate"}});
   }
@@ -244,7 +244,7 @@ void Recording::noteDelegates() {
   }
 }
 
-void Recording::noteChanges(const HostView& view) {
+void RecordedScenario::noteChanges(const HostView& view) {
   if (view.hasApplication && !seen_.hasApplication) {
     device_.set("application", "late");
     host_.set("appDelegate", classes_.describe(view.appDelegate));
@@ -273,7 +273,7 @@ void Recording::noteChanges(const HostView& view) {
   noteDelegates();
 }
 
-void Recording::look() {
+void RecordedScenario::look() {
   if (!isMainThread()) return;
   const AutoreleasePool pool;
   const HostView view = HostView::now();
@@ -286,10 +286,10 @@ void Recording::look() {
   write();
 }
 
-void Recording::addBefore(ValueMap step) { steps_.push_back(std::move(step)); }
+void RecordedScenario::addBefore(ValueMap step) { steps_.push_back(std::move(step)); }
 
 // Whole milliseconds, and none too few: what was due is due then.
-void Recording::passTime() {
+void RecordedScenario::passTime() {
   constexpr double milliseconds = 1000;
   constexpr double error = 1e-3;
   const double passed = std::ceil((clockNow() - start_ - played_) * milliseconds - error);
@@ -298,7 +298,7 @@ void Recording::passTime() {
   played_ += passed / milliseconds;
 }
 
-void Recording::add(ValueMap step, const char* otherThread) {
+void RecordedScenario::add(ValueMap step, const char* otherThread) {
   look();
   if (!isMainThread()) step.set("thread", otherThread);
   const std::lock_guard lock(mutex_);
@@ -307,7 +307,7 @@ void Recording::add(ValueMap step, const char* otherThread) {
   write();
 }
 
-void Recording::hostCalled(const char* operation, const ValueMap& arguments) {
+void RecordedScenario::hostCalled(const char* operation, const ValueMap& arguments) {
   ValueMap fields;
   for (const auto& [key, value] : arguments) {
     if (const auto* const bytes = value.get<Bytes>()) {
@@ -340,7 +340,7 @@ void Recording::hostCalled(const char* operation, const ValueMap& arguments) {
   if (std::string_view(operation) == "configurePush") configurePush_ = steps_.size() - 1;
 }
 
-void Recording::systemCalled(Row row, id subject, id more) {
+void RecordedScenario::systemCalled(Row row, id subject, id more) {
   switch (row) {
     case Row::didRegister:
       add({{"do", "deviceToken"}, {"hex", shownText(hexOf(bytesOf(subject)))}});
@@ -392,13 +392,13 @@ void Recording::systemCalled(Row row, id subject, id more) {
   }
 }
 
-void Recording::answered(bool isGranted, const std::optional<Error>& error) {
+void RecordedScenario::answered(bool isGranted, const std::optional<Error>& error) {
   ValueMap step{{"do", "answerAuthorization"}, {"granted", isGranted}};
   if (error) step.set("error", errorFields(*error));
   add(std::move(step), "system");
 }
 
-ValueMap Recording::answerFrom(const URLReply& reply) {
+ValueMap RecordedScenario::answerFrom(const URLReply& reply) {
   constexpr long statusOK = 200;
   ValueMap answer;
   if (reply.httpStatus && *reply.httpStatus != statusOK) answer.set("status", *reply.httpStatus);
@@ -414,13 +414,13 @@ ValueMap Recording::answerFrom(const URLReply& reply) {
   return answer;
 }
 
-void Recording::requested(const void* exchange, const URL& url) {
+void RecordedScenario::requested(const void* exchange, const URL& url) {
   const std::lock_guard lock(mutex_);
   requests_.insert_or_assign(exchange, shownText(url.text().utf8()));
 }
 
 // A scenario has one answer for each address: the first.
-void Recording::replied(const void* exchange, const URLReply& reply) {
+void RecordedScenario::replied(const void* exchange, const URLReply& reply) {
   const std::lock_guard lock(mutex_);
   const auto [host, path] = targetOf(requests_[exchange]);
   if (reply.error && isTimeOut(*reply.error)) played_ = std::max(played_, clockNow() - start_);
@@ -435,7 +435,7 @@ void Recording::replied(const void* exchange, const URLReply& reply) {
 }
 
 // Known only now, while the link is handled: the step that led to it is the latest.
-void Recording::urlDelegateAnswered(bool isHandled) {
+void RecordedScenario::urlDelegateAnswered(bool isHandled) {
   const std::lock_guard lock(mutex_);
   if (urlDelegate_ == Value(isHandled)) return;
   urlDelegate_ = isHandled;
@@ -446,7 +446,7 @@ void Recording::urlDelegateAnswered(bool isHandled) {
   write();
 }
 
-void Recording::handlerBegins() {
+void RecordedScenario::handlerBegins() {
   const std::lock_guard lock(mutex_);
   firebaseBeforeHandler_ = firebaseNow();
   if (!ZibPushConfig::shared().savedFirebasePlistPath() && device_.find("documents") == nullptr) {
@@ -454,7 +454,7 @@ void Recording::handlerBegins() {
   }
 }
 
-void Recording::handlerEnded() {
+void RecordedScenario::handlerEnded() {
   const FirebaseView firebase = firebaseNow();
   const std::lock_guard lock(mutex_);
   if (firebase == firebaseBeforeHandler_ || configurePush_ >= steps_.size()) return;
@@ -467,7 +467,7 @@ void Recording::handlerEnded() {
 
 // Whole each time, in place of the file before it. Time that has passed since the last step may
 // have brought something.
-void Recording::write() {
+void RecordedScenario::write() {
   const std::size_t count = steps_.size();
   const double played = played_;
   passTime();

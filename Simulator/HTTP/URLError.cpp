@@ -1,4 +1,4 @@
-#include "Simulator/Network/URLError.h"
+#include "Simulator/HTTP/URLError.h"
 
 namespace sim {
 namespace {

@@ -1,4 +1,4 @@
-// One row of a table of things that a scenario can name and that then happen: its name, its fields,
+// A row in a table of things that a scenario can name and that then happen: its name, its fields,
 // how it is read, and how it is played.
 
 #pragma once
@@ -15,13 +15,13 @@ namespace sim {
 
 // `Action` is a variant of what the rows of the table are read into, each into its own alternative.
 template <class Action, class Result, class... Context>
-struct Row {
+struct Playable {
   template <class Alternative>
   using Play = Result (*)(Context..., const Alternative&);
 
   template <class Alternative>
-  Row(std::string_view name_, std::string_view meaning_, const Record<Alternative>& record,
-      std::type_identity_t<Play<Alternative>> playAlternative)
+  Playable(std::string_view name_, std::string_view meaning_, const Record<Alternative>& record,
+           std::type_identity_t<Play<Alternative>> playAlternative)
       : name(name_),
         meaning(meaning_),
         fields(record.fields()),

@@ -13,6 +13,10 @@
 
 namespace sim {
 
+// The text of a file in UTF-8, without a mark at its beginning: the file as it is where it is in no
+// encoding of Unicode.
+std::string textOfDocument(std::string_view file);
+
 // Throws ScenarioError.
 Json parseDocument(std::string_view text);
 

@@ -1,4 +1,4 @@
-#include "Simulator/Page/Document.h"
+#include "Simulator/Page/PageDocument.h"
 
 #include "Simulator/Page/Assets.h"
 

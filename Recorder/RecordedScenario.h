@@ -19,9 +19,9 @@ namespace zib::recorder {
 enum class Texts { redacted, asTheyAre };
 
 // Any thread, unless it says main.
-class Recording {
+class RecordedScenario {
  public:
-  Recording(std::string path, Texts texts);
+  RecordedScenario(std::string path, Texts texts);
 
   // Looks at the host for the first time, and writes the file. Main thread. False where it cannot
   // be written.

@@ -1,4 +1,4 @@
-#include "Simulator/Scenario/Document.h"
+#include "Simulator/Scenario/JsonDocument.h"
 
 #include <cerrno>
 #include <cstring>
@@ -6,6 +6,8 @@
 #include <iterator>
 #include <set>
 
+#include "Simulator/Foundation/FormatError.h"
+#include "Simulator/Foundation/TextEncoding.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
 
@@ -104,6 +106,14 @@ class Checks final : public nlohmann::json_sax<Json> {
 };
 
 }  // namespace
+
+std::string textOfDocument(std::string_view file) {
+  try {
+    return textFrom({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()});
+  } catch (const FormatError&) {
+    return std::string(file);
+  }
+}
 
 Json parseDocument(std::string_view text) {
   constexpr std::size_t longestDetail = 200;

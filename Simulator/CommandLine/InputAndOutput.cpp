@@ -1,4 +1,4 @@
-#include "Simulator/CommandLine/Files.h"
+#include "Simulator/CommandLine/InputAndOutput.h"
 
 #include <unistd.h>
 

@@ -1,13 +1,14 @@
-#include "Simulator/Network/Transfer.h"
+// A transfer by libcurl.
 
 #include <curl/curl.h>
 
+#include <atomic>
 #include <memory>
 #include <new>
 #include <string_view>
 #include <utility>
 
-#include "Simulator/Network/Location.h"
+#include "Simulator/HTTP/Carrier/Carrier.h"
 
 namespace sim {
 namespace {
@@ -128,20 +129,34 @@ std::optional<CURLcode> perform(CURLM* multi, const std::atomic<bool>& isGivenUp
   return message == nullptr ? CURLE_FAILED_INIT : message->data.result;
 }
 
-}  // namespace
+class CurlTransfer : public Transfer {
+ public:
+  CurlTransfer() {
+    static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
+    multi_ = initialised == CURLE_OK ? curl_multi_init() : nullptr;
+    if (multi_ == nullptr) throw std::bad_alloc();
+  }
+  ~CurlTransfer() override { curl_multi_cleanup(multi_); }
+  CurlTransfer(const CurlTransfer&) = delete;
+  CurlTransfer& operator=(const CurlTransfer&) = delete;
 
-Transfer::Transfer() {
-  static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
-  multi_ = initialised == CURLE_OK ? curl_multi_init() : nullptr;
-  if (multi_ == nullptr) throw std::bad_alloc();
-}
+  HTTPOutcome run(const HTTPRequest& request, const Location& location,
+                  const Route& route) override;
 
-Transfer::~Transfer() { curl_multi_cleanup(multi_); }
+  void giveUp() override {
+    isGivenUp_ = true;
+    curl_multi_wakeup(multi_);
+  }
 
-HTTPOutcome Transfer::run(const HTTPRequest& request, const Route& route) {
-  const auto location = locate(request.url);
-  if (!location) return {{}, {}, URLError::unsupportedURL};
-  const std::string url = (route.usesTLS ? "https://" : "http://") + location->authority;
+ private:
+  // A member, since giveUp() must reach it.
+  CURLM* multi_;
+  std::atomic<bool> isGivenUp_ = false;
+};
+
+HTTPOutcome CurlTransfer::run(const HTTPRequest& request, const Location& location,
+                              const Route& route) {
+  const std::string url = (route.usesTLS ? "https://" : "http://") + location.authority;
   const Easy easy(curl_easy_init());
   const List headers = headerLines(request);
   List connectTo;
@@ -150,7 +165,7 @@ HTTPOutcome Transfer::run(const HTTPRequest& request, const Route& route) {
   setUp(easy.get(), request);
   curl_easy_setopt(easy.get(), CURLOPT_URL, url.c_str());
   // libcurl would tidy the path up.
-  curl_easy_setopt(easy.get(), CURLOPT_REQUEST_TARGET, location->target.c_str());
+  curl_easy_setopt(easy.get(), CURLOPT_REQUEST_TARGET, location.target.c_str());
   curl_easy_setopt(easy.get(), CURLOPT_CONNECT_TO, connectTo.get());
   curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
   curl_easy_setopt(easy.get(), CURLOPT_HEADERFUNCTION, &Receiver::takeHeader);
@@ -177,9 +192,8 @@ HTTPOutcome Transfer::run(const HTTPRequest& request, const Route& route) {
   return outcome;
 }
 
-void Transfer::giveUp() {
-  isGivenUp_ = true;
-  curl_multi_wakeup(multi_);
-}
+}  // namespace
+
+std::unique_ptr<Transfer> carrier::makeTransfer() { return std::make_unique<CurlTransfer>(); }
 
 }  // namespace sim

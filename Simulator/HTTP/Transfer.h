@@ -1,13 +1,12 @@
-// One HTTP request and its answer over a socket, by libcurl. No redirects, and no virtual time.
+// One HTTP request and its answer over a socket. No redirects, and no virtual time.
 
 #pragma once
 
-#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "Simulator/Network/URLError.h"
+#include "Simulator/HTTP/URLError.h"
 #include "ZibPlatform/Foundation/URLSession.h"
 
 namespace sim {
@@ -35,6 +34,14 @@ struct HTTPOutcome {
   std::optional<URLError> error;
 };
 
+// Where the URL of an HTTP request leads, with its parts as they are written.
+struct Location {
+  // Host, and port if there is one; user names and passwords go nowhere.
+  std::string authority;
+  // What the request line names: path and query.
+  std::string target;
+};
+
 // Where a request really goes, whatever its URL says.
 struct Route {
   // A name that stands for no host, or an address of this machine.
@@ -45,21 +52,18 @@ struct Route {
 
 class Transfer {
  public:
-  Transfer();
+  Transfer() = default;
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
-  ~Transfer();
+  virtual ~Transfer() = default;
 
-  // Once. Waits for the end; the connection is closed when this returns.
-  HTTPOutcome run(const HTTPRequest& request, const Route& route);
+  // Once. Waits for the end; the connection is closed when this returns. `location` is that of the
+  // request's URL.
+  virtual HTTPOutcome run(const HTTPRequest& request, const Location& location,
+                          const Route& route) = 0;
 
   // Tells that the other end answers no more, which ends run(). Any thread.
-  void giveUp();
-
- private:
-  // libcurl's, here because giveUp() must reach it.
-  void* multi_;
-  std::atomic<bool> isGivenUp_ = false;
+  virtual void giveUp() = 0;
 };
 
 }  // namespace sim
