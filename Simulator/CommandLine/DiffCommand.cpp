@@ -11,7 +11,7 @@
 namespace sim {
 namespace {
 
-constexpr const char* allowedFiles =
+constexpr const char* allowedRecords =
     "a timeline that zibsim run --format jsonl has written, or - for standard input";
 
 // How deep the containers of a JSON text are nested.
@@ -36,7 +36,7 @@ std::size_t depthOf(const std::string& line) {
 
 Json entryFrom(const std::string& line, const std::string& place) {
   const auto fail = [&](const std::string& problem) {
-    throw UsageError(place + ": " + problem + "; allowed: " + allowedFiles);
+    throw UsageError(place + ": " + problem + "; allowed: " + allowedRecords);
   };
   // More than any entry has, and less than what fills the stack.
   if (depthOf(line) > 4096) fail("the line is nested deeper than 4096 levels");
@@ -50,7 +50,7 @@ Json entryFrom(const std::string& line, const std::string& place) {
 
 // What happened according to a file, a line each.
 std::vector<std::string> meaningsIn(const std::string& file) {
-  std::istringstream text(readInput(file, allowedFiles));
+  std::istringstream text(readInput(file, allowedRecords));
   std::vector<std::string> meanings;
   std::size_t number = 0;
   for (std::string line; std::getline(text, line);) {

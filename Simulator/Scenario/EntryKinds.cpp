@@ -9,7 +9,7 @@
 namespace sim {
 namespace {
 
-using Names = std::vector<std::string_view>;
+using NameList = std::vector<std::string_view>;
 
 // {"contains": PART}.
 Json schemaOfPart(const Json& part) {
@@ -105,7 +105,7 @@ Kind<Json> text() {
                      }});
 }
 
-Kind<Json> oneOf(const Names& names) {
+Kind<Json> oneOf(const NameList& names) {
   return unlessNull({[names](const Node& node, Reading& reading) -> Json {
                        if (node.value().is_object()) {
                          checkPart(node, reading);
@@ -129,7 +129,7 @@ Json schemaOfObject(const std::vector<EntryField>& fields) {
 // An object that has no other keys than these.
 Kind<Json> objectWith(const std::vector<EntryField>& fields) {
   return unlessNull({[fields](const Node& node, Reading& reading) -> Json {
-                       Names names;
+                       NameList names;
                        for (const EntryField& field : fields) names.push_back(field.name);
                        node.checkKeys(names, reading.errors);
                        for (const EntryField& field : fields) {
@@ -159,18 +159,18 @@ Kind<Json> event() {
 }
 
 // What the system calls back, by the name of the method that it calls.
-const Names& callbacks() {
-  static const Names names{"didRegister", "didFail",    "openURL", "openURLContexts",
+const NameList& callbacks() {
+  static const NameList names{"didRegister", "didFail",    "openURL", "openURLContexts",
                            "willPresent", "didReceive", "token"};
   return names;
 }
 
 // NOLINTNEXTLINE(readability-function-size): a table
 std::vector<EntryKind> makeKinds() {
-  Names returning = namesOf(operationRows());
+  NameList returning = namesOf(operationRows());
   returning.emplace_back("openURL");
-  Names completing{"willPresent", "didReceive", "configurePush"};
-  Names regretted = callbacks();
+  NameList completing{"willPresent", "didReceive", "configurePush"};
+  NameList regretted = callbacks();
   regretted.insert(regretted.end(), {"configurePush", "answerAuthorization", "replaceMethod"});
   std::vector<EntryKind> kinds{
       {"step", {{"index", natural()}, {"do", oneOf(namesOf(verbs()))}}},

@@ -9,28 +9,28 @@
 namespace sim {
 namespace {
 
-using Names = std::vector<std::string_view>;
+using NameList = std::vector<std::string_view>;
 
-const Names& kindNames() {
-  static const Names names = namesOf(entryKinds());
+const NameList& kindNames() {
+  static const NameList names = namesOf(entryKinds());
   return names;
 }
 
 // What stands in the list itself, and not inside of an item.
-const Names& wholeItems() {
-  static const Names keys{"absent", "unordered", "count"};
+const NameList& wholeItems() {
+  static const NameList keys{"absent", "unordered", "count"};
   return keys;
 }
 
-Names keysOf(const EntryKind& kind) {
-  Names keys{"kind"};
+NameList keysOf(const EntryKind& kind) {
+  NameList keys{"kind"};
   for (const EntryField& field : kind.fields) keys.push_back(field.name);
   return keys;
 }
 
-const Names& keysOfAllKinds() {
-  static const Names keys = [] {
-    Names all;
+const NameList& keysOfAllKinds() {
+  static const NameList keys = [] {
+    NameList all;
     for (const EntryKind& kind : entryKinds()) {
       for (const std::string_view key : keysOf(kind)) {
         if (std::find(all.begin(), all.end(), key) == all.end()) all.push_back(key);
@@ -53,7 +53,7 @@ void checkFields(const Node& pattern, const EntryKind& kind, Reading& reading) {
 std::vector<const EntryKind*> kindsOf(const Node& pattern, std::string_view partOfName) {
   std::vector<const EntryKind*> kinds;
   for (const EntryKind& kind : entryKinds()) {
-    const Names keys = keysOf(kind);
+    const NameList keys = keysOf(kind);
     const auto items = pattern.value().items();
     const bool hasAll = std::all_of(items.begin(), items.end(), [&](const auto& item) {
       return std::find(keys.begin(), keys.end(), item.key()) != keys.end();
@@ -94,7 +94,7 @@ void checkAgainstKinds(const Node& pattern, std::string_view partOfName, Reading
   }
   const auto inAll = errorsInAll(errors);
   if (inAll.empty()) {
-    Names names;
+    NameList names;
     for (const EntryKind* const kind : kinds) names.push_back(kind->name);
     pattern.fail("no entry has these values",
                  "values of one of the kinds that have these keys: " + quotedList(names));
