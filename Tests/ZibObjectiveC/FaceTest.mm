@@ -14,7 +14,6 @@
 #include "Tests/Support/Image.h"
 #include "Tests/Support/PushFlow.h"
 #include "ZibC/zib.h"
-#include "ZibMessaging/ZibDeepLinkHandler.h"
 #import "ZibObjectiveC.h"
 #include "ZibPlatform/Foundation/Data.h"
 #include "ZibPlatform/Foundation/ValueConversion.h"
@@ -391,12 +390,6 @@ TEST(ZIBDeepLinkHandlerTest, HasTheBlockThatIsInForce) {
   EXPECT_EQ(asked, 1);
   zib_deep_link_handler_set_url_delegate(nullptr, nullptr, nullptr);
   EXPECT_TRUE(ZIBDeepLinkHandler.shared.urlDelegate == nil);
-
-  ZIBDeepLinkHandler.shared.urlDelegate = block;
-  ZibDeepLinkHandler::shared().setURLDelegate([](const zib::URL &) { return true; });
-  EXPECT_TRUE(ZIBDeepLinkHandler.shared.urlDelegate == nil);
-  [ZIBDeepLinkHandler.shared handleNotificationURLFromUserInfo:link];
-  EXPECT_EQ(asked, 1);
 }
 
 TEST(ZIBDeepLinkHandlerTest, LetsGoOfABlockThatAHostInCReplaced) {

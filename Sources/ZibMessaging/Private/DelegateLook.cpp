@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "ZibMessaging/Private/AddOrSwap.h"
 #include "ZibMessaging/Private/Containment.h"
@@ -81,6 +82,21 @@ constexpr std::array sceneRows{Row::sceneOpenURL};
 constexpr std::array notificationRows{Row::willPresent, Row::didReceive};
 constexpr std::array firebaseRows{Row::fcmToken};
 
+// contained(), whose operation gets its name only where something was stopped.
+template <class NameOf, class Work>
+bool containedAs(const NameOf& nameOfOperation, const Work& work) noexcept {
+  Stopped stopped;
+  try {
+    work();
+    return true;
+  } catch (...) {
+    stopped = describeHandledException();
+  }
+  contained("the report of a delegate that raises",
+            [&] { reportStopped(nameOfOperation().c_str(), std::move(stopped)); });
+  return false;
+}
+
 // Each row on its own, so that a delegate that raises for one of them loses no other.
 void install(const DelegateLook& look, const LinePart& found, objc::id delegate,
              Installed (*install)(Row row, objc::id delegate, Class visible)) {
@@ -88,9 +104,11 @@ void install(const DelegateLook& look, const LinePart& found, objc::id delegate,
   logLine(found, visible.name());
   bool isAdded = false;
   for (const Row row : look.rows) {
-    const std::string operation =
-        std::string("intercepting ") + interceptionOf(row).hostSelector + " of " + visible.name();
-    contained(operation.c_str(), [&] {
+    const auto operation = [&] {
+      return std::string("intercepting ") + interceptionOf(row).hostSelector + " of " +
+             visible.name();
+    };
+    containedAs(operation, [&] {
       const Installed how = install(row, delegate, visible);
       isAdded |= how == Installed::added || how == Installed::forwarding;
     });
@@ -116,9 +134,10 @@ const std::array<DelegateLook, 4> delegateLooks{{
 
 ClassOfDelegate classOfDelegate(objc::id delegate) {
   Class cls = Class::ofObject(delegate);
-  const std::string operation =
-      std::string("asking a delegate of ") + cls.name() + " for its class";
-  const bool answers = contained(operation.c_str(), [&] { cls = Class::visibleClassOf(delegate); });
+  const auto operation = [&] {
+    return std::string("asking a delegate of ") + cls.name() + " for its class";
+  };
+  const bool answers = containedAs(operation, [&] { cls = Class::visibleClassOf(delegate); });
   return {cls, !answers};
 }
 
