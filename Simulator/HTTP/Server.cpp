@@ -8,9 +8,9 @@ namespace sim {
 namespace {
 
 template <class IsName>
-std::optional<std::string> first(const std::vector<zib::HTTPHeader>& list, IsName isName) {
+std::optional<std::string> first(const std::vector<HTTPHeader>& list, IsName isName) {
   const auto found = std::find_if(list.begin(), list.end(),
-                                  [&](const zib::HTTPHeader& each) { return isName(each.name); });
+                                  [&](const HTTPHeader& each) { return isName(each.name); });
   return found == list.end() ? std::nullopt : std::optional(found->value);
 }
 

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "ZibPlatform/Foundation/URLSession.h"
+#include "Simulator/HTTP/Header.h"
 
 namespace sim {
 
@@ -18,9 +18,9 @@ struct ServedRequest {
   // As sent, with its query; `path` is decoded, and without.
   std::string target;
   std::string path;
-  std::vector<zib::HTTPHeader> headers;
+  std::vector<HTTPHeader> headers;
   // Of the query.
-  std::vector<zib::HTTPHeader> parameters;
+  std::vector<HTTPHeader> parameters;
   std::string body;
 
   // The first of this name, in capitals or not.
@@ -30,7 +30,7 @@ struct ServedRequest {
 
 struct ServedResponse {
   int status = 200;
-  std::vector<zib::HTTPHeader> headers;
+  std::vector<HTTPHeader> headers;
   std::string body;
 };
 
@@ -46,7 +46,7 @@ class HTTPServer {
     // For a request that could not be read, such as one that is too long.
     std::function<ServedResponse(int status)> refuse = {};
     // Of every response.
-    std::vector<zib::HTTPHeader> headers = {};
+    std::vector<HTTPHeader> headers = {};
     std::size_t largestBody = std::size_t{1} << 20U;
     // How many exchanges can go on at a time. A connection carries one.
     std::size_t threads = 8;

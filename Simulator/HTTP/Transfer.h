@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "Simulator/HTTP/Header.h"
 #include "Simulator/HTTP/URLError.h"
-#include "ZibPlatform/Foundation/URLSession.h"
 
 namespace sim {
 
 struct HTTPRequest {
   std::string method;
   std::string url;
-  std::vector<zib::HTTPHeader> headers;
+  std::vector<HTTPHeader> headers;
   std::optional<std::string> body;
 };
 
@@ -22,7 +22,7 @@ struct HTTPResponse {
   // Of the request that it answers, which differs from the first one's after a redirect.
   std::string url;
   int status = 0;
-  std::vector<zib::HTTPHeader> headers;
+  std::vector<HTTPHeader> headers;
 };
 
 struct HTTPOutcome {

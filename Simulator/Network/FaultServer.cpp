@@ -68,7 +68,7 @@ void FaultServer::sendFirstHalf(const Socket& connection) const {
   if (body.empty() && reply_.fault != Fault::truncate) return;
   const std::size_t announced = std::max<std::size_t>(body.size(), 1);
   std::string head = "HTTP/1.1 " + std::to_string(reply_.status) + " \r\n";
-  for (const zib::HTTPHeader& header : reply_.headers) {
+  for (const HTTPHeader& header : reply_.headers) {
     head += header.name + ": " + header.value + "\r\n";
   }
   head += "Content-Length: " + std::to_string(announced) + "\r\n\r\n";

@@ -17,7 +17,7 @@ const std::string* redirectTarget(const HTTPResponse& response) {
   }
   const auto header =
       std::find_if(response.headers.begin(), response.headers.end(),
-                   [](const zib::HTTPHeader& each) { return lowerCase(each.name) == "location"; });
+                   [](const HTTPHeader& each) { return lowerCase(each.name) == "location"; });
   return header == response.headers.end() ? nullptr : &header->value;
 }
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "Simulator/HTTP/Header.h"
 #include "Simulator/Json/Names.h"
-#include "ZibPlatform/Foundation/URLSession.h"
 
 namespace sim {
 
@@ -33,7 +33,7 @@ struct Names<Fault> {
 // strikes before the reply's first byte, except that `truncate` then announces a body.
 struct Reply {
   int status = 200;
-  std::vector<zib::HTTPHeader> headers;
+  std::vector<HTTPHeader> headers;
   std::string body;
   Fault fault = Fault::none;
 };

@@ -83,7 +83,7 @@ Order Order::from(id request) {
 
 void Order::record() const {
   Json headers = Json::object();
-  for (const zib::HTTPHeader& header : request.headers) headers[header.name] = header.value;
+  for (const HTTPHeader& header : request.headers) headers[header.name] = header.value;
   Timeline::shared().add("http", {{"method", request.method},
                                   {"url", request.url},
                                   {"headers", headers},
@@ -94,7 +94,7 @@ void Order::record() const {
 
 Object makeResponse(const HTTPResponse& response) {
   zib::ValueMap headers;
-  for (const zib::HTTPHeader& header : response.headers) headers.set(header.name, header.value);
+  for (const HTTPHeader& header : response.headers) headers.set(header.name, header.value);
   const id url = zib::sendToClass<"NSURL", "URLWithString:">(zib::makeString(response.url).raw());
   return zib::create<"NSHTTPURLResponse", "initWithURL:statusCode:HTTPVersion:headerFields:">(
       url, static_cast<Integer>(response.status), zib::makeString("HTTP/1.1").raw(),

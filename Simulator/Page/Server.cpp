@@ -33,7 +33,7 @@ enum Status {
 constexpr const char* html = "text/html; charset=utf-8";
 
 // Whatever a payload holds: nothing but the page's own files is loaded or run.
-std::vector<zib::HTTPHeader> headersOfAll() {
+std::vector<HTTPHeader> headersOfAll() {
   return {
       {"Content-Security-Policy",
        "default-src 'none'; script-src 'self'; style-src 'self'; connect-src 'self'; "

@@ -48,9 +48,9 @@ const std::vector<std::string_view>& headersOfTheServer() {
   return names;
 }
 
-std::vector<zib::HTTPHeader> readHeaders(const Node& node) {
+std::vector<HTTPHeader> readHeaders(const Node& node) {
   if (!node.value().is_object()) node.failType("an object of texts");
-  std::vector<zib::HTTPHeader> headers;
+  std::vector<HTTPHeader> headers;
   for (const auto& [name, ignored] : node.value().items()) {
     const Node value = node.require(name);
     if (!isHeaderName(name))
@@ -124,7 +124,7 @@ const Record<Reply>& replyRecord() {
         return Json{{"type", "integer"}, {"minimum", 200}, {"maximum", 599}};
       },
       [](const int& value) { return Json(value); }};
-  static const Kind<std::vector<zib::HTTPHeader>> headers{
+  static const Kind<std::vector<HTTPHeader>> headers{
       [](const Node& node, Reading&) { return readHeaders(node); }, &schemaOfHeaders};
   // Groups of four digits, of which the last may be filled up; white space is anywhere.
   static constexpr const char* base64 =

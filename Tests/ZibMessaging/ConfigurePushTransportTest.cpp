@@ -149,7 +149,7 @@ TEST_F(ConfigurePushTransportTest, AConfigurationWithoutABodyIsNone) {
 
 // No status and no header makes more or less of the documents than they are.
 TEST_F(ConfigurePushTransportTest, HeadersOfTheAnswersChangeNothing) {
-  const std::vector<zib::HTTPHeader> headers{{"Content-Type", "text/html; charset=utf-16"},
+  const std::vector<sim::HTTPHeader> headers{{"Content-Type", "text/html; charset=utf-16"},
                                              {"Set-Cookie", "a=b"},
                                              {"Location", "https://other.example/hang"},
                                              {"X-Empty", ""},

@@ -10,8 +10,8 @@
 namespace sim {
 namespace {
 
-std::vector<zib::HTTPHeader> listOf(const std::multimap<std::string, std::string>& map) {
-  std::vector<zib::HTTPHeader> list;
+std::vector<HTTPHeader> listOf(const std::multimap<std::string, std::string>& map) {
+  std::vector<HTTPHeader> list;
   for (const auto& [name, value] : map) list.push_back({name, value});
   return list;
 }
@@ -25,7 +25,7 @@ ServedRequest requestFrom(const httplib::Request& request) {
 
 void fill(httplib::Response& response, ServedResponse served) {
   response.status = served.status;
-  for (const zib::HTTPHeader& header : served.headers) {
+  for (const HTTPHeader& header : served.headers) {
     response.set_header(header.name, header.value);
   }
   response.body = std::move(served.body);
@@ -72,7 +72,7 @@ class LibraryServer : public HTTPServer {
 
   void setHandlers() {
     httplib::Headers headers;
-    for (const zib::HTTPHeader& header : options_.headers) {
+    for (const HTTPHeader& header : options_.headers) {
       headers.emplace(header.name, header.value);
     }
     http_.set_default_headers(std::move(headers));

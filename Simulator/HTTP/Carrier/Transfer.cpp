@@ -39,7 +39,7 @@ List headerLines(const HTTPRequest& request) {
   append(lines, "Accept:");
   append(lines, "Expect:");
   append(lines, "Content-Type:");
-  for (const zib::HTTPHeader& header : request.headers) {
+  for (const HTTPHeader& header : request.headers) {
     append(lines, header.value.empty() ? header.name + ";" : header.name + ": " + header.value);
   }
   return lines;

@@ -1,5 +1,7 @@
 #include "ZibMessaging/Private/ConfigurePushFlow.h"
 
+#include <array>
+
 #include "ZibCoreBoundary/Zib.h"
 #include "ZibMessaging/Private/FirebasePlistFile.h"
 #include "ZibMessaging/Private/LogLine.h"
@@ -13,6 +15,7 @@ namespace zib {
 namespace {
 
 constexpr double configTimeout = 30;  // seconds
+constexpr std::array<RequestField, 1> configFields{{{"Content-Type", "application/json"}}};
 
 }  // namespace
 
@@ -47,7 +50,7 @@ void ConfigurePushFlow::fetchPushConfig(const std::string& endpoint) {
     return;
   }
   recording::told(recording::requested, this, *url);
-  URLSession::fetch({*url, "GET", {{"Content-Type", "application/json"}}, configTimeout},
+  URLSession::fetch({*url, "GET", configFields, configTimeout},
                     [flow = shared_from_this()](const URLReply& reply) {
                       recording::told(recording::replied, flow.get(), reply);
                       flow->step("the answer to the push configuration request",

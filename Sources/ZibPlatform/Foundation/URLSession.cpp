@@ -17,9 +17,9 @@ std::optional<long> httpStatusOf(objc::id response) {
 Object makeRequest(const URLRequest& request) {
   Object result = create<"NSMutableURLRequest", "initWithURL:">(request.url.native());
   send<void>(result.raw(), selector<"setHTTPMethod:">(), makeString(request.method).raw());
-  for (const HTTPHeader& header : request.headers) {
+  for (const RequestField& field : request.fields) {
     send<void>(result.raw(), selector<"setValue:forHTTPHeaderField:">(),
-               makeString(header.value).raw(), makeString(header.name).raw());
+               makeString(field.value).raw(), makeString(field.name).raw());
   }
   send<void>(result.raw(), selector<"setTimeoutInterval:">(), request.timeout);
   return result;

@@ -5,8 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string>
-#include <vector>
+#include <string_view>
 
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/URL.h"
@@ -15,15 +14,17 @@
 
 namespace zib {
 
-struct HTTPHeader {
-  std::string name;
-  std::string value;
+// A field of a request's header.
+struct RequestField {
+  std::string_view name;
+  std::string_view value;
 };
 
+// Read when the exchange starts.
 struct URLRequest {
-  URL url;
-  std::string method;
-  std::vector<HTTPHeader> headers;
+  const URL& url;
+  std::string_view method;
+  std::span<const RequestField> fields;
   double timeout;  // seconds
 };
 

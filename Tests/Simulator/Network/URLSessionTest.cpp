@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -74,8 +75,8 @@ TEST_F(URLSessionTest, AnswersOnAThreadOfItsOwn) {
 }
 
 TEST_F(URLSessionTest, RecordsARequestWhenItStarts) {
-  zib::URLSession::fetch({url("/a"), "GET", {{"Content-Type", "application/json"}}, 30},
-                         noting("a"));
+  constexpr std::array<zib::RequestField, 1> fields{{{"Content-Type", "application/json"}}};
+  zib::URLSession::fetch({url("/a"), "GET", fields, 30}, noting("a"));
   zib::URLSession::fetch(zib::URL::parse("http://far.example").value(), noting("far"));
   ASSERT_EQ(entries_.size(), 2U);
   for (Json& entry : entries_) entry.erase("t");
