@@ -23,10 +23,9 @@ bool mayHaveParameters(std::string_view url) {
 // By name, so that the line is the same for the same parameters. The last of a name decides.
 std::map<std::string, std::string> parametersOf(const URL& url) {
   std::map<std::string, std::string> parameters;
-  for (QueryItem& item : url.queryItems()) {
-    if (item.name.starts_with(prefix)) {
-      parameters[std::move(item.name)] = std::move(item.value).value_or("");
-    }
+  for (const QueryItem& item : url.queryItems()) {
+    std::string name = item.name.utf8();
+    if (name.starts_with(prefix)) parameters[std::move(name)] = item.value.utf8();
   }
   return parameters;
 }

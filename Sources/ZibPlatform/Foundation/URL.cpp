@@ -46,9 +46,8 @@ std::vector<QueryItem> URL::queryItems() const {
   std::vector<QueryItem> result;
   result.reserve(send<objc::UInteger>(items, selector<"count">()));
   for (const objc::id item : elements(items)) {
-    const auto value = StringRef::of(send<objc::id>(item, selector<"value">()));
-    const auto name = StringRef::of(send<objc::id>(item, selector<"name">()));
-    result.push_back({name.utf8(), value ? std::optional(value.utf8()) : std::nullopt});
+    result.push_back({StringRef::of(send<objc::id>(item, selector<"name">())),
+                      StringRef::of(send<objc::id>(item, selector<"value">()))});
   }
   return result;
 }

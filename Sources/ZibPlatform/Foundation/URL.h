@@ -3,7 +3,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -15,8 +14,8 @@ namespace zib {
 
 // One `name=value` of a query, percent-decoded. No value where there is no equals sign.
 struct QueryItem {
-  std::string name;
-  std::optional<std::string> value;
+  StringRef name;
+  StringRef value;
 };
 
 // Copies share the platform's object, which never changes.
@@ -31,7 +30,8 @@ class URL : public Handle {
 
   // For as long as the URL lives.
   [[nodiscard]] StringRef text() const;
-  // The items in the order of the query; none when the URL has no query or cannot be split.
+  // The items in the order of the query, for as long as the current autorelease pool; none when the
+  // URL has no query or cannot be split.
   [[nodiscard]] std::vector<QueryItem> queryItems() const;
 
  private:

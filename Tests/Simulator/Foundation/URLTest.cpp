@@ -126,7 +126,7 @@ TEST(LegacyURLTest, BracketsStandAnywhereAndNothingIsRepaired) {
     EXPECT_EQ(absoluteString(urlWithString(text)), text);
     EXPECT_EQ(URL::parse(text).value().text().utf8(), text);
   }
-  EXPECT_EQ(URL::parse("http://h/?a[]=1&b=2")->queryItems().front().name, "a[]");
+  EXPECT_EQ(URL::parse("http://h/?a[]=1&b=2")->queryItems().front().name.utf8(), "a[]");
   EXPECT_EQ(urlWithString("http://h/a b"), nullptr);
   EXPECT_FALSE(classNamed<"NSURL">().instanceMethod(
       selector<"initWithString:encodingInvalidCharacters:">()));
@@ -172,7 +172,7 @@ TEST_F(URLTest, FileURLsOfAnyPathAreMade) {
 std::vector<std::string> itemsOf(const char* url) {
   std::vector<std::string> items;
   for (const zib::QueryItem& item : URL::parse(url)->queryItems()) {
-    items.push_back(item.value ? item.name + '=' + *item.value : item.name);
+    items.push_back(item.name.utf8() + (item.value ? '=' + item.value.utf8() : ""));
   }
   return items;
 }
