@@ -106,6 +106,11 @@ class TerminatedText {
   std::string spilled_;
 };
 
+// One of a host's functions that takes nothing but a text, where the host has given one.
+void tell(void (*function)(void* context, zib_text text), void* context, std::string_view text) {
+  if (function != nullptr) function(context, TerminatedText(text).text());
+}
+
 class BorrowedError {
  public:
   explicit BorrowedError(const zib::Error& error)
@@ -126,11 +131,11 @@ class BorrowedError {
 
 void report(std::string_view operation, std::string_view problem,
             const std::optional<zib::Error>& error) {
-  const std::string line = std::string(operation).append(": ").append(problem);
+  std::string line = zib::joined({operation, ": ", problem});
   if (ZibLogger::isInstalled()) {
     ZibLogger::shared().error(line, error);
   } else {
-    std::fputs((line + "\n").c_str(), stderr);
+    std::fputs(line.append("\n").c_str(), stderr);
   }
 }
 
@@ -161,7 +166,7 @@ class Operation {
                const char* what = "") const noexcept {
     if (!isMet) {
       zib::contained(name_, [&] {
-        report(name_, std::string(argument).append(problem).append(what), std::nullopt);
+        report(name_, zib::joined({argument, problem, what}), std::nullopt);
       });
     }
     return isMet;
@@ -184,7 +189,7 @@ void performAt(const char* name, void (*call)(const Operation& operation, const 
 }
 
 // Does what a function of zib.h is for, and gives its result; an empty one when an exception was
-// stopped.
+// stopped. What calls nothing that throws does without, in a pool of its own.
 template <class Work>
 auto perform(const char* name, const Work& work) noexcept {
   using Result = std::invoke_result_t<const Work&, const Operation&>;
@@ -202,8 +207,8 @@ auto perform(const char* name, const Work& work) noexcept {
 
 [[gnu::noinline]] void failForSize(const Operation& operation, std::size_t size, const char* name,
                                    std::size_t known) {
-  operation.fail("size " + std::to_string(size) + " is that of no " + name +
-                 "; this version's is " + std::to_string(known));
+  operation.fail(zib::joined({"size ", std::to_string(size), " is that of no ", name,
+                              "; this version's is ", std::to_string(known)}));
 }
 
 // A structure that a host filled in, of this version or of an older one that ended at an earlier
@@ -233,57 +238,46 @@ class Held {
   Held& operator=(const Held&) = delete;
 
   const Table* operator->() const noexcept { return &table_; }
-  // Leaves the context to the caller.
-  void disown() noexcept { table_.release = nullptr; }
 
  private:
   Table table_;
 };
 
-template <class Table>
-using Shared = std::shared_ptr<Held<Table>>;
-
 // The core.
 
 class CoreLogger final : public ZibLogger {
  public:
-  explicit CoreLogger(Shared<zib_core> core) : core_(std::move(core)) {}
+  explicit CoreLogger(const zib_core& core) : core_(core) {}
 
-  void log(std::string_view message) override {
-    const auto& core = *core_;
-    if (core->log != nullptr) core->log(core->context, TerminatedText(message).text());
-  }
+  void log(std::string_view message) override { tell(core_.log, core_.context, message); }
   void error(std::string_view message, const std::optional<zib::Error>& error) override {
-    const auto& core = *core_;
-    if (core->error == nullptr) return;
+    if (core_.error == nullptr) return;
     const TerminatedText line(message);
     if (error) {
-      core->error(core->context, line.text(), BorrowedError(*error).get());
+      core_.error(core_.context, line.text(), BorrowedError(*error).get());
     } else {
-      core->error(core->context, line.text(), nullptr);
+      core_.error(core_.context, line.text(), nullptr);
     }
   }
 
  private:
-  Shared<zib_core> core_;
+  const zib_core& core_;
 };
 
 class Core final : public Zib {
  public:
-  explicit Core(Shared<zib_core> core) : core_(std::move(core)) {}
+  explicit Core(const zib_core& core) : core_(core) {}
 
   [[nodiscard]] std::optional<ZibConfig> config() const override {
-    const auto& core = *core_;
     ZibConfig config;
     zib_config read{sizeof(zib_config), config.autoSwizzlingEnabled};
-    if (core->config == nullptr || !core->config(core->context, &read)) return std::nullopt;
+    if (core_.config == nullptr || !core_.config(core_.context, &read)) return std::nullopt;
     config.autoSwizzlingEnabled = read.auto_swizzling_enabled;
     return config;
   }
   [[nodiscard]] std::optional<std::string> pushConfigEndpoint() const override {
-    const auto& core = *core_;
-    if (core->copy_push_config_endpoint == nullptr) return std::nullopt;
-    const zib_text copied = core->copy_push_config_endpoint(core->context);
+    if (core_.copy_push_config_endpoint == nullptr) return std::nullopt;
+    const zib_text copied = core_.copy_push_config_endpoint(core_.context);
     if (copied.bytes == nullptr) return std::nullopt;
     const std::unique_ptr<const char, void (*)(const char*)> owned(copied.bytes,
                                                                    [](const char* bytes) {
@@ -292,46 +286,44 @@ class Core final : public Zib {
     return stringOf(copied);
   }
   void trackSelfDescribingEvent(std::string_view schema, const zib::ValueMap& data) override {
-    const auto& core = *core_;
-    if (core->track_self_describing_event == nullptr) return;
-    core->track_self_describing_event(core->context, TerminatedText(schema).text(),
+    if (core_.track_self_describing_event == nullptr) return;
+    core_.track_self_describing_event(core_.context, TerminatedText(schema).text(),
                                       zib::objectFrom(data).raw());
   }
   void registerPushToken(std::string_view token) override {
-    const auto& core = *core_;
-    if (core->register_push_token == nullptr) return;
-    core->register_push_token(core->context, TerminatedText(token).text());
+    tell(core_.register_push_token, core_.context, token);
   }
 
  private:
-  Shared<zib_core> core_;
+  const zib_core& core_;
 };
 
 class CoreStorage final : public ZibStorage {
  public:
-  explicit CoreStorage(Shared<zib_core> core) : core_(std::move(core)) {}
+  explicit CoreStorage(const zib_core& core) : core_(core) {}
 
   void savePushPermission(bool granted) override {
-    const auto& core = *core_;
-    if (core->save_push_permission != nullptr) core->save_push_permission(core->context, granted);
+    if (core_.save_push_permission != nullptr) core_.save_push_permission(core_.context, granted);
   }
   void saveFCMToken(std::string_view token) override {
-    const auto& core = *core_;
-    if (core->save_fcm_token == nullptr) return;
-    core->save_fcm_token(core->context, TerminatedText(token).text());
+    tell(core_.save_fcm_token, core_.context, token);
   }
 
  private:
-  Shared<zib_core> core_;
+  const zib_core& core_;
 };
 
 // The services that no core in C++ has installed before. False when there is none left.
-bool installServices(const Shared<zib_core>& core) {
+bool installServices(const zib_core& core) {
   static zib::NeverDestroyed<std::mutex> oneAtATime([] { return std::mutex(); });
   const std::lock_guard lock(*oneAtATime);
-  const bool asLogger = ZibLogger::install(std::make_unique<CoreLogger>(core));
-  const bool asCore = Zib::install(std::make_unique<Core>(core));
-  const bool asStorage = ZibStorage::install(std::make_unique<CoreStorage>(core));
+  // All made first: what is installed refers to the core for good.
+  auto logger = std::make_unique<CoreLogger>(core);
+  auto events = std::make_unique<Core>(core);
+  auto storage = std::make_unique<CoreStorage>(core);
+  const bool asLogger = ZibLogger::install(std::move(logger));
+  const bool asCore = Zib::install(std::move(events));
+  const bool asStorage = ZibStorage::install(std::move(storage));
   return asLogger || asCore || asStorage;
 }
 
@@ -342,8 +334,7 @@ class Delegate final : public ZibMessagingDelegate {
   explicit Delegate(const zib_messaging_delegate& delegate) : delegate_(delegate) {}
 
   void zibMessagingDidReceiveToken(ZibMessaging& /*messaging*/, std::string_view token) override {
-    if (delegate_->did_receive_token == nullptr) return;
-    delegate_->did_receive_token(delegate_->context, TerminatedText(token).text());
+    tell(delegate_->did_receive_token, delegate_->context, token);
   }
   void zibMessagingDidReceiveNotification(ZibMessaging& /*messaging*/,
                                           const zib::Dictionary& userInfo) override {
@@ -392,28 +383,12 @@ zib_text borrowedIfThere(const std::optional<std::string>& text) noexcept {
   return text ? borrowed(*text) : zib_text{};
 }
 
-// Names of classes and functions are bytes, which can be anything.
-void makeWellFormed(std::optional<std::string>& text) {
-  if (text) text = zib::wellFormed(*text);
-}
-
-void makeWellFormed(IntegrationReport& report) {
-  for (IntegrationReport::Row& row : report.rows) {
-    makeWellFormed(row.delegateClass);
-    for (IntegrationReport::Function& each : row.chain) {
-      makeWellFormed(each.image);
-      makeWellFormed(each.symbol);
-    }
-    for (std::string& each : row.remarks) each = zib::wellFormed(each);
-  }
-}
-
 // Whether the report has the element. Says so where it has not.
 bool hasElement(const Operation& operation, const char* name, std::size_t count,
                 std::size_t index) {
   if (index < count) return true;
-  operation.fail(std::string("there is no ").append(name).append(" ") + std::to_string(index) +
-                 "; there are " + std::to_string(count));
+  operation.fail(zib::joined(
+      {"there is no ", name, " ", std::to_string(index), "; there are ", std::to_string(count)}));
   return false;
 }
 
@@ -443,9 +418,9 @@ bool writeTo(const Operation& operation, const char* name, void* result, const v
 
 // None where they cannot be taken: the event goes on without them.
 std::optional<zib::ValueMap> propertiesFrom(const Operation& operation, zib_object properties) {
-  const auto values = zib::Dictionary::retained(properties).values();
-  if (values) return *values;
-  operation.fail("properties are left out: " + values.error().description);
+  auto values = zib::Dictionary::retained(properties).values();
+  if (values) return std::move(*values);
+  operation.fail(zib::joined({"properties are left out: ", values.error().description}));
   return std::nullopt;
 }
 
@@ -475,26 +450,27 @@ void zib_text_free(zib_text text) { std::free(const_cast<char*>(text.bytes)); }
 zib_text zib_version(void) { return zib_text_of(ZIB_VERSION); }
 
 void zib_object_release(zib_object object) {
-  perform(__func__, [&](const Operation&) { static_cast<void>(zib::Object::adopted(object)); });
+  perform(__func__, [=](const Operation&) { static_cast<void>(zib::Object::adopted(object)); });
 }
 
 bool zib_core_install(const zib_core* core) {
-  return perform(__func__, [&](const Operation& operation) -> bool {
+  return perform(__func__, [=](const Operation& operation) -> bool {
     if (!operation.has("core", core)) return false;
     const auto table = tableOf(operation, "zib_core", *core);
     if (!table) return false;
-    const auto held = std::make_shared<Held<zib_core>>(*table);
-    const bool isInstalled = installServices(held);
-    if (!isInstalled) {
-      held->disown();
-      operation.fail("a core is installed already");
+    // For good: what is installed is never destroyed.
+    auto kept = std::make_unique<const zib_core>(*table);
+    if (installServices(*kept)) {
+      static_cast<void>(kept.release());
+      return true;
     }
-    return isInstalled;
+    operation.fail("a core is installed already");
+    return false;
   });
 }
 
 bool zib_messaging_set_delegate(const zib_messaging_delegate* delegate) {
-  return perform(__func__, [&](const Operation& operation) -> bool {
+  return perform(__func__, [=](const Operation& operation) -> bool {
     std::shared_ptr<ZibMessagingDelegate> kept;
     if (delegate != nullptr) {
       const auto table = tableOf(operation, "zib_messaging_delegate", *delegate);
@@ -507,12 +483,13 @@ bool zib_messaging_set_delegate(const zib_messaging_delegate* delegate) {
 }
 
 bool zib_messaging_has_delegate(void) {
-  return perform(__func__,
-                 [](const Operation&) { return ZibMessaging::shared().delegate() != nullptr; });
+  const zib::AutoreleasePool pool;
+  return ZibMessaging::shared().delegate() != nullptr;
 }
 
 bool zib_messaging_is_push_enabled(void) {
-  return perform(__func__, [](const Operation&) { return ZibMessaging::shared().isPushEnabled(); });
+  const zib::AutoreleasePool pool;
+  return ZibMessaging::shared().isPushEnabled();
 }
 
 zib_text zib_messaging_copy_fcm_token(void) {
@@ -532,24 +509,24 @@ zib_text zib_messaging_copy_notification_event_schema_uri(void) {
 }
 
 bool zib_messaging_set_event_vendor(zib_text vendor) {
-  return perform(__func__, [&](const Operation& operation) -> bool {
+  return perform(__func__, [=](const Operation& operation) -> bool {
     if (!operation.has("vendor", vendor)) return false;
     return ZibMessaging::shared().setEventVendor(stringOf(vendor));
   });
 }
 
 int32_t zib_messaging_delegate_discovery(void) {
-  return perform(__func__, [](const Operation&) {
-    return static_cast<int32_t>(ZibMessaging::shared().delegateDiscovery());
-  });
+  const zib::AutoreleasePool pool;
+  return static_cast<int32_t>(ZibMessaging::shared().delegateDiscovery());
 }
 
 bool zib_messaging_set_delegate_discovery(int32_t discovery) {
-  return perform(__func__, [&](const Operation& operation) -> bool {
+  return perform(__func__, [=](const Operation& operation) -> bool {
     if (discovery != ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY &&
         discovery != ZIB_DELEGATE_DISCOVERY_CONTINUOUS) {
-      operation.fail("discovery " + std::to_string(static_cast<long long>(discovery)) +
-                     " is unknown; 0 (once, with a retry) and 1 (continuous) are allowed");
+      operation.fail(
+          zib::joined({"discovery ", std::to_string(static_cast<long long>(discovery)),
+                       " is unknown; 0 (once, with a retry) and 1 (continuous) are allowed"}));
       return false;
     }
     return ZibMessaging::shared().setDelegateDiscovery(static_cast<DelegateDiscovery>(discovery));
@@ -557,87 +534,87 @@ bool zib_messaging_set_delegate_discovery(int32_t discovery) {
 }
 
 void zib_messaging_configure(zib_object application) {
-  perform(__func__, [&](const Operation&) {
-    ZibMessaging::shared().configure(zib::Application::retained(application));
-  });
+  const zib::AutoreleasePool pool;
+  ZibMessaging::shared().configure(zib::Application::retained(application));
 }
 
 void zib_messaging_register_for_push(zib_object application) {
-  perform(__func__, [&](const Operation&) {
-    ZibMessaging::shared().registerForPush(zib::Application::retained(application));
-  });
+  const zib::AutoreleasePool pool;
+  ZibMessaging::shared().registerForPush(zib::Application::retained(application));
 }
 
 void zib_messaging_did_register_for_remote_notifications(zib_object device_token) {
-  perform(__func__, [&](const Operation& operation) {
+  perform(__func__, [=](const Operation& operation) {
     if (!operation.hasA<"NSData">("device_token", device_token)) return;
     ZibMessaging::shared().didRegisterForRemoteNotifications(zib::bytesOf(device_token));
   });
 }
 
 void zib_messaging_did_fail_to_register_for_remote_notifications(zib_object error) {
-  perform(__func__, [&](const Operation&) {
+  perform(__func__, [=](const Operation&) {
     ZibMessaging::shared().didFailToRegisterForRemoteNotifications(zib::Error::fromNative(error));
   });
 }
 
 void zib_messaging_set_push_token(zib_object device_token) {
-  perform(__func__, [&](const Operation& operation) {
+  perform(__func__, [=](const Operation& operation) {
     if (!operation.hasA<"NSData">("device_token", device_token)) return;
     ZibMessaging::shared().setPushToken(zib::bytesOf(device_token));
   });
 }
 
 void zib_messaging_set_fcm_token(zib_text token) {
-  perform(__func__, [&](const Operation& operation) {
+  perform(__func__, [=](const Operation& operation) {
     if (!operation.has("token", token)) return;
     ZibMessaging::shared().setFCMToken(stringOf(token));
   });
 }
 
 void zib_messaging_did_receive_registration_token(zib_text token) {
-  perform(__func__, [&](const Operation& operation) {
+  perform(__func__, [=](const Operation& operation) {
     if (!operation.has("token", token)) return;
     ZibMessaging::shared().didReceiveRegistrationToken(stringOf(token));
   });
 }
 
 void zib_messaging_ensure_firebase_messaging_delegate(void) {
-  perform(__func__,
-          [](const Operation&) { ZibMessaging::shared().ensureFirebaseMessagingDelegate(); });
+  const zib::AutoreleasePool pool;
+  ZibMessaging::shared().ensureFirebaseMessagingDelegate();
 }
 
 void zib_messaging_setup_as_notification_delegate(void) {
-  perform(__func__, [](const Operation&) { ZibMessaging::shared().setupAsNotificationDelegate(); });
+  const zib::AutoreleasePool pool;
+  ZibMessaging::shared().setupAsNotificationDelegate();
 }
 
 zib_object zib_messaging_runtime_object(void) {
-  return perform(__func__, [](const Operation&) { return ZibMessaging::runtimeObject(); });
+  const zib::AutoreleasePool pool;
+  return ZibMessaging::runtimeObject();
 }
 
 unsigned long zib_messaging_will_present(zib_object notification) {
-  return perform(__func__, [&](const Operation& operation) -> unsigned long {
+  return perform(__func__, [=](const Operation& operation) -> unsigned long {
     if (!operation.hasA<"UNNotification">("notification", notification)) return 0;
     return ZibMessaging::shared().willPresent(zib::Notification::retained(notification));
   });
 }
 
 void zib_messaging_did_receive(zib_object response) {
-  perform(__func__, [&](const Operation& operation) {
+  perform(__func__, [=](const Operation& operation) {
     if (!operation.hasA<"UNNotificationResponse">("response", response)) return;
     ZibMessaging::shared().didReceive(zib::NotificationResponse::retained(response));
   });
 }
 
 void zib_messaging_track_notification_received(zib_object user_info) {
-  perform(__func__, [&](const Operation& operation) {
+  perform(__func__, [=](const Operation& operation) {
     if (!operation.hasA<"NSDictionary">("user_info", user_info)) return;
     ZibMessaging::shared().trackNotificationReceived(zib::Dictionary::retained(user_info));
   });
 }
 
 void zib_messaging_track_notification_opened(zib_object user_info) {
-  perform(__func__, [&](const Operation& operation) {
+  perform(__func__, [=](const Operation& operation) {
     if (!operation.hasA<"NSDictionary">("user_info", user_info)) return;
     ZibMessaging::shared().trackNotificationOpened(zib::Dictionary::retained(user_info));
   });
@@ -647,7 +624,6 @@ zib_integration_report* zib_integration_report_create(void) {
   return perform(__func__, [](const Operation&) {
     auto made = std::make_unique<zib_integration_report>();
     made->report = zib::integrationReport();
-    makeWellFormed(made->report);
     made->text = made->report.text();
     return made.release();
   });
@@ -658,20 +634,18 @@ void zib_integration_report_free(zib_integration_report* report) {
 }
 
 zib_text zib_integration_report_text(const zib_integration_report* report) {
-  return perform(__func__, [&](const Operation& operation) {
-    return operation.has("report", report) ? borrowed(report->text) : zib_text{};
-  });
+  const zib::AutoreleasePool pool;
+  return Operation(__func__).has("report", report) ? borrowed(report->text) : zib_text{};
 }
 
 size_t zib_integration_report_row_count(const zib_integration_report* report) {
-  return perform(__func__, [&](const Operation& operation) -> std::size_t {
-    return operation.has("report", report) ? report->report.rows.size() : 0;
-  });
+  const zib::AutoreleasePool pool;
+  return Operation(__func__).has("report", report) ? report->report.rows.size() : 0;
 }
 
 bool zib_integration_report_get_row(const zib_integration_report* report, size_t row,
                                     zib_integration_row* result) {
-  return perform(__func__, [&](const Operation& operation) -> bool {
+  return perform(__func__, [=](const Operation& operation) -> bool {
     if (!operation.has("report", report) || !operation.has("result", result)) return false;
     const auto& rows = report->report.rows;
     if (!hasElement(operation, "row", rows.size(), row)) return false;
@@ -688,7 +662,7 @@ bool zib_integration_report_get_row(const zib_integration_report* report, size_t
 
 bool zib_integration_report_get_function(const zib_integration_report* report, size_t row,
                                          size_t function, zib_integration_function* result) {
-  return perform(__func__, [&](const Operation& operation) -> bool {
+  return perform(__func__, [=](const Operation& operation) -> bool {
     if (!operation.has("report", report) || !operation.has("result", result)) return false;
     const auto& rows = report->report.rows;
     if (!hasElement(operation, "row", rows.size(), row)) return false;
@@ -703,7 +677,7 @@ bool zib_integration_report_get_function(const zib_integration_report* report, s
 
 zib_text zib_integration_report_remark(const zib_integration_report* report, size_t row,
                                        size_t remark) {
-  return perform(__func__, [&](const Operation& operation) -> zib_text {
+  return perform(__func__, [=](const Operation& operation) -> zib_text {
     if (!operation.has("report", report)) return {};
     const auto& rows = report->report.rows;
     if (!hasElement(operation, "row", rows.size(), row)) return {};
@@ -715,7 +689,7 @@ zib_text zib_integration_report_remark(const zib_integration_report* report, siz
 
 void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void* context,
                                             zib_release release) {
-  perform(__func__, [&](const Operation&) {
+  perform(__func__, [=](const Operation&) {
     const auto held =
         std::make_shared<Held<URLDelegate>>(URLDelegate{url_delegate, context, release});
     ZibDeepLinkHandler::URLDelegate called;
@@ -731,20 +705,19 @@ void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void*
 }
 
 bool zib_deep_link_handler_has_url_delegate(void) {
-  return perform(__func__, [](const Operation&) {
-    return static_cast<bool>(ZibDeepLinkHandler::shared().urlDelegate());
-  });
+  const zib::AutoreleasePool pool;
+  return static_cast<bool>(ZibDeepLinkHandler::shared().urlDelegate());
 }
 
 bool zib_deep_link_handler_handle_notification_url(zib_object user_info) {
-  return perform(__func__, [&](const Operation& operation) -> bool {
+  return perform(__func__, [=](const Operation& operation) -> bool {
     if (!operation.hasA<"NSDictionary">("user_info", user_info)) return false;
     return ZibDeepLinkHandler::shared().handleNotificationURL(zib::Dictionary::retained(user_info));
   });
 }
 
 bool zib_deep_link_handler_handle_url(zib_object url, zib_text source) {
-  return perform(__func__, [&](const Operation& operation) -> bool {
+  return perform(__func__, [=](const Operation& operation) -> bool {
     if (!operation.hasA<"NSURL">("url", url) || !operation.has("source", source)) return false;
     return ZibDeepLinkHandler::shared().handleURL(*zib::URL::retained(url), stringOf(source));
   });
@@ -754,7 +727,7 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
                                     zib_firebase_config_handler firebase_config_handler,
                                     zib_push_config_completion completion, void* context,
                                     zib_release release) {
-  perform(__func__, [&](const Operation& operation) {
+  perform(__func__, [=](const Operation& operation) {
     const auto flow = std::make_shared<Held<PushFlow>>(
         PushFlow{firebase_config_handler, completion, context, release});
     if (!operation.has("firebase_config_handler",
@@ -777,9 +750,8 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
 }
 
 void zib_push_config_register_for_push_simple(zib_object application) {
-  perform(__func__, [&](const Operation&) {
-    ZibPushConfig::shared().registerForPushSimple(zib::Application::retained(application));
-  });
+  const zib::AutoreleasePool pool;
+  ZibPushConfig::shared().registerForPushSimple(zib::Application::retained(application));
 }
 
 zib_text zib_push_config_copy_saved_firebase_plist_path(void) {
@@ -790,7 +762,7 @@ zib_text zib_push_config_copy_saved_firebase_plist_path(void) {
 
 zib_object zib_payload_builder_create_notification_payload(zib_object user_info,
                                                            zib_text event_type) {
-  return perform(__func__, [&](const Operation& operation) -> zib_object {
+  return perform(__func__, [=](const Operation& operation) -> zib_object {
     if (!operation.hasA<"NSDictionary">("user_info", user_info) ||
         !operation.has("event_type", event_type)) {
       return nullptr;
@@ -802,7 +774,7 @@ zib_object zib_payload_builder_create_notification_payload(zib_object user_info,
 }
 
 zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_object properties) {
-  return perform(__func__, [&](const Operation& operation) -> zib_object {
+  return perform(__func__, [=](const Operation& operation) -> zib_object {
     if (!operation.has("event_name", event_name)) return nullptr;
     std::optional<zib::ValueMap> values;
     if (properties != nullptr) {
@@ -816,30 +788,30 @@ zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_obj
 }
 
 zib_text zib_string_copy(zib_object string) {
-  return perform(__func__, [&](const Operation& operation) -> zib_text {
+  return perform(__func__, [=](const Operation& operation) -> zib_text {
     if (!operation.hasA<"NSString">("string", string)) return {};
     return copyOf(zib::Utf8(zib::StringRef::of(string)).view());
   });
 }
 
 zib_object zib_string_create(zib_text text) {
-  return perform(__func__, [&](const Operation&) -> zib_object {
+  return perform(__func__, [=](const Operation&) -> zib_object {
     return text.bytes == nullptr ? nullptr : zib::makeString(viewOf(text)).relinquish();
   });
 }
 
 zib_text zib_json_copy(zib_object object) {
-  return perform(__func__, [&](const Operation& operation) -> zib_text {
+  return perform(__func__, [=](const Operation& operation) -> zib_text {
     if (!operation.has("object", object)) return {};
     const auto value = zib::valueFrom(object);
     if (value) return copyOf(zib::jsonTextOf(*value));
-    operation.fail("object cannot be written: " + value.error().description);
+    operation.fail(zib::joined({"object cannot be written: ", value.error().description}));
     return zib_text{};
   });
 }
 
 zib_object zib_json_create(zib_text json) {
-  return perform(__func__, [&](const Operation& operation) -> zib_object {
+  return perform(__func__, [=](const Operation& operation) -> zib_object {
     if (!operation.has("json", json)) return nullptr;
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(json.bytes);
     const auto parsed = zib::parseJSON({bytes, json.size});

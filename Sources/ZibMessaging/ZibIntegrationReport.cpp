@@ -10,8 +10,8 @@
 #include "ZibMessaging/Private/Installation.h"
 #include "ZibMessaging/Private/Interceptors.h"
 #include "ZibMessaging/Private/QuotedText.h"
+#include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
-#include "ZibPlatform/ObjectiveC/FunctionName.h"
 #include "ZibPlatform/ObjectiveC/TypeEncoding.h"
 
 namespace zib {
@@ -40,29 +40,27 @@ State stateOf(const Installation* installation) {
   return State::none;
 }
 
-IntegrationReport::Function describe(Row row, objc::IMP function) {
+void makeWellFormed(std::optional<std::string>& text) {
+  if (text) text = wellFormed(*text);
+}
+
+FunctionName describe(Row row, objc::IMP function) {
   FunctionName name = nameOfFunction(function);
+  makeWellFormed(name.image);
+  makeWellFormed(name.symbol);
   if (isInterceptor(row, function)) {
-    name.symbol =
-        std::string("-[ZibSwizzleManager ") + interceptionOf(row).interceptorSelector + "]";
+    name.symbol = joined({"-[ZibSwizzleManager ", interceptionOf(row).interceptorSelector, "]"});
   }
-  return {std::move(name.image), std::move(name.symbol)};
+  return name;
 }
 
-std::string describeInWords(const IntegrationReport::Function& function) {
-  return function.symbol.value_or("a function without a name") + " in " +
-         function.image.value_or("no file that is known");
+std::string_view textOr(const std::optional<std::string>& text, std::string_view otherwise) {
+  return text ? std::string_view(*text) : otherwise;
 }
 
-// The same types, but for what compilers and Foundations write differently.
-bool haveSameTypes(const char* one, const char* other) {
-  if (one == nullptr || other == nullptr) return true;
-  const auto withoutBlocks = [](const char* types) {
-    std::string result = encoding::normalised(types);
-    std::erase(result, '?');
-    return result;
-  };
-  return withoutBlocks(one) == withoutBlocks(other);
+std::string describeInWords(std::string_view before, const FunctionName& function) {
+  return joined({before, textOr(function.symbol, "a function without a name"), " in ",
+                 textOr(function.image, "no file that is known")});
 }
 
 // What the delegate's method is now, and what the module has to do with it.
@@ -81,9 +79,10 @@ class Describer {
     row.state = stateOf(called != nullptr ? called : installation_);
     addChain(row, outermost, called);
     if (called == nullptr && installation_ != nullptr) {
-      row.remarks.push_back("replaced after us by " + describeInWords(row.chain.front()));
+      row.remarks.push_back(describeInWords("replaced after us by ", row.chain.front()));
     }
-    if (!haveSameTypes(method_.typeEncoding(), interceptorMethod(row_).typeEncoding())) {
+    const char* const types = method_.typeEncoding();
+    if (types != nullptr && !encoding::agree(types, interceptorMethod(row_).typeEncoding())) {
       row.remarks.emplace_back("the method's types differ from the platform's");
     }
   }
@@ -116,7 +115,7 @@ struct Delegate {
 
 void describeDelegates(Row row, const std::vector<Delegate>& delegates, ReportRow& described) {
   const Delegate& first = delegates.front();
-  described.delegateClass = first.cls.visible.name();
+  described.delegateClass = wellFormed(first.cls.visible.name());
   if (first.cls.raises) described.remarks.emplace_back("raises where it is asked for its class");
   Describer(row, first.object).describeIn(described);
   for (const Delegate& each : delegates) {
@@ -124,16 +123,18 @@ void describeDelegates(Row row, const std::vector<Delegate>& delegates, ReportRo
         isIntercepted(row, each.object)) {
       continue;
     }
-    described.remarks.push_back(std::string("a second delegate of class ") +
-                                each.cls.visible.name() + " is not intercepted");
+    described.remarks.push_back(
+        joined({"a second delegate of class ", wellFormed(each.cls.visible.name()),
+                " is not intercepted"}));
   }
 }
 
 void remarkOnCallsByHand(Row row, ReportRow& described) {
   const unsigned long times = CallbackInProgress::timesHandedIn(row);
   if (times == 0) return;
-  described.remarks.push_back("callbacks that were handed in by hand while we had them already: " +
-                              std::to_string(times));
+  described.remarks.push_back(
+      joined({"callbacks that were handed in by hand while we had them already: ",
+              std::to_string(times)}));
 }
 
 // What it finds broken costs the row the rest, and the other rows nothing.
@@ -162,7 +163,7 @@ std::string IntegrationReport::text() const {
     text.append(row.method).append(": ").append(nameOf(row.state));
     if (row.delegateClass) appendOneLine(text.append(" on "), *row.delegateClass);
     for (const Function& each : row.chain)
-      appendOneLine(text.append("\n  runs "), describeInWords(each));
+      appendOneLine(text.append("\n  runs "), describeInWords("", each));
     for (const std::string& each : row.remarks) appendOneLine(text.append("\n  "), each);
     text.push_back('\n');
   }

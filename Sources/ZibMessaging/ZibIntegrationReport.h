@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "ZibPlatform/ObjectiveC/FunctionName.h"
+
 namespace zib {
 
 struct IntegrationReport {
@@ -20,10 +22,7 @@ struct IntegrationReport {
   };
 
   // One function that a callback runs through, as far as it can be told.
-  struct Function {
-    std::optional<std::string> image;
-    std::optional<std::string> symbol;
-  };
+  using Function = FunctionName;
 
   // One of the methods that the module intercepts, on the delegate that the system has now.
   struct Row {
@@ -36,6 +35,7 @@ struct IntegrationReport {
     std::vector<std::string> remarks = {};
   };
 
+  // All texts are UTF-8, whatever bytes a class or a function is named with.
   std::vector<Row> rows;
 
   // All of it, for a support ticket. No token, link or payload is in it.

@@ -7,13 +7,12 @@
 
 #include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibPlatform/Foundation/Exception.h"
+#include "ZibPlatform/Foundation/Strings.h"
 
 namespace zib {
 
 [[gnu::cold, gnu::noinline]] Stopped describeHandledException() noexcept {
-  if (auto description = describeHandledPlatformException()) {
-    return std::make_unique<std::string>(*std::move(description));
-  }
+  if (auto description = describeHandledPlatformException()) return description;
   try {
     throw;
   } catch (const std::exception& exception) {
@@ -25,7 +24,7 @@ namespace zib {
 
 [[gnu::cold, gnu::noinline]] void reportStopped(const char* operation, Stopped stopped) noexcept {
   try {
-    const std::string line = std::string("ZibMessaging: stopped an exception in ") + operation;
+    const std::string line = joined({"ZibMessaging: stopped an exception in ", operation});
     ZibLogger::shared().error(line, Error{"ZibMessaging", 0, *std::move(stopped), {}});
   } catch (...) {
     // The logger is what throws: there is nobody left to tell.

@@ -48,10 +48,10 @@ std::optional<bool> Dictionary::boolean(ConstantString key) const {
 }
 
 Result<ValueMap> Dictionary::values() const {
-  const Result<Value> value = valueFrom(Handle::native());
+  Result<Value> value = valueFrom(Handle::native());
   if (!value) return value.error();
-  const auto* map = value->get<ValueMap>();
-  return map == nullptr ? ValueMap() : *map;
+  auto* map = (*value).get<ValueMap>();
+  return map == nullptr ? ValueMap() : std::move(*map);
 }
 
 objc::id Dictionary::native() const {

@@ -1,7 +1,6 @@
 #include "ZibPlatform/Foundation/Error.h"
 
 #include "ZibPlatform/Foundation/Strings.h"
-#include "ZibPlatform/Foundation/ValueConversion.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -19,7 +18,9 @@ Error Error::fromNative(objc::id error) {
 
 Object Error::nativeError() const {
   if (native) return native;
-  const Object userInfo = objectFrom(ValueMap{{"NSLocalizedDescription", description}});
+  const Object userInfo = create<"NSMutableDictionary">();
+  send<void>(userInfo.raw(), selector<"setObject:forKey:">(), makeString(description).raw(),
+             constantString<"NSLocalizedDescription">.object());
   return create<"NSError", "initWithDomain:code:userInfo:">(
       makeString(domain).raw(), static_cast<objc::Integer>(code), userInfo.raw());
 }

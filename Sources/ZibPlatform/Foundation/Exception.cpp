@@ -7,15 +7,18 @@
 
 namespace zib {
 
-std::optional<std::string> describeHandledPlatformException() {
+std::unique_ptr<std::string> describeHandledPlatformException() {
   const objc::id exception = objc::handledException();
-  if (exception == nullptr) return std::nullopt;
-  if (!isKind<"NSException">(exception)) {
-    return std::string("an object of class ") + Class::ofObject(exception).name();
+  if (exception == nullptr) return nullptr;
+  auto description = std::make_unique<std::string>();
+  if (isKind<"NSException">(exception)) {
+    const Utf8 reason(StringRef::of(send<objc::id>(exception, selector<"reason">())));
+    const Utf8 name(StringRef::of(send<objc::id>(exception, selector<"name">())));
+    *description = joined({name.view(), reason.view().empty() ? "" : ": ", reason.view()});
+  } else {
+    *description = joined({"an object of class ", Class::ofObject(exception).name()});
   }
-  const auto reason = StringRef::of(send<objc::id>(exception, selector<"reason">())).utf8();
-  const auto name = StringRef::of(send<objc::id>(exception, selector<"name">())).utf8();
-  return name + (reason.empty() ? reason : ": " + reason);
+  return description;
 }
 
 }  // namespace zib

@@ -2,13 +2,13 @@
 
 #pragma once
 
-#include <optional>
+#include <memory>
 #include <string>
 
 namespace zib {
 
 // The name and the reason of the platform's exception that the caller's catch block is handling, or
 // the class of an object that is no NSException. None when it is an exception of C++.
-std::optional<std::string> describeHandledPlatformException();
+std::unique_ptr<std::string> describeHandledPlatformException();
 
 }  // namespace zib

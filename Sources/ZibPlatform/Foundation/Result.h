@@ -22,6 +22,7 @@ class Result {
   explicit operator bool() const noexcept { return !error_; }
   // Only when there is a value.
   const T& operator*() const { return value_; }
+  T& operator*() { return value_; }
   const T* operator->() const { return &value_; }
   // Only when there is none.
   [[nodiscard]] const Error& error() const { return *error_; }

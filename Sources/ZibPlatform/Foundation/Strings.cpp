@@ -224,6 +224,12 @@ std::string wellFormed(std::string_view utf8) {
   return result;
 }
 
+std::string joined(std::initializer_list<std::string_view> parts) {
+  std::string text;
+  for (const std::string_view part : parts) text.append(part);
+  return text;
+}
+
 std::string_view firstCharacters(std::string_view utf8, std::size_t count) noexcept {
   const std::string_view first = utf8.substr(0, count);
   if (isASCII(first)) return first;

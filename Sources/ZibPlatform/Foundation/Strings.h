@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -64,6 +65,9 @@ class Utf8 {
 
 // The same text with each maximal part that is ill-formed as U+FFFD.
 std::string wellFormed(std::string_view utf8);
+
+// The texts one after the other.
+std::string joined(std::initializer_list<std::string_view> parts);
 
 // The first `count` characters (Unicode scalar values) of UTF-8. A maximal part that is ill-formed
 // counts as one.

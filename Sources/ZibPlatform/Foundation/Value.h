@@ -162,7 +162,17 @@ class Value {
   [[nodiscard]] const T* get() const noexcept {
     return std::get_if<T>(&storage());
   }
+  // The same, to be moved from. Not of a text, which can be another's.
+  template <class T>
+  requires(!std::same_as<T, std::string>) [[nodiscard]] T* get() noexcept {
+    return std::get_if<T>(&storage_);
+  }
 
+  // Replaces the value by one of that type, made in place of the arguments.
+  template <class T, class... Arguments>
+  T& emplace(Arguments&&... arguments) {
+    return storage_.emplace<T>(std::forward<Arguments>(arguments)...);
+  }
   // Replaces the value by a copy of the text, made in place.
   void setText(std::string_view text) { storage_.emplace<std::string>(text); }
 

@@ -26,31 +26,36 @@ bool isBoolean(objc::id number) {
   return Class::ofObject(number) == booleanClass;
 }
 
-Value valueFromNumber(objc::id number) {
-  if (isBoolean(number)) return send<objc::BOOL>(number, selector<"boolValue">()) != 0;
-  const std::string_view type = send<const char*>(number, selector<"objCType">());
-  if (type == "d" || type == "f") return send<double>(number, selector<"doubleValue">());
-  if (type == "Q" || type == "L") {
-    return std::uint64_t{send<unsigned long long>(number, selector<"unsignedLongLongValue">())};
+void takeNumber(objc::id number, Value& into) {
+  if (isBoolean(number)) {
+    into.emplace<bool>(send<objc::BOOL>(number, selector<"boolValue">()) != 0);
+    return;
   }
-  return std::int64_t{send<long long>(number, selector<"longLongValue">())};
+  const std::string_view type = send<const char*>(number, selector<"objCType">());
+  if (type == "d" || type == "f") {
+    into.emplace<double>(send<double>(number, selector<"doubleValue">()));
+  } else if (type == "Q" || type == "L") {
+    into = std::uint64_t{send<unsigned long long>(number, selector<"unsignedLongLongValue">())};
+  } else {
+    into.emplace<std::int64_t>(send<long long>(number, selector<"longLongValue">()));
+  }
 }
 
 std::string description(objc::id object) {
   return StringRef::of(send<objc::id>(object, selector<"description">())).utf8();
 }
 
-Value valueFromScalar(objc::id object) {
-  if (isKind<"NSNumber">(object)) return valueFromNumber(object);
-  if (isKind<"NSNull">(object)) return Null{};
-  if (isKind<"NSData">(object)) {
+void takeScalar(objc::id object, Value& into) {
+  if (isKind<"NSNumber">(object)) {
+    takeNumber(object, into);
+  } else if (isKind<"NSData">(object)) {
     const auto bytes = bytesOf(object);
-    return Bytes(bytes.begin(), bytes.end());
+    into.emplace<Bytes>(bytes.begin(), bytes.end());
+  } else if (isKind<"NSDate">(object)) {
+    into.emplace<Date>(Date{send<double>(object, selector<"timeIntervalSince1970">())});
+  } else if (!isKind<"NSNull">(object)) {
+    into.emplace<std::string>(description(object));
   }
-  if (isKind<"NSDate">(object)) {
-    return Date{send<double>(object, selector<"timeIntervalSince1970">())};
-  }
-  return description(object);
 }
 
 // Takes an object apart, as far as is allowed.
@@ -58,13 +63,13 @@ class Taker {
  public:
   explicit Taker(Extent allowed) noexcept : allowed_(allowed) {}
 
-  // The null marker where there is an error.
-  Value take(objc::id object, int level = 0);
+  // `into` is the null marker, and stays so where there is an error.
+  void take(objc::id object, int level, Value& into);
   [[nodiscard]] const std::optional<Error>& error() const noexcept { return error_; }
 
  private:
-  Value takeDictionary(objc::id dictionary, int level);
-  Value takeCollection(objc::id collection, int level);
+  void takeDictionary(objc::id dictionary, int level, ValueMap& map);
+  void takeCollection(objc::id collection, int level, Array& array);
   void fail(ValueError problem);
   // What is taken now, of the outermost container's elements.
   void moveTo(int level, std::string_view key) {
@@ -95,23 +100,23 @@ void Taker::fail(ValueError problem) {
   if (error_) return;
   const bool isDeep = problem == ValueError::nestedTooDeep;
   const std::size_t limit = isDeep ? static_cast<std::size_t>(allowed_.levels) : allowed_.values;
-  std::string text = isDeep ? "nested too deep" : "too many values";
-  text.append(describePlace()).append("; ").append(std::to_string(limit));
-  text.append(isDeep ? " levels are allowed" : " are allowed");
-  error_ =
-      Error{std::string(valueErrorDomain), static_cast<std::int64_t>(problem), std::move(text), {}};
+  error_.emplace(
+      Error{std::string(valueErrorDomain),
+            static_cast<std::int64_t>(problem),
+            joined({isDeep ? "nested too deep" : "too many values", describePlace(), "; ",
+                    std::to_string(limit), isDeep ? " levels are allowed" : " are allowed"}),
+            {}});
 }
 
 // Keys that differ may have one text: of those, the entry of a string key stays.
 // NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
-Value Taker::takeDictionary(objc::id dictionary, int level) {
-  ValueMap map;
+void Taker::takeDictionary(objc::id dictionary, int level, ValueMap& map) {
   std::set<std::string> texts;
   const auto append = [&](const std::string& text, objc::id key) {
     if (!texts.insert(text).second) return;
     moveTo(level, text);
     const objc::id value = send<objc::id>(dictionary, selector<"objectForKey:">(), key);
-    map.append(text, take(value, level));
+    take(value, level, map.append(text));
   };
   bool hasOtherKeys = false;
   for (const objc::id key : keysOf(dictionary)) {
@@ -120,40 +125,43 @@ Value Taker::takeDictionary(objc::id dictionary, int level) {
     } else {
       hasOtherKeys = true;
     }
-    if (error_) return map;
+    if (error_) return;
   }
-  if (!hasOtherKeys) return map;
+  if (!hasOtherKeys) return;
   for (const objc::id key : keysOf(dictionary)) {
     if (!isKind<"NSString">(key)) append(description(key), key);
-    if (error_) return map;
+    if (error_) return;
   }
-  return map;
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
-Value Taker::takeCollection(objc::id collection, int level) {
-  Array array;
+void Taker::takeCollection(objc::id collection, int level, Array& array) {
   for (const objc::id element : elements(collection)) {
     moveTo(level, std::to_string(array.size()));
-    array.push_back(take(element, level));
-    if (error_) return array;
+    take(element, level, array.emplace_back());
+    if (error_) return;
   }
-  return array;
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
-Value Taker::take(objc::id object, int level) {
+void Taker::take(objc::id object, int level, Value& into) {
   if (++taken_ > allowed_.values) fail(ValueError::tooManyValues);
-  if (error_ || !isNSObject(object)) return Null{};
-  if (const auto text = StringRef::of(object)) return text.utf8();
+  if (error_ || !isNSObject(object)) return;
+  if (const auto text = StringRef::of(object)) {
+    into.setText(Utf8(text).view());
+    return;
+  }
   const bool isDictionary = isKind<"NSDictionary">(object);
   const bool isCollection = isKind<"NSArray">(object) || isKind<"NSSet">(object);
-  if (!isDictionary && !isCollection) return valueFromScalar(object);
-  if (level >= allowed_.levels) {
+  if (!isDictionary && !isCollection) {
+    takeScalar(object, into);
+  } else if (level >= allowed_.levels) {
     fail(ValueError::nestedTooDeep);
-    return Null{};
+  } else if (isDictionary) {
+    takeDictionary(object, level + 1, into.emplace<ValueMap>());
+  } else {
+    takeCollection(object, level + 1, into.emplace<Array>());
   }
-  return isDictionary ? takeDictionary(object, level + 1) : takeCollection(object, level + 1);
 }
 
 Object objectFromArray(const Array& array, int nesting) {
@@ -208,7 +216,8 @@ Object objectFrom(const Value& value, int nesting) { return value.visit(ObjectMa
 
 Result<Value> valueFrom(objc::id object, Extent allowed) {
   Taker taker(allowed);
-  Value value = taker.take(object);
+  Value value;
+  taker.take(object, 0, value);
   if (taker.error()) return *taker.error();
   return value;
 }

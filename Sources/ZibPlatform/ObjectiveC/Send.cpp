@@ -39,15 +39,6 @@ void reportMismatch(objc::id receiver, Selector selector, const char* sent, cons
   end();
 }
 
-// Foundations compiled without block support declare a block argument as a pointer to a structure.
-// It is passed alike, so it counts as a block.
-std::string withBlocksAsObjects(std::string types) {
-  for (std::size_t at = types.find("@?"); at != std::string::npos; at = types.find("@?", at + 1)) {
-    types.erase(at + 1, 1);
-  }
-  return types;
-}
-
 }  // namespace
 
 objc::id allocate(Class cls) { return send<objc::id>(cls.object(), selector<"alloc">()); }
@@ -59,9 +50,7 @@ Object create(Class cls) {
 void checkSend(objc::id receiver, Selector selector, const char* types) {
   const Method method = Class::ofObject(receiver).instanceMethod(selector);
   const char* actual = method ? method.typeEncoding() : nullptr;
-  if (actual == nullptr) return;
-  const std::string wanted = withBlocksAsObjects(encoding::normalised(types));
-  if (wanted != withBlocksAsObjects(encoding::normalised(actual))) {
+  if (actual != nullptr && !encoding::agree(types, actual)) {
     reportMismatch(receiver, selector, types, actual);
   }
 }

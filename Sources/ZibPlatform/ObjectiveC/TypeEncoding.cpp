@@ -41,6 +41,13 @@ char canonical(char type) {
   }
 }
 
+std::string withBlocksAsObjects(std::string types) {
+  for (std::size_t at = types.find("@?"); at != std::string::npos; at = types.find("@?", at + 1)) {
+    types.erase(at + 1, 1);
+  }
+  return types;
+}
+
 }  // namespace
 
 std::string normalised(std::string_view types) {
@@ -60,6 +67,10 @@ std::string normalised(std::string_view types) {
     }
   }
   return result;
+}
+
+bool agree(std::string_view one, std::string_view other) {
+  return withBlocksAsObjects(normalised(one)) == withBlocksAsObjects(normalised(other));
 }
 
 }  // namespace zib::encoding

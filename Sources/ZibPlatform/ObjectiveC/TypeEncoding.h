@@ -114,5 +114,8 @@ struct Method<Result(Arguments...)> {
 // and structure names, the spelling of a 64-bit long, and the sign of an integer, since Swift
 // declares lengths signed. They are passed alike.
 std::string normalised(std::string_view types);
+// Whether two are the same so, with a block for an object: Foundations compiled without block
+// support declare one as a pointer to a structure, which is passed alike.
+bool agree(std::string_view one, std::string_view other);
 
 }  // namespace zib::encoding
