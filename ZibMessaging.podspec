@@ -24,6 +24,8 @@ Pod::Spec.new do |spec|
   spec.resource_bundles = { 'ZibMessaging' => ['Sources/ZibC/PrivacyInfo.xcprivacy'] }
   spec.pod_target_xcconfig = {
     'CLANG_CXX_LANGUAGE_STANDARD' => 'c++20',
+    # Nothing of the module asks an object for its type.
+    'GCC_ENABLE_CPP_RTTI' => 'NO',
     'HEADER_SEARCH_PATHS' => '"${PODS_TARGET_SRCROOT}/Sources" ' \
                              '"${PODS_TARGET_SRCROOT}/Sources/ZibC" ' \
                              '"${PODS_TARGET_SRCROOT}/Sources/ZibObjectiveC"',

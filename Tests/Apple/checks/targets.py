@@ -45,7 +45,8 @@ class Configuration:
 
 
 CHECKED = ("-Os", "-DZIB_CHECKS_SENDS")
-RELEASE = ("-Oz", "-flto")
+# Nothing of the module asks an object for its type.
+RELEASE = ("-Oz", "-flto", "-fno-rtti")
 SMALLEST = Configuration("device, -Oz, LTO, release", DEVICE, RELEASE)
 CONFIGURATIONS = [
     Configuration("device, -Os", DEVICE, CHECKED),
