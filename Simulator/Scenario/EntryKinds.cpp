@@ -161,7 +161,7 @@ Kind<Json> event() {
 // What the system calls back, by the name of the method that it calls.
 const NameList& callbacks() {
   static const NameList names{"didRegister", "didFail",    "openURL", "openURLContexts",
-                           "willPresent", "didReceive", "token"};
+                              "willPresent", "didReceive", "token"};
   return names;
 }
 

@@ -54,7 +54,7 @@ void reportCircle(Row row) noexcept {
 }
 
 // What is called after the module's own handling, or nothing.
-struct HostMethod {
+struct ReplacedMethod {
   Destination destination;
   Selector selector;
 
@@ -78,7 +78,7 @@ class Intercepted {
   [[nodiscard]] bool isNew() const noexcept { return inProgress_.isNew(); }
 
   // After the module's own handling.
-  [[nodiscard]] HostMethod hostMethod() const {
+  [[nodiscard]] ReplacedMethod hostMethod() const {
     if (isCircle()) {
       reportCircle(row_);
       return {{}, selector()};
@@ -128,7 +128,7 @@ struct Interceptors {
         ZibMessaging::shared().takeDeviceToken(bytesOf(data));
       });
     }
-    if (const HostMethod host = callback.hostMethod()) host.call<void>(application, token);
+    if (const ReplacedMethod host = callback.hostMethod()) host.call<void>(application, token);
   }
 
   static void didFailRegister(const Installation& installation, id self, id application, id error) {
@@ -140,7 +140,7 @@ struct Interceptors {
         ZibMessaging::shared().didFailToRegisterForRemoteNotifications(Error::fromNative(error));
       });
     }
-    if (const HostMethod host = callback.hostMethod()) host.call<void>(application, error);
+    if (const ReplacedMethod host = callback.hostMethod()) host.call<void>(application, error);
   }
 
   static BOOL openURL(const Installation& installation, id self, id application, id url,
@@ -155,7 +155,7 @@ struct Interceptors {
         logCampaignParameters(*opened, text.view());
       });
     }
-    if (const HostMethod host = callback.hostMethod()) {
+    if (const ReplacedMethod host = callback.hostMethod()) {
       return host.call<BOOL>(application, url, options);
     }
     return callback.isCircle() ? BOOL{1} : openWithOlderMethod(self, application, url, options);
@@ -179,7 +179,7 @@ struct Interceptors {
       ZibDeepLinkHandler::shared().handleURL(*url, "scene_delegate");
     });
     if (isEmpty) return;
-    if (const HostMethod host = callback.hostMethod()) host.call<void>(scene, contexts);
+    if (const ReplacedMethod host = callback.hostMethod()) host.call<void>(scene, contexts);
   }
 
   // The completion belongs to the system and has to be called once: by the host through the wrapper
@@ -193,7 +193,7 @@ struct Interceptors {
       ZibMessaging::shared().handlePresentation(*Borrowed<Notification>(notification));
     }
     using Completion = Block<void(UInteger)>;
-    const HostMethod host = callback.hostMethod();
+    const ReplacedMethod host = callback.hostMethod();
     if (!host) {
       if (!callback.isCompleted()) Completion::call(completion, foregroundPresentationOptions());
       return;
@@ -216,7 +216,7 @@ struct Interceptors {
       ZibMessaging::shared().handleResponse(*Borrowed<NotificationResponse>(response));
     }
     using Completion = Block<void()>;
-    const HostMethod host = callback.hostMethod();
+    const ReplacedMethod host = callback.hostMethod();
     if (!host) {
       if (!callback.isCompleted()) Completion::call(completion);
       return;
@@ -240,7 +240,7 @@ struct Interceptors {
         if (given) ZibMessaging::shared().takeFCMToken(text.view());
       });
     }
-    if (const HostMethod host = callback.hostMethod()) host.call<void>(messaging, token);
+    if (const ReplacedMethod host = callback.hostMethod()) host.call<void>(messaging, token);
   }
 };
 
