@@ -15,7 +15,6 @@ _LIBCPP_BEGIN_NAMESPACE_STD
 #define ZIB_DEFINE(...) template __VA_ARGS__;
 _LIBCPP_STRING_V1_EXTERN_TEMPLATE_LIST(ZIB_DEFINE, char)
 #undef ZIB_DEFINE
-template string operator+<char, char_traits<char>, allocator<char>>(const char*, const string&);
 
 namespace {
 
