@@ -12,6 +12,7 @@
 #include "Simulator/CommandLine/RunCommand.h"
 #include "Simulator/CommandLine/ServeCommand.h"
 #include "Simulator/CommandLine/Usage.h"
+#include "Simulator/HTTP/Library.h"
 #include "Simulator/Scenario/Reader.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
@@ -63,6 +64,8 @@ class CommandLine {
     } catch (const sim::UsageError& error) {
       std::istringstream lines(error.what());
       for (std::string line; std::getline(lines, line);) std::cerr << "zibsim: " << line << '\n';
+    } catch (const sim::HTTPLibraryMissing& error) {
+      std::cerr << "zibsim: " << error.what() << '\n';
     }
     return sim::wrongUsage;
   }

@@ -5,6 +5,7 @@
 
 #include "Simulator/CommandLine/Usage.h"
 #include "Simulator/Foundation/Foundation.h"
+#include "Simulator/HTTP/Library.h"
 #include "Simulator/Inspect/Inspection.h"
 #include "Simulator/Page/Server.h"
 #include "ZibPlatform/ObjectiveC/AutoreleasePool.h"
@@ -26,6 +27,8 @@ int servePage(const ServeOptions& options) {
   std::optional<PageServer> server;
   try {
     server.emplace(options.port, "/proc/self/exe");
+  } catch (const HTTPLibraryMissing&) {
+    throw;
   } catch (const std::runtime_error& error) {
     throw UsageError(std::string("--port: ") + error.what() +
                      "; allowed: a port that is free, 0 for any");

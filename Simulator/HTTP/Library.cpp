@@ -2,8 +2,6 @@
 
 #include <dlfcn.h>
 
-#include <stdexcept>
-
 namespace sim {
 namespace {
 
@@ -12,7 +10,8 @@ const HTTPLibrary& load() {
   void* const library = ::dlopen(ZIB_HTTP_LIBRARY, RTLD_NOW | RTLD_LOCAL);
   void* const table = library == nullptr ? nullptr : ::dlsym(library, "zib_http_library");
   if (table == nullptr) {
-    throw std::runtime_error(std::string("what carries HTTP cannot be loaded: ") + ::dlerror());
+    throw HTTPLibraryMissing(std::string("what carries HTTP cannot be loaded: ") + ::dlerror() +
+                             "; expected: lib/zibsim/" ZIB_HTTP_LIBRARY " beside bin");
   }
   return *static_cast<const HTTPLibrary*>(table);
 }

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "Simulator/HTTP/Server.h"
@@ -22,7 +23,12 @@ struct HTTPLibrary {
   std::optional<std::string> (*resolve)(const std::string& base, const std::string& reference);
 };
 
-// Stays loaded. Throws std::runtime_error where it cannot be found. Any thread.
+class HTTPLibraryMissing : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Stays loaded. Throws HTTPLibraryMissing. Any thread.
 const HTTPLibrary& httpLibrary();
 
 }  // namespace sim

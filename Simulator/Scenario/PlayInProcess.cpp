@@ -18,6 +18,7 @@
 
 #include "Simulator/Device/Documents.h"
 #include "Simulator/Foundation/Foundation.h"
+#include "Simulator/HTTP/Library.h"
 #include "Simulator/Scenario/Interruption.h"
 #include "Simulator/Scenario/Player.h"
 
@@ -166,6 +167,10 @@ template <class At>
 void playAll(std::size_t count, std::size_t jobs, const At& at, PlayListener& listener) {
   // Once for all of them, since each starts as a copy of this process.
   foundation::prepare();
+  for (std::size_t index = 0; index < count; ++index) {
+    // Nor may each read any file: one whose Documents are read-only is nobody's for files.
+    if (!at(index).network.empty()) static_cast<void>(httpLibrary());
+  }
   // First, so that the folders are gone when a signal has its effect.
   const Interruption interruption;
   std::list<Process> processes;

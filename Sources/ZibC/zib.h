@@ -4,7 +4,8 @@
 // retains it, and what a function returns belongs to its caller where the name says copy or create.
 // No function fails loudly, and none lets an exception out: what goes wrong is an error line of the
 // core's. A missing object or text, or an object of another class than is asked for, is one error
-// line that names the operation, which then does nothing.
+// line that names the operation, which then does nothing; an application or an error is taken as it
+// is.
 //
 // Functions may be called on any thread and run on it, unless it says main thread. Host functions
 // may be called on any thread, unless it says which, and never after their context was released.
