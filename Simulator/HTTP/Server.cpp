@@ -1,29 +1,18 @@
 #include "Simulator/HTTP/Server.h"
 
-#include <strings.h>
-
 #include <algorithm>
 
 namespace sim {
-namespace {
-
-template <class IsName>
-std::optional<std::string> first(const std::vector<HTTPHeader>& list, IsName isName) {
-  const auto found = std::find_if(list.begin(), list.end(),
-                                  [&](const HTTPHeader& each) { return isName(each.name); });
-  return found == list.end() ? std::nullopt : std::optional(found->value);
-}
-
-}  // namespace
 
 std::optional<std::string> ServedRequest::header(std::string_view name) const {
-  return first(headers, [&](const std::string& each) {
-    return each.size() == name.size() && ::strncasecmp(each.data(), name.data(), name.size()) == 0;
-  });
+  const std::string* const value = headerValue(headers, lowerCase(name));
+  return value == nullptr ? std::nullopt : std::optional(*value);
 }
 
 std::optional<std::string> ServedRequest::parameter(std::string_view name) const {
-  return first(parameters, [&](const std::string& each) { return each == name; });
+  const auto found = std::find_if(parameters.begin(), parameters.end(),
+                                  [&](const HTTPHeader& each) { return each.name == name; });
+  return found == parameters.end() ? std::nullopt : std::optional(found->value);
 }
 
 }  // namespace sim

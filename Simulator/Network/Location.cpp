@@ -3,6 +3,7 @@
 #include <algorithm>
 
 namespace sim {
+
 std::optional<Location> locate(std::string_view url) {
   constexpr std::string_view separator = "://";
   const std::size_t schemeEnd = url.find(separator);
@@ -18,15 +19,6 @@ std::optional<Location> locate(std::string_view url) {
                     (target.starts_with('/') ? "" : "/") + std::string(target)};
   const bool hasHost = !location.authority.empty() && location.authority.front() != ':';
   return hasHost ? std::optional(std::move(location)) : std::nullopt;
-}
-
-std::string lowerCase(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-  });
-  return lower;
 }
 
 }  // namespace sim

@@ -15,10 +15,7 @@ const std::string* redirectTarget(const HTTPResponse& response) {
   if (std::find(redirects.begin(), redirects.end(), response.status) == redirects.end()) {
     return nullptr;
   }
-  const auto header =
-      std::find_if(response.headers.begin(), response.headers.end(),
-                   [](const HTTPHeader& each) { return lowerCase(each.name) == "location"; });
-  return header == response.headers.end() ? nullptr : &header->value;
+  return headerValue(response.headers, "location");
 }
 
 // The request that a redirect leads to; none where it leads nowhere.

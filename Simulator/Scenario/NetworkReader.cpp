@@ -88,9 +88,7 @@ void readBodyInto(Reply& reply, const Node& node, const std::filesystem::path& f
     found = body;
     Body read = readBody(kind, *body, folder);
     reply.body = std::move(read.bytes);
-    const bool hasType =
-        std::any_of(reply.headers.begin(), reply.headers.end(),
-                    [](const auto& header) { return lowerCase(header.name) == "content-type"; });
+    const bool hasType = headerValue(reply.headers, "content-type") != nullptr;
     if (!hasType) reply.headers.push_back({"Content-Type", read.type});
   }
 }

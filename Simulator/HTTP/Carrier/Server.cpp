@@ -10,17 +10,16 @@
 namespace sim {
 namespace {
 
-std::vector<HTTPHeader> listOf(const std::multimap<std::string, std::string>& map) {
+template <class Map>
+std::vector<HTTPHeader> listOf(const Map& map) {
   std::vector<HTTPHeader> list;
   for (const auto& [name, value] : map) list.push_back({name, value});
   return list;
 }
 
 ServedRequest requestFrom(const httplib::Request& request) {
-  ServedRequest served{request.method,         request.target, request.path, {},
-                       listOf(request.params), request.body};
-  for (const auto& [name, value] : request.headers) served.headers.push_back({name, value});
-  return served;
+  return {request.method,          request.target,         request.path,
+          listOf(request.headers), listOf(request.params), request.body};
 }
 
 void fill(httplib::Response& response, ServedResponse served) {
