@@ -91,6 +91,39 @@ TEST_F(IntegrationReportTest, AnotherLibraryThatCameBeforeUs) {
   EXPECT_EQ(row.chain[1].symbol, "libraryMethod");
 }
 
+TEST_F(IntegrationReportTest, LibrariesBeforeAndAfterUs) {
+  installLibrary("Whole", presentMethod);
+  const Object delegate = install("Whole");
+  installLibrary("Whole", presentMethod);
+  const auto row = rowOf(presentMethod);
+  EXPECT_EQ(row.state, State::swapped);
+  ASSERT_EQ(row.chain.size(), 1U);
+  EXPECT_EQ(row.chain[0].symbol, "libraryMethod");
+  EXPECT_EQ(row.remarks, Lines{"replaced after us by libraryMethod in HostTests"});
+}
+
+// Observation puts a hidden class before the delegate's, which nobody who reads a report knows.
+TEST_F(IntegrationReportTest, AnObservedDelegate) {
+  const Object delegate = make("Whole");
+  const zib::Class visible = zib::Class::ofObject(delegate.raw());
+  const Object observer = make("Partial");
+  const Object key = zib::makeString("badges");
+  zib::send<void>(delegate.raw(), zib::selector<"addObserver:forKeyPath:options:context:">(),
+                  observer.raw(), key.raw(), UInteger{0}, static_cast<void*>(nullptr));
+  ASSERT_NE(zib::Class::ofObject(delegate.raw()), visible);
+  sim::usernotifications::setDelegate(delegate);
+  configure();
+  const auto row = rowOf(presentMethod);
+  EXPECT_EQ(row.delegateClass, "Whole");
+  EXPECT_EQ(row.state, State::swapped);
+  ASSERT_EQ(row.chain.size(), 2U);
+  EXPECT_EQ(row.chain[0].symbol, ours);
+  EXPECT_EQ(row.chain[1].image, "HostTests");
+  EXPECT_TRUE(row.remarks.empty());
+  zib::send<void>(delegate.raw(), zib::selector<"removeObserver:forKeyPath:">(), observer.raw(),
+                  key.raw());
+}
+
 TEST_F(IntegrationReportTest, CallbacksByHand) {
   const Object delegate = install("ByHand");
   for (int time = 0; time < 3; ++time) present(delegate);
