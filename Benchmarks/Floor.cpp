@@ -20,6 +20,7 @@
 #include "ZibPlatform/ObjectiveC/Block.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/ClassBuilder.h"
+#include "ZibPlatform/ObjectiveC/Object.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace bench::floor {
@@ -31,6 +32,7 @@ using zib::Class;
 using zib::classNamed;
 using zib::ConstantString;
 using zib::constantString;
+using zib::Object;
 using zib::selector;
 using zib::send;
 using zib::objc::BOOL;
@@ -169,6 +171,7 @@ void trackCampaign(id url, std::string_view text) {
 }
 
 BOOL openURL(id self, SEL, id application, id url, id options) {
+  const Object receiver = Object::retained(self);
   {
     const Text text(send<id>(url, selector<"absoluteString">()));
     log("🔗 [INTERCEPTED] application:open:options: ", text.view());
@@ -176,8 +179,8 @@ BOOL openURL(id self, SEL, id application, id url, id options) {
   }
   const IMP host = state.openURL;
   if (host == nullptr) return BOOL{1};
-  return callHost<BOOL>(host, self, selector<"application:openURL:options:">(), application, url,
-                        options);
+  return callHost<BOOL>(host, receiver.raw(), selector<"application:openURL:options:">(),
+                        application, url, options);
 }
 
 constexpr std::array<ConstantString, 9> linkKeys{
@@ -249,6 +252,7 @@ bool open(id url) {
 // Tokens.
 
 void didRegister(id self, SEL, id application, id token) {
+  const Object receiver = Object::retained(self);
   log("📲 [INTERCEPTED] didRegisterForRemoteNotifications");
   const auto* bytes =
       static_cast<const std::uint8_t*>(send<const void*>(token, selector<"bytes">()));
@@ -269,13 +273,14 @@ void didRegister(id self, SEL, id application, id token) {
   log("📱 APNS token registered: ", {shown.data(), 2 * shownBytes}, "...");
   log("   ℹ️ APNS registered, waiting for fresh FCM token from Firebase...");
   if (const IMP host = state.didRegister) {
-    callHost<void>(host, self,
+    callHost<void>(host, receiver.raw(),
                    selector<"application:didRegisterForRemoteNotificationsWithDeviceToken:">(),
                    application, token);
   }
 }
 
 void didFailRegister(id self, SEL, id application, id error) {
+  const Object receiver = Object::retained(self);
   log("❌ [INTERCEPTED] didFailToRegisterForRemoteNotifications");
   const zib::Error value = zib::Error::fromNative(error);
   ZibLogger::shared().error("Failed to register for push", value);
@@ -283,7 +288,7 @@ void didFailRegister(id self, SEL, id application, id error) {
     delegate->zibMessagingDidFailToRegisterWithError(ZibMessaging::shared(), value);
   }
   if (const IMP host = state.didFailRegister) {
-    callHost<void>(host, self,
+    callHost<void>(host, receiver.raw(),
                    selector<"application:didFailToRegisterForRemoteNotificationsWithError:">(),
                    application, error);
   }
@@ -309,6 +314,7 @@ void setFCMToken(std::string_view token) {
 }
 
 void fcmToken(id self, SEL, id messaging, id token) {
+  const Object receiver = Object::retained(self);
   if (isString(token)) {
     const Text text(token);
     log("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: ",
@@ -318,8 +324,8 @@ void fcmToken(id self, SEL, id messaging, id token) {
     log("🔥 [INTERCEPTED] Firebase MessagingDelegate - FCM token: nil...");
   }
   if (const IMP host = state.fcmTokenIMP) {
-    callHost<void>(host, self, selector<"messaging:didReceiveRegistrationToken:">(), messaging,
-                   token);
+    callHost<void>(host, receiver.raw(), selector<"messaging:didReceiveRegistrationToken:">(),
+                   messaging, token);
   }
 }
 
@@ -346,6 +352,7 @@ UInteger presentationOptions() {
 }
 
 void willPresent(id self, SEL, id center, id notification, BlockLayout* completion) {
+  const Object receiver = Object::retained(self);
   log("🔔 [INTERCEPTED] willPresent notification");
   const id userInfo = userInfoOf(notification);
   log("Notification received in foreground");
@@ -363,12 +370,13 @@ void willPresent(id self, SEL, id center, id notification, BlockLayout* completi
       Block<void(UInteger)>::from([completion = Block<void(UInteger)>::copied(completion)](
                                       UInteger chosen) { completion(chosen); });
   callHost<void>(
-      host, self,
+      host, receiver.raw(),
       selector<"userNotificationCenter:willPresentNotification:withCompletionHandler:">(), center,
       notification, wrapper.raw());
 }
 
 void didReceive(id self, SEL, id center, id response, BlockLayout* completion) {
+  const Object receiver = Object::retained(self);
   log("👆 [INTERCEPTED] didReceive notification response");
   const id userInfo = userInfoOf(send<id>(response, selector<"notification">()));
   log("Notification tapped with action: ",
@@ -387,12 +395,13 @@ void didReceive(id self, SEL, id center, id response, BlockLayout* completion) {
   const auto wrapper =
       Block<void()>::from([completion = Block<void()>::copied(completion)] { completion(); });
   callHost<void>(
-      host, self,
+      host, receiver.raw(),
       selector<"userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:">(),
       center, response, wrapper.raw());
 }
 
 void sceneOpenURLContexts(id self, SEL, id scene, id contexts) {
+  const Object receiver = Object::retained(self);
   const id context = send<id>(contexts, selector<"anyObject">());
   if (context == nullptr) return;
   const id url = send<id>(context, selector<"URL">());
@@ -403,7 +412,7 @@ void sceneOpenURLContexts(id self, SEL, id scene, id contexts) {
     log("ZibDeepLinkHandler: URL from scene_delegate - ", text.view());
   }
   if (const IMP host = state.sceneOpenURL) {
-    callHost<void>(host, self, selector<"scene:openURLContexts:">(), scene, contexts);
+    callHost<void>(host, receiver.raw(), selector<"scene:openURLContexts:">(), scene, contexts);
   }
 }
 

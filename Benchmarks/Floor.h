@@ -2,9 +2,10 @@
 // hands the core the same lines and the same fields, forwards alike, and does nothing else.
 //
 // A floor keeps what the contract asks of the module: fields that several threads may read, strings
-// only where they are strings, links parsed by the platform, completions passed on by a wrapper. It
-// does without what is for cases that a benchmark does not have: several intercepted classes, hosts
-// that call super, exceptions of hosts and cores.
+// only where they are strings, links parsed by the platform, completions passed on by a wrapper,
+// the delegate kept until its own method has run. It does without what is for cases that a
+// benchmark does not have: several intercepted classes, hosts that call super, exceptions of hosts
+// and cores.
 
 #pragma once
 
