@@ -70,4 +70,10 @@ TEST_F(MainQueueTest, WorkIsDestroyedOnceItHasRun) {
 
 TEST_F(MainQueueTest, TheMainThreadKnowsItself) { EXPECT_TRUE(zib::isMainThread()); }
 
+TEST_F(MainQueueTest, AThreadOfTheHostsOwnIsNotTheMainThread) {
+  bool isMain = true;
+  std::thread([&] { isMain = zib::isMainThread(); }).join();
+  EXPECT_FALSE(isMain);
+}
+
 }  // namespace
