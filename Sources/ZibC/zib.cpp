@@ -158,7 +158,7 @@ class Operation {
   }
   template <zib::FixedString ClassName>
   bool hasA(const char* argument, zib_object given) const noexcept {
-    return has(argument, given) && isA(argument, given, ClassName.data(), &zib::isKind<ClassName>);
+    return hasA(argument, given, zib::knownClass<ClassName>);
   }
 
  private:
@@ -171,10 +171,10 @@ class Operation {
     }
     return isMet;
   }
-  bool isA(const char* argument, zib_object given, const char* className,
-           bool (*isOne)(zib_object)) const noexcept {
-    return require(zib::containedOr(false, name_, [&] { return isOne(given); }), argument,
-                   " is no ", className);
+  bool hasA(const char* argument, zib_object given, zib::KnownClass& cls) const noexcept {
+    return has(argument, given) &&
+           require(zib::containedOr(false, name_, [&] { return zib::isKind(given, cls); }),
+                   argument, " is no ", cls.name);
   }
 
   const char* name_;

@@ -49,14 +49,14 @@ bool isNSObject(objc::id object) {
   return cls && (cls.derivesFrom(root) || cls.derivesFrom(Class::ofObject(root.object())));
 }
 
-bool isKind(objc::id object, KnownClass& ancestor, std::atomic<objc::Class>& lastFound) {
+bool isOtherKind(objc::id object, KnownClass& ancestor) {
   const Class cls = Class::ofObject(object);
   const Class wanted = ancestor.find();
   if (!wanted || !isNSObject(object)) return false;
   if (!cls.derivesFrom(wanted)) {
     return send<objc::BOOL>(object, selector<"isKindOfClass:">(), wanted.raw()) != 0;
   }
-  lastFound.store(cls.raw(), std::memory_order_relaxed);
+  ancestor.lastKind.store(cls.raw(), std::memory_order_relaxed);
   return true;
 }
 

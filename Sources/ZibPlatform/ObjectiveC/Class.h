@@ -80,6 +80,8 @@ struct KnownClass {
 
   const char* name;
   std::atomic<objc::Class> found{nullptr};
+  // Of an object that isKind() said yes of, the class, whose ancestry has this one.
+  std::atomic<objc::Class> lastKind{nullptr};
 };
 
 template <FixedString Name>
@@ -96,25 +98,30 @@ Class classNamed() {
 bool isNSObject(objc::id object);
 bool respondsTo(objc::id object, Selector selector);
 
-// What isKind() does for an object of another class than `lastFound`.
-bool isKind(objc::id object, KnownClass& ancestor, std::atomic<objc::Class>& lastFound);
+// What isKind() does for an object of another class than the last one.
+bool isOtherKind(objc::id object, KnownClass& ancestor);
 
 // Whether the object is an instance of the class or of one that derives from it, by its ancestry or
 // its own answer. Says false for nil, and for what is outside NSObject's hierarchy. Cheap for
 // objects of the same class as the last one: a payload's strings are mostly of one class. Only that
 // class is remembered whose ancestry says yes, which never changes.
+inline bool isKind(objc::id object, KnownClass& ancestor) {
+  return object != nullptr &&
+         (objc::classOf(object) == ancestor.lastKind.load(std::memory_order_relaxed) ||
+          isOtherKind(object, ancestor));
+}
 template <FixedString Name>
 bool isKind(objc::id object) {
-  if (object == nullptr) return false;
-  static constinit std::atomic<objc::Class> lastFound{nullptr};
-  return objc::classOf(object) == lastFound.load(std::memory_order_relaxed) ||
-         isKind(object, knownClass<Name>, lastFound);
+  return isKind(object, knownClass<Name>);
 }
 
 // The object where it is of that class; nil where it is not.
+inline objc::id cast(objc::id object, KnownClass& ancestor) {
+  return isKind(object, ancestor) ? object : nullptr;
+}
 template <FixedString Name>
 objc::id cast(objc::id object) {
-  return isKind<Name>(object) ? object : nullptr;
+  return cast(object, knownClass<Name>);
 }
 
 }  // namespace zib
