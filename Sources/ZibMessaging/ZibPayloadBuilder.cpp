@@ -70,7 +70,7 @@ zib::ValueMap ZibPayloadBuilder::createEventPayload(
   contained("createEventPayload", [&] {
     payload.append("event_name", eventName);
     payload.append("timestamp", zib::currentTimeInISO8601());
-    payload.append("platform_name", zib::platformName.value());
+    payload.append("platform_name").setConstant(zib::platformName.value());
     if (properties) payload.append("properties", *std::move(properties));
   });
   return payload;

@@ -1,10 +1,10 @@
 #include "ZibMessaging/Private/CampaignParameters.h"
 
-#include <map>
 #include <string>
 
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibMessaging/Private/QuotedText.h"
+#include "ZibPlatform/Foundation/Value.h"
 
 namespace zib {
 namespace {
@@ -20,12 +20,15 @@ bool mayHaveParameters(std::string_view url) {
          url.find('%', query) != std::string_view::npos;
 }
 
-// By name, so that the line is the same for the same parameters. The last of a name decides.
-std::map<std::string, std::string> parametersOf(const URL& url) {
-  std::map<std::string, std::string> parameters;
-  for (const QueryItem& item : url.queryItems()) {
-    std::string name = item.name.utf8();
-    if (name.starts_with(prefix)) parameters[std::move(name)] = item.value.utf8();
+// As often as the query has them.
+ValueMap parametersOf(const URL& url) {
+  const auto items = url.queryItems();
+  ValueMap parameters;
+  parameters.reserve(items.size());
+  for (const QueryItem& item : items) {
+    const Utf8 name(item.name);
+    if (!name.view().starts_with(prefix)) continue;
+    parameters.append(name.view()).setText(Utf8(item.value).view());
   }
   return parameters;
 }
@@ -37,11 +40,15 @@ void logCampaignParameters(const URL& url, std::string_view text) {
   const auto parameters = parametersOf(url);
   if (parameters.empty()) return;
   std::string line = "   📊 UTM parameters: [";
-  for (const auto& [name, value] : parameters) {
+  // By name, so that the line is the same for the same parameters. The last of a name decides.
+  const auto sorted = byKey(parameters);
+  for (std::size_t at = 0; at < sorted.size(); ++at) {
+    const Member& parameter = *sorted[at];
+    if (at + 1 < sorted.size() && sorted[at + 1]->key == parameter.key) continue;
     if (line.back() != '[') line.append(", ");
-    appendQuoted(line, name);
+    appendQuoted(line, parameter.key);
     line.append(": ");
-    appendQuoted(line, value);
+    appendQuoted(line, *parameter.value.get<std::string>());
   }
   logLine(line.append("]"));
 }

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "ZibPlatform/Foundation/ISO8601.h"
 
@@ -68,16 +67,8 @@ class JSONWriter {
     text_.push_back(']');
   }
   void append(const ValueMap& members) {
-    std::vector<const Member*> sorted;
-    for (const Member& member : members) sorted.push_back(&member);
-    // By a heap, whose code is a third of std::sort's.
-    const auto isBefore = [](const Member* one, const Member* other) {
-      return one->key < other->key;
-    };
-    std::make_heap(sorted.begin(), sorted.end(), isBefore);
-    std::sort_heap(sorted.begin(), sorted.end(), isBefore);
     text_.push_back('{');
-    for (const Member* member : sorted) {
+    for (const Member* member : byKey(members)) {
       separate('{');
       append(member->key);
       text_.push_back(':');

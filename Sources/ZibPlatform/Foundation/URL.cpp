@@ -1,6 +1,5 @@
 #include "ZibPlatform/Foundation/URL.h"
 
-#include "ZibPlatform/Foundation/Elements.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
@@ -43,11 +42,12 @@ std::vector<QueryItem> URL::queryItems() const {
       sendToClass<"NSURLComponents", "componentsWithURL:resolvingAgainstBaseURL:">(native(),
                                                                                    objc::BOOL{1});
   const objc::id items = send<objc::id>(components, selector<"queryItems">());
-  std::vector<QueryItem> result;
-  result.reserve(send<objc::UInteger>(items, selector<"count">()));
-  for (const objc::id item : elements(items)) {
-    result.push_back({StringRef::of(send<objc::id>(item, selector<"name">())),
-                      StringRef::of(send<objc::id>(item, selector<"value">()))});
+  std::vector<QueryItem> result(send<objc::UInteger>(items, selector<"count">()));
+  for (std::size_t index = 0; index < result.size(); ++index) {
+    const objc::id item =
+        send<objc::id>(items, selector<"objectAtIndex:">(), objc::UInteger{index});
+    result[index] = {StringRef::of(send<objc::id>(item, selector<"name">())),
+                     StringRef::of(send<objc::id>(item, selector<"value">()))};
   }
   return result;
 }

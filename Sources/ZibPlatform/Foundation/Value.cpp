@@ -1,10 +1,22 @@
 #include "ZibPlatform/Foundation/Value.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 
 namespace zib {
+namespace {
+
+// Of the members that these point to; where they lie decides between equal ones.
+int compareKeys(const void* one, const void* other) {
+  const Member* const first = *static_cast<const Member* const*>(one);
+  const Member* const second = *static_cast<const Member* const*>(other);
+  const int order = first->key.compare(second->key);
+  return order != 0 ? order : (first < second ? -1 : 1);
+}
+
+}  // namespace
 
 Value::Value(StringRef value) {
   if (value) setText(Utf8(value).view());
@@ -55,7 +67,7 @@ void ValueMap::set(std::string_view key, Value value) {
 }
 
 void ValueMap::append(std::string_view key, Value value) {
-  members_.emplace_back(key, std::move(value));
+  append(key) = std::move(value);
 }
 
 Value& ValueMap::append(std::string_view key) { return members_.emplace_back(key).value; }
@@ -65,6 +77,21 @@ const Value* ValueMap::find(std::string_view key) const noexcept {
     if (member.key == key) return &member.value;
   }
   return nullptr;
+}
+
+void ValueMap::dropRepeatedKeys() {
+  const auto sorted = byKey(*this);
+  const auto areOfOneKey = [](const Member* one, const Member* other) {
+    return one->key == other->key;
+  };
+  if (std::adjacent_find(sorted.begin(), sorted.end(), areOfOneKey) == sorted.end()) return;
+  ValueMap kept;
+  for (const Member* const member : sorted) {
+    if (!kept.empty() && areOfOneKey(&kept.members_.back(), member)) continue;
+    Member& own = members_[static_cast<std::size_t>(member - members_.data())];
+    kept.append(own.key, std::move(own.value));
+  }
+  members_.swap(kept.members_);
 }
 
 std::size_t ValueMap::size() const noexcept { return members_.size(); }
@@ -78,6 +105,15 @@ bool operator==(const ValueMap& one, const ValueMap& other) {
            const Value* value = other.find(member.key);
            return value != nullptr && *value == member.value;
          });
+}
+
+std::vector<const Member*> byKey(const ValueMap& map) {
+  std::vector<const Member*> sorted(map.size());
+  std::transform(map.begin(), map.end(), sorted.begin(),
+                 [](const Member& member) { return &member; });
+  // The C library's own sorting, which is no code of ours.
+  std::qsort(sorted.data(), sorted.size(), sizeof(const Member*), &compareKeys);
+  return sorted;
 }
 
 }  // namespace zib

@@ -60,10 +60,13 @@ class ValueMap {
   void reserve(std::size_t count);
   // Replaces the value of a key that is there.
   void set(std::string_view key, Value value);
-  // Adds a key that is known not to be there.
+  // Adds a key that is known not to be there, or of which dropRepeatedKeys() or byKey() makes sure
+  // later.
   void append(std::string_view key, Value value);
   // The same with the null marker, to be given its value in place until the map changes.
   Value& append(std::string_view key);
+  // Of the members of one key the first stays. They are in the order of their keys then.
+  void dropRepeatedKeys();
   // Null when there is no such key. Valid until the map changes.
   [[nodiscard]] const Value* find(std::string_view key) const noexcept;
   [[nodiscard]] std::size_t size() const noexcept;
@@ -203,5 +206,8 @@ struct Member {
   Value value;
   friend bool operator==(const Member&, const Member&) = default;
 };
+
+// The members by their keys, and those of one key as they were appended.
+std::vector<const Member*> byKey(const ValueMap& map);
 
 }  // namespace zib

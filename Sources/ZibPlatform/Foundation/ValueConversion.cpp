@@ -1,7 +1,6 @@
 #include "ZibPlatform/Foundation/ValueConversion.h"
 
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 
@@ -111,9 +110,7 @@ void Taker::fail(ValueError problem) {
 // Keys that differ may have one text: of those, the entry of a string key stays.
 // NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
 void Taker::takeDictionary(objc::id dictionary, int level, ValueMap& map) {
-  std::set<std::string> texts;
   const auto append = [&](const std::string& text, objc::id key) {
-    if (!texts.insert(text).second) return;
     moveTo(level, text);
     const objc::id value = send<objc::id>(dictionary, selector<"objectForKey:">(), key);
     take(value, level, map.append(text));
@@ -127,11 +124,13 @@ void Taker::takeDictionary(objc::id dictionary, int level, ValueMap& map) {
     }
     if (error_) return;
   }
-  if (!hasOtherKeys) return;
-  for (const objc::id key : keysOf(dictionary)) {
-    if (!isKind<"NSString">(key)) append(description(key), key);
-    if (error_) return;
+  if (hasOtherKeys) {
+    for (const objc::id key : keysOf(dictionary)) {
+      if (!isKind<"NSString">(key)) append(description(key), key);
+      if (error_) return;
+    }
   }
+  map.dropRepeatedKeys();
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): as deep as is allowed
