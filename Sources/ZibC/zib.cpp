@@ -129,9 +129,12 @@ class BorrowedError {
 
 // What comes in.
 
-void report(std::string_view operation, std::string_view problem,
-            const std::optional<zib::Error>& error) {
-  std::string line = zib::joined({operation, ": ", problem});
+using Parts = std::span<const std::string_view>;
+
+void report(std::string_view operation, Parts problem, const std::optional<zib::Error>& error) {
+  std::string line(operation);
+  line.append(": ");
+  for (const std::string_view part : problem) line.append(part);
   if (ZibLogger::isInstalled()) {
     ZibLogger::shared().error(line, error);
   } else {
@@ -144,14 +147,21 @@ class Operation {
  public:
   explicit Operation(const char* name) noexcept : name_(name) {}
 
-  void fail(std::string_view problem) const noexcept { fail(problem, std::nullopt); }
-  void fail(std::string_view problem, const std::optional<zib::Error>& error) const noexcept {
-    zib::contained(name_, [&] { report(name_, problem, error); });
+  // Says what the problem is, in one line of these parts.
+  template <class... Part>
+  void fail(const Part&... problem) const noexcept {
+    failFrom(std::nullopt, problem...);
+  }
+  // The same of a problem that comes from an error.
+  template <class... Part>
+  void failFrom(const std::optional<zib::Error>& error, const Part&... problem) const noexcept {
+    failWith(error, std::array<std::string_view, sizeof...(Part)>{problem...});
   }
 
   // Whether the argument is there. Says so when it is not.
   bool has(const char* argument, const void* given) const noexcept {
-    return require(given != nullptr, argument, " is null");
+    if (given == nullptr) fail(argument, " is null");
+    return given != nullptr;
   }
   bool has(const char* argument, zib_text given) const noexcept {
     return has(argument, given.bytes);
@@ -162,19 +172,14 @@ class Operation {
   }
 
  private:
-  bool require(bool isMet, const char* argument, const char* problem,
-               const char* what = "") const noexcept {
-    if (!isMet) {
-      zib::contained(name_, [&] {
-        report(name_, zib::joined({argument, problem, what}), std::nullopt);
-      });
-    }
-    return isMet;
+  void failWith(const std::optional<zib::Error>& error, Parts problem) const noexcept {
+    zib::contained(name_, [&] { report(name_, problem, error); });
   }
   bool hasA(const char* argument, zib_object given, zib::KnownClass& cls) const noexcept {
-    return has(argument, given) &&
-           require(zib::containedOr(false, name_, [&] { return zib::isKind(given, cls); }),
-                   argument, " is no ", cls.name);
+    if (!has(argument, given)) return false;
+    const bool isOne = zib::containedOr(false, name_, [&] { return zib::isKind(given, cls); });
+    if (!isOne) fail(argument, " is no ", cls.name);
+    return isOne;
   }
 
   const char* name_;
@@ -205,31 +210,37 @@ auto perform(const char* name, const Work& work) noexcept {
   }
 }
 
-[[gnu::noinline]] void failForSize(const Operation& operation, std::size_t size, const char* name,
-                                   std::size_t known) {
-  operation.fail(zib::joined({"size ", std::to_string(size), " is that of no ", name,
-                              "; this version's is ", std::to_string(known)}));
+void failForSize(const Operation& operation, std::size_t size, const char* name,
+                 std::size_t known) {
+  operation.fail("size ", std::to_string(size), " is that of no ", name, "; this version's is ",
+                 std::to_string(known));
 }
 
-// A structure that a host filled in, of this version or of an older one that ended at an earlier
-// member. All members are of a pointer's size.
-template <class Table>
-std::optional<Table> tableOf(const Operation& operation, const char* name, const Table& given) {
-  constexpr std::size_t smallest = offsetof(Table, release) + sizeof(Table::release);
-  if (given.size < smallest || given.size > sizeof(Table) || given.size % sizeof(void*) != 0) {
-    failForSize(operation, given.size, name, sizeof(Table));
-    return std::nullopt;
+bool readTable(const Operation& operation, const char* name, const void* given, void* table,
+               std::size_t smallest, std::size_t known) {
+  std::size_t size = 0;
+  std::memcpy(&size, given, sizeof(size));
+  if (size < smallest || size > known || size % sizeof(void*) != 0) {
+    failForSize(operation, size, name, known);
+    return false;
   }
-  Table table{};
-  std::memcpy(&table, &given, given.size);
-  return table;
+  std::memcpy(table, given, size);
+  return true;
+}
+
+// Takes over a structure that a host filled in, of this version or of an older one that ended at an
+// earlier member; `table` is empty before. All members are of a pointer's size.
+template <class Table>
+bool readTable(const Operation& operation, const char* name, const Table& given, Table& table) {
+  constexpr std::size_t smallest = offsetof(Table, release) + sizeof(Table::release);
+  return readTable(operation, name, &given, &table, smallest, sizeof(Table));
 }
 
 // A host's functions and the context that goes with them, let go with the last owner.
 template <class Table>
 class Held {
  public:
-  explicit Held(const Table& table) : table_(table) {}
+  explicit Held(const Table& table = {}) : table_(table) {}
   ~Held() {
     if (table_.release != nullptr)
       zib::contained("release", [&] { table_.release(table_.context); });
@@ -238,6 +249,7 @@ class Held {
   Held& operator=(const Held&) = delete;
 
   const Table* operator->() const noexcept { return &table_; }
+  Table& operator*() noexcept { return table_; }
 
  private:
   Table table_;
@@ -331,7 +343,8 @@ bool installServices(const zib_core& core) {
 
 class Delegate final : public ZibMessagingDelegate {
  public:
-  explicit Delegate(const zib_messaging_delegate& delegate) : delegate_(delegate) {}
+  // Empty until it is filled in.
+  zib_messaging_delegate& table() noexcept { return *delegate_; }
 
   void zibMessagingDidReceiveToken(ZibMessaging& /*messaging*/, std::string_view token) override {
     tell(delegate_->did_receive_token, delegate_->context, token);
@@ -387,8 +400,8 @@ zib_text borrowedIfThere(const std::optional<std::string>& text) noexcept {
 bool hasElement(const Operation& operation, const char* name, std::size_t count,
                 std::size_t index) {
   if (index < count) return true;
-  operation.fail(zib::joined(
-      {"there is no ", name, " ", std::to_string(index), "; there are ", std::to_string(count)}));
+  operation.fail("there is no ", name, " ", std::to_string(index), "; there are ",
+                 std::to_string(count));
   return false;
 }
 
@@ -416,11 +429,12 @@ bool writeTo(const Operation& operation, const char* name, void* result, const v
   return true;
 }
 
-// None where they cannot be taken: the event goes on without them.
+// None where there are none, or where they cannot be taken: the event goes on without them.
 std::optional<zib::ValueMap> propertiesFrom(const Operation& operation, zib_object properties) {
+  if (properties == nullptr) return std::nullopt;
   auto values = zib::Dictionary::retained(properties).values();
   if (values) return std::move(*values);
-  operation.fail(zib::joined({"properties are left out: ", values.error().description}));
+  operation.fail("properties are left out: ", values.error().description);
   return std::nullopt;
 }
 
@@ -456,10 +470,9 @@ void zib_object_release(zib_object object) {
 bool zib_core_install(const zib_core* core) {
   return perform(__func__, [=](const Operation& operation) -> bool {
     if (!operation.has("core", core)) return false;
-    const auto table = tableOf(operation, "zib_core", *core);
-    if (!table) return false;
     // For good: what is installed is never destroyed.
-    auto kept = std::make_unique<const zib_core>(*table);
+    auto kept = std::make_unique<zib_core>();
+    if (!readTable(operation, "zib_core", *core, *kept)) return false;
     if (installServices(*kept)) {
       static_cast<void>(kept.release());
       return true;
@@ -471,13 +484,13 @@ bool zib_core_install(const zib_core* core) {
 
 bool zib_messaging_set_delegate(const zib_messaging_delegate* delegate) {
   return perform(__func__, [=](const Operation& operation) -> bool {
-    std::shared_ptr<ZibMessagingDelegate> kept;
-    if (delegate != nullptr) {
-      const auto table = tableOf(operation, "zib_messaging_delegate", *delegate);
-      if (!table) return false;
-      kept = std::make_shared<Delegate>(*table);
+    if (delegate == nullptr) {
+      keepDelegate(nullptr);
+      return true;
     }
-    keepDelegate(std::move(kept));
+    auto made = std::make_shared<Delegate>();
+    if (!readTable(operation, "zib_messaging_delegate", *delegate, made->table())) return false;
+    keepDelegate(std::move(made));
     return true;
   });
 }
@@ -524,9 +537,8 @@ bool zib_messaging_set_delegate_discovery(int32_t discovery) {
   return perform(__func__, [=](const Operation& operation) -> bool {
     if (discovery != ZIB_DELEGATE_DISCOVERY_ONCE_WITH_RETRY &&
         discovery != ZIB_DELEGATE_DISCOVERY_CONTINUOUS) {
-      operation.fail(
-          zib::joined({"discovery ", std::to_string(static_cast<long long>(discovery)),
-                       " is unknown; 0 (once, with a retry) and 1 (continuous) are allowed"}));
+      operation.fail("discovery ", std::to_string(static_cast<long long>(discovery)),
+                     " is unknown; 0 (once, with a retry) and 1 (continuous) are allowed");
       return false;
     }
     return ZibMessaging::shared().setDelegateDiscovery(static_cast<DelegateDiscovery>(discovery));
@@ -776,13 +788,11 @@ zib_object zib_payload_builder_create_notification_payload(zib_object user_info,
 zib_object zib_payload_builder_create_event_payload(zib_text event_name, zib_object properties) {
   return perform(__func__, [=](const Operation& operation) -> zib_object {
     if (!operation.has("event_name", event_name)) return nullptr;
-    std::optional<zib::ValueMap> values;
-    if (properties != nullptr) {
-      if (!operation.hasA<"NSDictionary">("properties", properties)) return nullptr;
-      values = propertiesFrom(operation, properties);
+    if (properties != nullptr && !operation.hasA<"NSDictionary">("properties", properties)) {
+      return nullptr;
     }
-    return zib::objectFrom(
-               ZibPayloadBuilder::createEventPayload(stringOf(event_name), std::move(values)))
+    return zib::objectFrom(ZibPayloadBuilder::createEventPayload(
+                               stringOf(event_name), propertiesFrom(operation, properties)))
         .relinquish();
   });
 }
@@ -805,7 +815,7 @@ zib_text zib_json_copy(zib_object object) {
     if (!operation.has("object", object)) return {};
     const auto value = zib::valueFrom(object);
     if (value) return copyOf(zib::jsonTextOf(*value));
-    operation.fail(zib::joined({"object cannot be written: ", value.error().description}));
+    operation.fail("object cannot be written: ", value.error().description);
     return zib_text{};
   });
 }
@@ -816,7 +826,7 @@ zib_object zib_json_create(zib_text json) {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(json.bytes);
     const auto parsed = zib::parseJSON({bytes, json.size});
     if (parsed) return zib::Object(*parsed).relinquish();
-    operation.fail("json cannot be read", parsed.error());
+    operation.failFrom(parsed.error(), "json cannot be read");
     return nullptr;
   });
 }
