@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "ZibMessaging/Private/AddOrSwap.h"
 #include "ZibMessaging/Private/CallbackInProgress.h"
@@ -63,6 +64,8 @@ std::string describeInWords(std::string_view before, const FunctionName& functio
                  textOr(function.image, "no file that is known")});
 }
 
+void remark(ReportRow& row, std::string_view text) { row.remarks.emplace_back(text); }
+
 // What the delegate's method is now, and what the module has to do with it.
 class Describer {
  public:
@@ -79,11 +82,11 @@ class Describer {
     row.state = stateOf(called != nullptr ? called : installation_);
     addChain(row, outermost, called);
     if (called == nullptr && installation_ != nullptr) {
-      row.remarks.push_back(describeInWords("replaced after us by ", row.chain.front()));
+      remark(row, describeInWords("replaced after us by ", row.chain.front()));
     }
     const char* const types = method_.typeEncoding();
     if (types != nullptr && !encoding::agree(types, interceptorMethod(row_).typeEncoding())) {
-      row.remarks.emplace_back("the method's types differ from the platform's");
+      remark(row, "the method's types differ from the platform's");
     }
   }
 
@@ -116,39 +119,37 @@ struct Delegate {
 void describeDelegates(Row row, const std::vector<Delegate>& delegates, ReportRow& described) {
   const Delegate& first = delegates.front();
   described.delegateClass = wellFormed(first.cls.visible.name());
-  if (first.cls.raises) described.remarks.emplace_back("raises where it is asked for its class");
+  if (first.cls.raises) remark(described, "raises where it is asked for its class");
   Describer(row, first.object).describeIn(described);
   for (const Delegate& each : delegates) {
     if (Class::ofObject(each.object) == Class::ofObject(first.object) ||
         isIntercepted(row, each.object)) {
       continue;
     }
-    described.remarks.push_back(
-        joined({"a second delegate of class ", wellFormed(each.cls.visible.name()),
-                " is not intercepted"}));
+    remark(described, joined({"a second delegate of class ", wellFormed(each.cls.visible.name()),
+                              " is not intercepted"}));
   }
 }
 
 void remarkOnCallsByHand(Row row, ReportRow& described) {
   const unsigned long times = CallbackInProgress::timesHandedIn(row);
   if (times == 0) return;
-  described.remarks.push_back(
-      joined({"callbacks that were handed in by hand while we had them already: ",
-              std::to_string(times)}));
+  remark(described, joined({"callbacks that were handed in by hand while we had them already: ",
+                            std::to_string(times)}));
 }
 
 // What it finds broken costs the row the rest, and the other rows nothing.
-ReportRow describeRow(Row row, std::string_view absence, const std::vector<Delegate>& delegates) {
-  ReportRow described{.method = interceptionOf(row).hostSelector};
+void describeRow(Row row, std::string_view absence, const std::vector<Delegate>& delegates,
+                 ReportRow& described) {
+  described.method = interceptionOf(row).hostSelector;
   contained("integrationReport", [&] {
     if (delegates.empty()) {
-      described.remarks.emplace_back(absence);
+      remark(described, absence);
     } else {
       describeDelegates(row, delegates, described);
     }
     remarkOnCallsByHand(row, described);
   });
-  return described;
 }
 
 }  // namespace
@@ -173,6 +174,8 @@ std::string IntegrationReport::text() const {
 IntegrationReport integrationReport() noexcept {
   IntegrationReport report;
   contained("integrationReport", [&] {
+    std::vector<ReportRow> rows(rowCount);
+    std::size_t described = 0;
     for (std::size_t kind = 0; kind < delegateLooks.size(); ++kind) {
       const DelegateLook& look = delegateLooks[kind];
       Sighting sighting;
@@ -180,9 +183,10 @@ IntegrationReport integrationReport() noexcept {
       const std::string_view absence = isLookedFor ? absences[kind] : lookRaised;
       const std::vector<Delegate> delegates(sighting.delegates.begin(), sighting.delegates.end());
       for (const Row row : look.rows) {
-        report.rows.push_back(describeRow(row, absence, delegates));
+        describeRow(row, absence, delegates, rows.at(described++));
       }
     }
+    report.rows = std::move(rows);
   });
   return report;
 }

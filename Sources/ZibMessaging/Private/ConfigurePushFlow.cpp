@@ -8,7 +8,6 @@
 #include "ZibMessaging/ZibMessaging.h"
 #include "ZibMessaging/ZibPushError.h"
 #include "ZibPlatform/Dispatch/MainQueue.h"
-#include "ZibPlatform/Foundation/URLSession.h"
 #include "ZibPlatform/UserNotifications/UserNotifications.h"
 
 namespace zib {
@@ -43,6 +42,11 @@ void ConfigurePushFlow::finish(bool isRegistering) noexcept {
   }
 }
 
+void ConfigurePushFlow::ReplyHandler::operator()(const URLReply& reply) const {
+  recording::told(recording::replied, flow.get(), reply);
+  flow->step(operation, [&] { ((*flow).*take)(reply); });
+}
+
 void ConfigurePushFlow::fetchPushConfig(const std::string& endpoint) {
   const auto url = URL::parse(endpoint);
   if (!url) {
@@ -51,11 +55,8 @@ void ConfigurePushFlow::fetchPushConfig(const std::string& endpoint) {
   }
   recording::told(recording::requested, this, *url);
   URLSession::fetch({*url, "GET", configFields, configTimeout},
-                    [flow = shared_from_this()](const URLReply& reply) {
-                      recording::told(recording::replied, flow.get(), reply);
-                      flow->step("the answer to the push configuration request",
-                                 [&] { flow->pushConfigFetched(readPushConfig(reply)); });
-                    });
+                    ReplyHandler{shared_from_this(), "the answer to the push configuration request",
+                                 &ConfigurePushFlow::takePushConfig});
 }
 
 // If the ZibPushConfig is gone by now, the flow ends here without a word, even to the host.
@@ -74,11 +75,8 @@ void ConfigurePushFlow::pushConfigFetched(const Result<RemotePushConfig>& config
 void ConfigurePushFlow::downloadFirebasePlist(const URL& url) {
   logLine("Downloading Firebase plist from: ", Utf8(url.text()).view());
   recording::told(recording::requested, this, url);
-  URLSession::fetch(url, [flow = shared_from_this()](const URLReply& reply) {
-    recording::told(recording::replied, flow.get(), reply);
-    flow->step("the answer to the Firebase plist request",
-               [&] { flow->firebasePlistDownloaded(readFirebasePlist(reply)); });
-  });
+  URLSession::fetch(url, ReplyHandler{shared_from_this(), "the answer to the Firebase plist request",
+                                      &ConfigurePushFlow::takeFirebasePlist});
 }
 
 void ConfigurePushFlow::firebasePlistDownloaded(const Result<Dictionary>& plist) {

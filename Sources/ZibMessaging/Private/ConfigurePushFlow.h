@@ -16,6 +16,7 @@
 #include "ZibPlatform/Foundation/Dictionary.h"
 #include "ZibPlatform/Foundation/Result.h"
 #include "ZibPlatform/Foundation/URL.h"
+#include "ZibPlatform/Foundation/URLSession.h"
 #include "ZibPlatform/UIKit/Application.h"
 
 namespace zib {
@@ -47,9 +48,22 @@ class ConfigurePushFlow final : public std::enable_shared_from_this<ConfigurePus
   }
   void finish(bool isRegistering) noexcept;
 
+  // Takes a server's answer, and keeps the flow alive until then.
+  struct ReplyHandler {
+    void operator()(const URLReply& reply) const;
+
+    std::shared_ptr<ConfigurePushFlow> flow;
+    const char* operation;
+    void (ConfigurePushFlow::*take)(const URLReply& reply);
+  };
+
   void fetchPushConfig(const std::string& endpoint);
+  void takePushConfig(const URLReply& reply) { pushConfigFetched(readPushConfig(reply)); }
   void pushConfigFetched(const Result<RemotePushConfig>& config);
   void downloadFirebasePlist(const URL& url);
+  void takeFirebasePlist(const URLReply& reply) {
+    firebasePlistDownloaded(readFirebasePlist(reply));
+  }
   void firebasePlistDownloaded(const Result<Dictionary>& plist);
   void registerForPush();
 
