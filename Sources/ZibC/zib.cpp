@@ -81,6 +81,9 @@ std::string_view viewOf(zib_text text) noexcept {
 
 std::string stringOf(zib_text text) { return zib::wellFormed(viewOf(text)); }
 
+// For as long as the text lives and stays.
+zib_text borrowed(const std::string& text) noexcept { return {text.c_str(), text.size()}; }
+
 // A text of the module's for the length of a callback: UTF-8 and a NUL, as zib.h promises.
 class TerminatedText {
  public:
@@ -114,15 +117,15 @@ void tell(void (*function)(void* context, zib_text text), void* context, std::st
 class BorrowedError {
  public:
   explicit BorrowedError(const zib::Error& error)
-      : domain_(error.domain),
-        description_(error.description),
+      : domain_(zib::wellFormed(error.domain)),
+        description_(zib::wellFormed(error.description)),
         object_(error.nativeError()),
-        error_{domain_.text(), error.code, description_.text(), object_.raw()} {}
+        error_{borrowed(domain_), error.code, borrowed(description_), object_.raw()} {}
   [[nodiscard]] const zib_error* get() const noexcept { return &error_; }
 
  private:
-  TerminatedText domain_;
-  TerminatedText description_;
+  std::string domain_;
+  std::string description_;
   zib::Object object_;
   zib_error error_;
 };
@@ -389,8 +392,6 @@ void keepDelegate(std::shared_ptr<ZibMessagingDelegate> delegate) {
 }
 
 // The integration report.
-
-zib_text borrowed(const std::string& text) noexcept { return {text.c_str(), text.size()}; }
 
 zib_text borrowedIfThere(const std::optional<std::string>& text) noexcept {
   return text ? borrowed(*text) : zib_text{};
@@ -718,7 +719,7 @@ void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void*
 
 bool zib_deep_link_handler_has_url_delegate(void) {
   const zib::AutoreleasePool pool;
-  return static_cast<bool>(ZibDeepLinkHandler::shared().urlDelegate());
+  return ZibDeepLinkHandler::shared().hasURLDelegate();
 }
 
 bool zib_deep_link_handler_handle_notification_url(zib_object user_info) {

@@ -47,6 +47,10 @@ ZibDeepLinkHandler::URLDelegate ZibDeepLinkHandler::urlDelegate() const noexcept
   });
 }
 
+bool ZibDeepLinkHandler::hasURLDelegate() const noexcept {
+  return urlDelegate_.read([](const auto& urlDelegate) { return urlDelegate != nullptr; });
+}
+
 bool ZibDeepLinkHandler::handleNotificationURL(const zib::Dictionary& userInfo) noexcept {
   const zib::RecordedCall call("handleNotificationURL", [&] {
     return zib::ValueMap{{"userInfo", zib::recording::valuesOf(userInfo)}};

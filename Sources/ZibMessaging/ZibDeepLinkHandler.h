@@ -28,6 +28,7 @@ class ZibDeepLinkHandler final : public zib::SharedInstance<ZibDeepLinkHandler> 
   void setURLDelegate(URLDelegate urlDelegate) noexcept;
   // Empty when there is none.
   [[nodiscard]] URLDelegate urlDelegate() const noexcept;
+  [[nodiscard]] bool hasURLDelegate() const noexcept;
 
   // Opens the link of a tapped notification: the first usable one of nine top-level keys. True when
   // a link was handled by the host or handed on for opening; the outcome of opening is only logged.

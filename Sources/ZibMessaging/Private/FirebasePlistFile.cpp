@@ -10,8 +10,8 @@ namespace {
 constexpr std::string_view storedPlistName = "GoogleService-Info.plist";
 
 std::optional<Error> writePlist(const URL& file, const Dictionary& plist) {
-  const auto bytes = xmlPropertyList(plist);
-  return bytes ? writeFile(file, *bytes) : bytes.error();
+  auto bytes = xmlPropertyList(plist);
+  return bytes ? writeFile(file, *bytes) : std::move(bytes).error();
 }
 
 }  // namespace

@@ -1,22 +1,19 @@
 #include "ZibMessaging/Private/LinkSearch.h"
 
-#include <algorithm>
-
 namespace zib {
 namespace {
 
-// Empty where there are none to encode.
+// Those of the query and the fragment. Empty where the text has none at all.
 std::string withEncodedBrackets(std::string_view text) {
   constexpr auto none = std::string_view::npos;
   std::string encoded;
   if (text.find('[') == none && text.find(']') == none) return encoded;
-  const std::size_t afterPath = std::min(text.find_first_of("?#"), text.size());
-  if (text.find_first_of("[]", afterPath) == none) return encoded;
-  encoded.append(text.substr(0, afterPath));
-  for (const char each : text.substr(afterPath)) {
-    if (each == '[') {
+  bool isPath = true;
+  for (const char each : text) {
+    isPath = isPath && each != '?' && each != '#';
+    if (!isPath && each == '[') {
       encoded.append("%5B");
-    } else if (each == ']') {
+    } else if (!isPath && each == ']') {
       encoded.append("%5D");
     } else {
       encoded.push_back(each);

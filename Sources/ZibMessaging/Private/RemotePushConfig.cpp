@@ -1,6 +1,6 @@
 #include "ZibMessaging/Private/RemotePushConfig.h"
 
-#include <string>
+#include <utility>
 
 #include "ZibMessaging/Private/LogLine.h"
 #include "ZibMessaging/ZibPushError.h"
@@ -21,8 +21,8 @@ Result<RemotePushConfig> readPushConfig(const URLReply& reply) {
   constexpr long statusOK = 200;
   if (reply.error) return *reply.error;
   if (reply.body.empty() || reply.httpStatus != statusOK) return RemotePushConfig();
-  const auto root = parseJSON(reply.body);
-  if (!root) return root.error();
+  auto root = parseJSON(reply.body);
+  if (!root) return std::move(root).error();
   const auto document = Dictionary::withTextKeys(*root);
   if (!document) return RemotePushConfig();
   RemotePushConfig config = RemotePushConfig::from(*document);
@@ -33,8 +33,8 @@ Result<RemotePushConfig> readPushConfig(const URLReply& reply) {
 Result<Dictionary> readFirebasePlist(const URLReply& reply) {
   if (reply.error) return *reply.error;
   if (reply.body.empty()) return errorFrom(ZibPushError::noData);
-  const auto root = parsePropertyList(reply.body);
-  if (!root) return root.error();
+  auto root = parsePropertyList(reply.body);
+  if (!root) return std::move(root).error();
   auto plist = Dictionary::withTextKeys(*root);
   if (!plist) return errorFrom(ZibPushError::invalidPlist);
   return *std::move(plist);

@@ -49,7 +49,7 @@ std::optional<bool> Dictionary::boolean(ConstantString key) const {
 
 Result<ValueMap> Dictionary::values() const {
   Result<Value> value = valueFrom(Handle::native());
-  if (!value) return value.error();
+  if (!value) return std::move(value).error();
   auto* map = (*value).get<ValueMap>();
   return map == nullptr ? ValueMap() : std::move(*map);
 }

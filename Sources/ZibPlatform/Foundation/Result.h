@@ -25,7 +25,8 @@ class Result {
   T& operator*() { return value_; }
   const T* operator->() const { return &value_; }
   // Only when there is none.
-  [[nodiscard]] const Error& error() const { return *error_; }
+  [[nodiscard]] const Error& error() const& { return *error_; }
+  [[nodiscard]] Error&& error() && { return *std::move(error_); }
 
  private:
   // Empty beside an error. Not a variant, whose code is several times as large.

@@ -64,7 +64,7 @@ class Taker {
 
   // `into` is the null marker, and stays so where there is an error.
   void take(objc::id object, int level, Value& into);
-  [[nodiscard]] const std::optional<Error>& error() const noexcept { return error_; }
+  [[nodiscard]] std::optional<Error>& error() noexcept { return error_; }
 
  private:
   void takeDictionary(objc::id dictionary, int level, ValueMap& map);
@@ -217,7 +217,7 @@ Result<Value> valueFrom(objc::id object, Extent allowed) {
   Taker taker(allowed);
   Value value;
   taker.take(object, 0, value);
-  if (taker.error()) return *taker.error();
+  if (taker.error()) return *std::move(taker.error());
   return value;
 }
 Object objectFrom(const Value& value) { return objectFrom(value, 0); }
