@@ -239,15 +239,16 @@ bool readTable(const Operation& operation, const char* name, const Table& given,
   return readTable(operation, name, &given, &table, smallest, sizeof(Table));
 }
 
+void letGo(zib_release release, void* context) noexcept {
+  if (release != nullptr) zib::contained("release", [&] { release(context); });
+}
+
 // A host's functions and the context that goes with them, let go with the last owner.
 template <class Table>
 class Held {
  public:
   explicit Held(const Table& table = {}) : table_(table) {}
-  ~Held() {
-    if (table_.release != nullptr)
-      zib::contained("release", [&] { table_.release(table_.context); });
-  }
+  ~Held() { letGo(table_.release, table_.context); }
   Held(const Held&) = delete;
   Held& operator=(const Held&) = delete;
 
@@ -705,15 +706,15 @@ void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void*
   perform(__func__, [=](const Operation&) {
     const auto held =
         std::make_shared<Held<URLDelegate>>(URLDelegate{url_delegate, context, release});
-    ZibDeepLinkHandler::URLDelegate called;
-    if (url_delegate != nullptr) {
-      called = [held](const zib::URL& url) {
-        const auto& delegate = *held;
-        return delegate->call(delegate->context, url.native(),
-                              TerminatedText(zib::Utf8(url.text()).view()).text());
-      };
+    if (url_delegate == nullptr) {
+      ZibDeepLinkHandler::shared().setURLDelegate({});
+      return;
     }
-    ZibDeepLinkHandler::shared().setURLDelegate(std::move(called));
+    ZibDeepLinkHandler::shared().setURLDelegate([held](const zib::URL& url) {
+      const auto& delegate = *held;
+      return delegate->call(delegate->context, url.native(),
+                            TerminatedText(zib::Utf8(url.text()).view()).text());
+    });
   });
 }
 
@@ -747,18 +748,18 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
                        reinterpret_cast<const void*>(firebase_config_handler))) {
       return;
     }
-    ZibPushConfig::Completion complete;
-    if (completion != nullptr) {
-      complete = [flow](bool started) { (*flow)->complete((*flow)->context, started); };
-    }
-    std::optional<std::string> endpoint;
-    if (config_endpoint.bytes != nullptr) endpoint = stringOf(config_endpoint);
+    using Completion = ZibPushConfig::Completion;
+    const auto complete = [flow](bool started) {
+      (*flow)->complete((*flow)->context, started);
+    };
+    const std::string endpoint = stringOf(config_endpoint);
     ZibPushConfig::shared().configurePush(
-        zib::Application::retained(application), endpoint,
+        zib::Application::retained(application),
+        config_endpoint.bytes == nullptr ? std::nullopt : std::optional<std::string_view>(endpoint),
         [flow](const zib::Dictionary& config) {
           (*flow)->handleFirebaseConfig((*flow)->context, config.native());
         },
-        std::move(complete));
+        completion == nullptr ? Completion() : Completion(complete));
   });
 }
 

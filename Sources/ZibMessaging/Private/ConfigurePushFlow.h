@@ -28,10 +28,10 @@ class ConfigurePushFlow final : public std::enable_shared_from_this<ConfigurePus
   using FirebaseConfigHandler = ZibPushConfig::FirebaseConfigHandler;
   using Completion = ZibPushConfig::Completion;
 
-  ConfigurePushFlow(std::weak_ptr<ZibPushConfig> config, Application application,
-                    FirebaseConfigHandler firebaseConfigHandler, Completion completion)
-      : config_(std::move(config)),
-        application_(std::move(application)),
+  ConfigurePushFlow(const std::weak_ptr<ZibPushConfig>& config, const Application& application,
+                    FirebaseConfigHandler&& firebaseConfigHandler, Completion&& completion)
+      : config_(config),
+        application_(application),
         firebaseConfigHandler_(std::move(firebaseConfigHandler)),
         completion_(std::move(completion)) {}
 

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <optional>
-#include <utility>
 
 #include "ZibPlatform/Foundation/Error.h"
 #include "ZibPlatform/Foundation/Result.h"
@@ -25,15 +24,12 @@ std::optional<Error> failureOf(const Call& call) {
 }
 
 // The same for a call whose result is an object, nil meaning failure.
+Result<Object> objectOfCall(objc::id (*call)(const void* of, objc::id* error), const void* of);
 template <class Call>
 Result<Object> objectOrError(const Call& call) {
-  Object object;
-  auto failure = failureOf([&](objc::id* error) {
-    object = Object::retained(call(error));
-    return static_cast<bool>(object);
-  });
-  if (failure) return *std::move(failure);
-  return object;
+  return objectOfCall(
+      [](const void* of, objc::id* error) { return (*static_cast<const Call*>(of))(error); },
+      &call);
 }
 
 }  // namespace zib

@@ -1,11 +1,10 @@
 #include "ZibPlatform/ObjectiveC/TypeEncoding.h"
 
-#include <cctype>
-
 namespace zib::encoding {
 namespace {
 
-constexpr std::string_view qualifiers = "rnNoORV+-";
+// Qualifiers, and the offsets of arguments.
+constexpr std::string_view noise = "rnNoORV+-0123456789";
 
 // The end of a quoted class name that starts at `at`.
 std::size_t skipQuoted(std::string_view types, std::size_t at) {
@@ -60,9 +59,7 @@ std::string normalised(std::string_view types) {
       result.push_back(type);
       at = skipStructureName(types, at + 1);
     } else {
-      const bool isNoise = std::isdigit(static_cast<unsigned char>(type)) != 0 ||
-                           qualifiers.find(type) != std::string_view::npos;
-      if (!isNoise) result.push_back(canonical(type));
+      if (noise.find(type) == std::string_view::npos) result.push_back(canonical(type));
       ++at;
     }
   }

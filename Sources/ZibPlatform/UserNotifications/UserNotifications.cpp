@@ -9,21 +9,20 @@ namespace {
 
 constexpr objc::UInteger noOptions = 0;
 
-Object makeAction(const NotificationAction& action) {
-  return Object::retained(
-      sendToClass<"UNNotificationAction", "actionWithIdentifier:title:options:">(
-          makeString(action.identifier).raw(), makeString(action.title).raw(), noOptions));
+// Both for as long as the current autorelease pool.
+objc::id makeAction(const NotificationAction& action) {
+  return sendToClass<"UNNotificationAction", "actionWithIdentifier:title:options:">(
+      makeString(action.identifier).raw(), makeString(action.title).raw(), noOptions);
 }
-
-Object makeCategory(const NotificationCategory& category) {
-  const Object actions = create<"NSMutableArray">();
+objc::id makeCategory(const NotificationCategory& category) {
+  const auto actions = sendToClass<"NSMutableArray", "array">();
   for (const NotificationAction& action : category.actions) {
-    send<void>(actions.raw(), selector<"addObject:">(), makeAction(action).raw());
+    send<void>(actions, selector<"addObject:">(), makeAction(action));
   }
-  return Object::retained(sendToClass<"UNNotificationCategory",
-                                      "categoryWithIdentifier:actions:intentIdentifiers:options:">(
-      makeString(category.identifier).raw(), actions.raw(), create<"NSMutableArray">().raw(),
-      noOptions));
+  return sendToClass<"UNNotificationCategory",
+                     "categoryWithIdentifier:actions:intentIdentifiers:options:">(
+      makeString(category.identifier).raw(), actions, sendToClass<"NSMutableArray", "array">(),
+      noOptions);
 }
 
 }  // namespace
@@ -63,11 +62,11 @@ void NotificationCenter::request(objc::UInteger options, const AuthorizationAnsw
 }
 
 void NotificationCenter::setCategories(std::span<const NotificationCategory> categories) const {
-  const Object set = create<"NSMutableSet">();
+  const auto set = sendToClass<"NSMutableSet", "set">();
   for (const NotificationCategory& category : categories) {
-    send<void>(set.raw(), selector<"addObject:">(), makeCategory(category).raw());
+    send<void>(set, selector<"addObject:">(), makeCategory(category));
   }
-  send<void>(native(), selector<"setNotificationCategories:">(), set.raw());
+  send<void>(native(), selector<"setNotificationCategories:">(), set);
 }
 
 }  // namespace zib
