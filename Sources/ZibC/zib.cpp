@@ -135,9 +135,7 @@ class BorrowedError {
 using Parts = std::span<const std::string_view>;
 
 void report(std::string_view operation, Parts problem, const std::optional<zib::Error>& error) {
-  std::string line(operation);
-  line.append(": ");
-  for (const std::string_view part : problem) line.append(part);
+  std::string line = zib::joined(operation, ": ", zib::joined(problem));
   if (ZibLogger::isInstalled()) {
     ZibLogger::shared().error(line, error);
   } else {
@@ -828,7 +826,7 @@ zib_object zib_json_create(zib_text json) {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(json.bytes);
     const auto parsed = zib::parseJSON({bytes, json.size});
     if (parsed) return zib::Object(*parsed).relinquish();
-    operation.failFrom(parsed.error(), "json cannot be read");
+    operation.failFrom(parsed.failure(), "json cannot be read");
     return nullptr;
   });
 }

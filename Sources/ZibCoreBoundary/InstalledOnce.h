@@ -15,7 +15,8 @@ template <class Service>
 class InstalledOnce {
  public:
   // False, and `service` is destroyed, when one is installed already.
-  bool install(std::unique_ptr<Service> service) noexcept {
+  // On its own, so that services whose code is alike share it.
+  [[gnu::noinline]] bool install(std::unique_ptr<Service> service) noexcept {
     Service* none = nullptr;
     if (service == nullptr || !installed_.compare_exchange_strong(none, service.get()))
       return false;

@@ -50,7 +50,7 @@ FunctionName describe(Row row, objc::IMP function) {
   makeWellFormed(name.image);
   makeWellFormed(name.symbol);
   if (isInterceptor(row, function)) {
-    name.symbol = joined({"-[ZibSwizzleManager ", interceptionOf(row).interceptorSelector, "]"});
+    name.symbol = joined("-[ZibSwizzleManager ", interceptionOf(row).interceptorSelector, "]");
   }
   return name;
 }
@@ -60,8 +60,8 @@ std::string_view textOr(const std::optional<std::string>& text, std::string_view
 }
 
 std::string describeInWords(std::string_view before, const FunctionName& function) {
-  return joined({before, textOr(function.symbol, "a function without a name"), " in ",
-                 textOr(function.image, "no file that is known")});
+  return joined(before, textOr(function.symbol, "a function without a name"), " in ",
+                textOr(function.image, "no file that is known"));
 }
 
 void remark(ReportRow& row, std::string_view text) { row.remarks.emplace_back(text); }
@@ -126,16 +126,16 @@ void describeDelegates(Row row, const std::vector<Delegate>& delegates, ReportRo
         isIntercepted(row, each.object)) {
       continue;
     }
-    remark(described, joined({"a second delegate of class ", wellFormed(each.cls.visible.name()),
-                              " is not intercepted"}));
+    remark(described, joined("a second delegate of class ", wellFormed(each.cls.visible.name()),
+                             " is not intercepted"));
   }
 }
 
 void remarkOnCallsByHand(Row row, ReportRow& described) {
   const unsigned long times = CallbackInProgress::timesHandedIn(row);
   if (times == 0) return;
-  remark(described, joined({"callbacks that were handed in by hand while we had them already: ",
-                            std::to_string(times)}));
+  remark(described, joined("callbacks that were handed in by hand while we had them already: ",
+                           std::to_string(times)));
 }
 
 // What it finds broken costs the row the rest, and the other rows nothing.

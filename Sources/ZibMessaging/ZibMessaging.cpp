@@ -55,15 +55,11 @@ void track(const zib::Dictionary& userInfo, const zib::SharedText& eventType) no
 // What cannot go to a core.
 void sayWhatIsMissingOfTheCore() {
   const bool hasLogger = ZibLogger::isInstalled();
-  if (Zib::isInstalled()) {
-    if (hasLogger) return;
-    std::fputs("ZibMessaging: configured without a ZibLogger: its log lines go nowhere\n", stderr);
-  } else if (hasLogger) {
-    std::fputs("ZibMessaging: configured without a Zib: its events go nowhere\n", stderr);
-  } else {
-    std::fputs("ZibMessaging: configured without a core: its log lines and events go nowhere\n",
-               stderr);
-  }
+  const bool hasEvents = Zib::isInstalled();
+  if (hasLogger && hasEvents) return;
+  std::fprintf(stderr, "ZibMessaging: configured without a %s: its %s go nowhere\n",
+               hasEvents ? "ZibLogger" : (hasLogger ? "Zib" : "core"),
+               hasEvents ? "log lines" : (hasLogger ? "events" : "log lines and events"));
 }
 
 }  // namespace

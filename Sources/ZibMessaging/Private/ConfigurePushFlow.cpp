@@ -62,7 +62,7 @@ void ConfigurePushFlow::fetchPushConfig(const std::string& endpoint) {
 // If the ZibPushConfig is gone by now, the flow ends here without a word, even to the host.
 void ConfigurePushFlow::pushConfigFetched(const Result<RemotePushConfig>& config) {
   if (!config) {
-    logError("Failed to fetch push config", config.error());
+    logError("Failed to fetch push config", config.failure());
     finish(false);
   } else if (!config->firebasePlistURL) {
     logLine("Push notifications disabled by remote config");
@@ -81,7 +81,7 @@ void ConfigurePushFlow::downloadFirebasePlist(const URL& url) {
 
 void ConfigurePushFlow::firebasePlistDownloaded(const Result<Dictionary>& plist) {
   if (!plist) {
-    logError("Failed to download Firebase plist", plist.error());
+    logError("Failed to download Firebase plist", plist.failure());
     finish(false);
     return;
   }

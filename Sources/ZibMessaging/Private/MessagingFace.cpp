@@ -53,7 +53,7 @@ void didReceiveRegistrationToken(id, SEL, id /*messaging*/, id token) {
   });
 }
 
-Object makeFace() {
+Object makeFace() noexcept {
   const Class cls =
       ClassBuilder("ZibMessaging", classNamed<"NSObject">())
           .adopting("UNUserNotificationCenterDelegate")

@@ -36,7 +36,9 @@ class SharedInstance : public std::enable_shared_from_this<Type> {
   friend struct ::ZibTestSeam;
 
   // On its own, so that finding the instance saves no registers for it.
-  [[gnu::noinline]] static std::shared_ptr<Type> make() { return std::make_shared<Type>(Key()); }
+  [[gnu::noinline]] static std::shared_ptr<Type> make() noexcept {
+    return std::make_shared<Type>(Key());
+  }
   static std::shared_ptr<Type>& slot() {
     static NeverDestroyed<std::shared_ptr<Type>> slot(&make);
     return *slot;

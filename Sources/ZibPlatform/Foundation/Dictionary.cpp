@@ -31,7 +31,7 @@ objc::id Dictionary::valueOf(objc::id key) const {
   return send<objc::id>(Handle::native(), selector<"objectForKey:">(), key);
 }
 
-StringRef Dictionary::text(ConstantString key) const {
+StringRef Dictionary::text(const ConstantString& key) const {
   return StringRef::of(valueOf(key.object()));
 }
 
@@ -39,7 +39,7 @@ StringRef Dictionary::text(std::string_view key) const {
   return StringRef::of(valueOf(makeString(key).raw()));
 }
 
-std::optional<bool> Dictionary::boolean(ConstantString key) const {
+std::optional<bool> Dictionary::boolean(const ConstantString& key) const {
   const objc::id value = cast<"NSNumber">(valueOf(key.object()));
   if (value == nullptr) return std::nullopt;
   const auto number = send<double>(value, selector<"doubleValue">());

@@ -30,11 +30,11 @@ class Dictionary : public Handle {
   [[nodiscard]] bool empty() const;
   // The text under exactly that key, if there is one and it is a string, for as long as the
   // dictionary is not changed; numbers are not converted.
-  [[nodiscard]] StringRef text(ConstantString key) const;
+  [[nodiscard]] StringRef text(const ConstantString& key) const;
   [[nodiscard]] StringRef text(std::string_view key) const;
   // The truth value under exactly that key, if there is one: a boolean, or a number that is 1 or 0,
   // since the platform has one type for both.
-  [[nodiscard]] std::optional<bool> boolean(ConstantString key) const;
+  [[nodiscard]] std::optional<bool> boolean(const ConstantString& key) const;
   // All of it, nested values included; an error where that is more than 256 levels or 100,000
   // values, since a payload's extent is its sender's choice.
   [[nodiscard]] Result<ValueMap> values() const;

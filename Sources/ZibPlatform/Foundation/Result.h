@@ -27,6 +27,8 @@ class Result {
   // Only when there is none.
   [[nodiscard]] const Error& error() const& { return *error_; }
   [[nodiscard]] Error&& error() && { return *std::move(error_); }
+  // None when there is a value.
+  [[nodiscard]] const std::optional<Error>& failure() const noexcept { return error_; }
 
  private:
   // Empty beside an error. Not a variant, whose code is several times as large.

@@ -224,7 +224,7 @@ std::string wellFormed(std::string_view utf8) {
   return result;
 }
 
-std::string joined(std::initializer_list<std::string_view> parts) {
+std::string joined(std::span<const std::string_view> parts) {
   std::string text;
   for (const std::string_view part : parts) text.append(part);
   return text;

@@ -5,6 +5,7 @@
 #include <array>
 #include <atomic>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -67,7 +68,14 @@ class Utf8 {
 std::string wellFormed(std::string_view utf8);
 
 // The texts one after the other.
-std::string joined(std::initializer_list<std::string_view> parts);
+std::string joined(std::span<const std::string_view> parts);
+inline std::string joined(std::initializer_list<std::string_view> parts) {
+  return joined(std::span(parts.begin(), parts.size()));
+}
+template <class... Part>
+requires(sizeof...(Part) > 1) std::string joined(const Part&... parts) {
+  return joined(std::array<std::string_view, sizeof...(Part)>{parts...});
+}
 
 // The first `count` characters (Unicode scalar values) of UTF-8. A maximal part that is ill-formed
 // counts as one.

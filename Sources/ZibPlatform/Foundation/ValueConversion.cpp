@@ -102,8 +102,8 @@ void Taker::fail(ValueError problem) {
   error_.emplace(
       Error{std::string(valueErrorDomain),
             static_cast<std::int64_t>(problem),
-            joined({isDeep ? "nested too deep" : "too many values", describePlace(), "; ",
-                    std::to_string(limit), isDeep ? " levels are allowed" : " are allowed"}),
+            joined(isDeep ? "nested too deep" : "too many values", describePlace(), "; ",
+                   std::to_string(limit), isDeep ? " levels are allowed" : " are allowed"),
             {}});
 }
 
