@@ -1,5 +1,6 @@
 #include "ZibMessaging/ZibPayloadBuilder.h"
 
+#include <string>
 #include <utility>
 
 #include "ZibMessaging/Private/Containment.h"
@@ -68,10 +69,10 @@ zib::ValueMap ZibPayloadBuilder::createEventPayload(
     std::string_view eventName, std::optional<zib::ValueMap> properties) noexcept {
   zib::ValueMap payload;
   contained("createEventPayload", [&] {
-    payload.append("event_name", eventName);
-    payload.append("timestamp", zib::currentTimeInISO8601());
+    payload.append("event_name").setText(eventName);
+    payload.append("timestamp").emplace<std::string>(zib::currentTimeInISO8601());
     payload.append("platform_name").setConstant(zib::platformName.value());
-    if (properties) payload.append("properties", *std::move(properties));
+    if (properties) payload.append("properties").emplace<zib::ValueMap>(*std::move(properties));
   });
   return payload;
 }

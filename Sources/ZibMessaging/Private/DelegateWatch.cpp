@@ -24,35 +24,44 @@ namespace {
 
 constexpr const char* operation = "watching for delegates";
 
-// What the setters did before.
-constinit std::atomic<IMP> setNotificationDelegate{nullptr};
-constinit std::atomic<IMP> setFirebaseDelegate{nullptr};
+// A setter of delegates that is watched, and what it did before.
+struct WatchedSetter {
+  const char* className;
+  DelegateKind kind;
+  std::atomic<IMP> before{nullptr};
+};
+constinit WatchedSetter notificationSetter{"UNUserNotificationCenter", DelegateKind::notifications};
+constinit WatchedSetter firebaseSetter{"FIRMessaging", DelegateKind::firebase};
 
 // The delegate that comes is intercepted before the system asks it what it has.
-template <std::atomic<IMP>& before, DelegateKind kind>
-void watchedSetDelegate(id self, SEL command, id delegate) {
+void setAndIntercept(const WatchedSetter& setter, id self, SEL command, id delegate) {
+  const DelegateLook& look = lookFor(setter.kind);
   const bool isMain = isMainThread();
   if (isMain && delegate != nullptr) {
-    contained(operation, [&] { interceptNewDelegate(lookFor(kind), delegate); });
+    contained(operation, [&] { interceptNewDelegate(look, delegate); });
   }
-  callImplementation<void>(before.load(std::memory_order_acquire), self, Selector(command),
+  callImplementation<void>(setter.before.load(std::memory_order_acquire), self, Selector(command),
                            delegate);
-  if (!isMain) containedOnMain(operation, [] { lookForNewDelegates(lookFor(kind)); });
+  if (!isMain) containedOnMain(operation, [&look] { lookForNewDelegates(look); });
 }
 
-template <std::atomic<IMP>& before, DelegateKind kind>
-void watchSetter(const char* className) {
-  if (before.load(std::memory_order_relaxed) != nullptr) return;
-  const Class cls = Class::named(className);
-  const Method setter = cls ? cls.instanceMethod(selector<"setDelegate:">()) : Method(nullptr);
-  if (!setter) return;
-  before.store(setter.implementation(), std::memory_order_release);
-  setter.setImplementation(objc::functionCast<IMP>(&watchedSetDelegate<before, kind>));
+template <WatchedSetter& setter>
+void watchedSetDelegate(id self, SEL command, id delegate) {
+  setAndIntercept(setter, self, command, delegate);
+}
+
+void watch(WatchedSetter& setter, IMP watched) {
+  if (setter.before.load(std::memory_order_relaxed) != nullptr) return;
+  const Class cls = Class::named(setter.className);
+  const Method method = cls ? cls.instanceMethod(selector<"setDelegate:">()) : Method(nullptr);
+  if (!method) return;
+  setter.before.store(method.implementation(), std::memory_order_release);
+  method.setImplementation(watched);
 }
 
 void watchSetters() {
-  watchSetter<setNotificationDelegate, DelegateKind::notifications>("UNUserNotificationCenter");
-  watchSetter<setFirebaseDelegate, DelegateKind::firebase>("FIRMessaging");
+  watch(notificationSetter, objc::functionCast<IMP>(&watchedSetDelegate<notificationSetter>));
+  watch(firebaseSetter, objc::functionCast<IMP>(&watchedSetDelegate<firebaseSetter>));
 }
 
 void lookAroundOnMain() {

@@ -283,7 +283,7 @@ struct RowFunctions {
   static IMP at(std::size_t number) {
     return objc::functionCast<IMP>(Function<Handle>::template all<row>[number]);
   }
-  static void addTo(ClassBuilder& builder) {
+  static void addTo(ClassBuilder& builder) noexcept {
     builder.method(interceptionOf(row).interceptorSelector,
                    Function<Handle>::template all<row>.front());
   }
@@ -291,7 +291,7 @@ struct RowFunctions {
 
 struct FunctionsOfARow {
   IMP (*at)(std::size_t number);
-  void (*addTo)(ClassBuilder& builder);
+  void (*addTo)(ClassBuilder& builder) noexcept;
 };
 template <Row row, auto Handle>
 constexpr FunctionsOfARow functionsOf{&RowFunctions<row, Handle>::at,

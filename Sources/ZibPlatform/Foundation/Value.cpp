@@ -89,7 +89,7 @@ void ValueMap::dropRepeatedKeys() {
   for (const Member* const member : sorted) {
     if (!kept.empty() && areOfOneKey(&kept.members_.back(), member)) continue;
     Member& own = members_[static_cast<std::size_t>(member - members_.data())];
-    kept.append(own.key, std::move(own.value));
+    kept.append(own.key) = std::move(own.value);
   }
   members_.swap(kept.members_);
 }

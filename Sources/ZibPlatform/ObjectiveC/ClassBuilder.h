@@ -51,10 +51,11 @@ class ClassBuilder {
   static void add(Class cls, const char* name,
                   Result (*function)(objc::id, objc::SEL, Arguments...)) {
     using Signature = Result(objc::id, objc::SEL, Arguments...);
-    if (cls) {
-      cls.addMethod(Selector(name), objc::functionCast<objc::IMP>(function),
-                    encoding::Method<Signature>::value.data());
-    }
+    add(cls, name, objc::functionCast<objc::IMP>(function),
+        encoding::Method<Signature>::value.data());
+  }
+  static void add(Class cls, const char* name, objc::IMP function, const char* types) {
+    if (cls) cls.addMethod(Selector(name), function, types);
   }
 
   Class cls_;
