@@ -708,7 +708,7 @@ void zib_deep_link_handler_set_url_delegate(zib_url_delegate url_delegate, void*
       ZibDeepLinkHandler::shared().setURLDelegate({});
       return;
     }
-    ZibDeepLinkHandler::shared().setURLDelegate([held](const zib::URL& url) {
+    ZibDeepLinkHandler::shared().setURLDelegate([held = held](const zib::URL& url) {
       const auto& delegate = *held;
       return delegate->call(delegate->context, url.native(),
                             TerminatedText(zib::Utf8(url.text()).view()).text());
@@ -747,14 +747,14 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
       return;
     }
     using Completion = ZibPushConfig::Completion;
-    const auto complete = [flow](bool started) {
+    const auto complete = [flow = flow](bool started) {
       (*flow)->complete((*flow)->context, started);
     };
     const std::string endpoint = stringOf(config_endpoint);
     ZibPushConfig::shared().configurePush(
         zib::Application::retained(application),
         config_endpoint.bytes == nullptr ? std::nullopt : std::optional<std::string_view>(endpoint),
-        [flow](const zib::Dictionary& config) {
+        [flow = flow](const zib::Dictionary& config) {
           (*flow)->handleFirebaseConfig((*flow)->context, config.native());
         },
         completion == nullptr ? Completion() : Completion(complete));

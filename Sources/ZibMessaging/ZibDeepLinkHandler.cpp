@@ -85,7 +85,7 @@ bool ZibDeepLinkHandler::openURL(const zib::URL& url, std::string_view text) {
     return true;
   }
   logLine(linePrefix, "Opening URL - ", text);
-  zib::containedOnMain("opening a URL", [url] { openInSystem(url); });
+  zib::containedOnMain("opening a URL", [url = url] { openInSystem(url); });
   return true;
 }
 

@@ -48,7 +48,7 @@ void Authorization::request(const std::weak_ptr<ZibMessaging>& messaging,
   }
   center.requestAuthorization(
       options::badge | options::sound | options::alert,
-      [messaging, application](bool granted, std::optional<Error> error) {
+      [messaging = messaging, application = application](bool granted, std::optional<Error> error) {
         recording::told(recording::answered, granted, error);
         contained(answerOperation, [&] {
           containedOnMain(answerOperation, [answer = Answer{messaging, application, granted,

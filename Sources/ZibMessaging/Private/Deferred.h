@@ -20,7 +20,7 @@ void containedOnMain(const char* operation, Work work) {
 template <class Owner, class Work>
 void afterWeakly(double seconds, const std::weak_ptr<Owner>& owner, const char* operation,
                  Work work) {
-  mainQueue::after(seconds, [owner, operation, work = std::move(work)] {
+  mainQueue::after(seconds, [owner = owner, operation, work = std::move(work)] {
     contained(operation, [&] {
       if (const auto alive = owner.lock()) work(*alive);
     });

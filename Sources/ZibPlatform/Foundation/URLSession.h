@@ -60,7 +60,8 @@ class URLSession {
 
   template <class Handler>
   static Completion completion(const Handler& handler) {
-    return Completion::from([handler](objc::id body, objc::id response, objc::id error) {
+    // Not by its name: that would be a constant, whose moves are copies.
+    return Completion::from([handler = handler](objc::id body, objc::id response, objc::id error) {
       // The session's thread is not ours, and what the handler makes must not pile up on it.
       const AutoreleasePool pool;
       handler(reply(body, response, error));
