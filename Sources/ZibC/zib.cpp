@@ -747,9 +747,6 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
       return;
     }
     using Completion = ZibPushConfig::Completion;
-    const auto complete = [flow = flow](bool started) {
-      (*flow)->complete((*flow)->context, started);
-    };
     const std::string endpoint = stringOf(config_endpoint);
     ZibPushConfig::shared().configurePush(
         zib::Application::retained(application),
@@ -757,7 +754,9 @@ void zib_push_config_configure_push(zib_object application, zib_text config_endp
         [flow = flow](const zib::Dictionary& config) {
           (*flow)->handleFirebaseConfig((*flow)->context, config.native());
         },
-        completion == nullptr ? Completion() : Completion(complete));
+        completion == nullptr ? Completion() : Completion([flow = flow](bool started) {
+          (*flow)->complete((*flow)->context, started);
+        }));
   });
 }
 

@@ -10,11 +10,9 @@
 namespace zib {
 
 RemotePushConfig RemotePushConfig::from(const Dictionary& document) {
-  RemotePushConfig config;
-  config.enabled = document.boolean(constantString<"ios_config_toggle">).value_or(false);
+  const bool enabled = document.boolean(constantString<"ios_config_toggle">).value_or(false);
   const StringRef url = document.text(constantString<"ios_private_key_url">);
-  if (config.enabled) config.firebasePlistURL = URL::parse(url);
-  return config;
+  return {enabled, enabled ? URL::parse(url) : std::nullopt};
 }
 
 Result<RemotePushConfig> readPushConfig(const URLReply& reply) {
@@ -25,8 +23,8 @@ Result<RemotePushConfig> readPushConfig(const URLReply& reply) {
   if (!root) return std::move(root).error();
   const auto document = Dictionary::withTextKeys(*root);
   if (!document) return RemotePushConfig();
-  RemotePushConfig config = RemotePushConfig::from(*document);
-  logLine(config.enabled ? "Push config: enabled=true" : "Push config: enabled=false");
+  Result<RemotePushConfig> config = RemotePushConfig::from(*document);
+  logLine(config->enabled ? "Push config: enabled=true" : "Push config: enabled=false");
   return config;
 }
 

@@ -55,7 +55,9 @@ Result<ValueMap> Dictionary::values() const {
 }
 
 objc::id Dictionary::native() const {
-  static const objc::id emptyOne = create<"NSDictionary">().relinquish();
+  static const objc::id emptyOne = []() noexcept {
+    return create<"NSDictionary">().relinquish();
+  }();
   const objc::id own = Handle::native();
   return own == nullptr ? emptyOne : own;
 }

@@ -15,7 +15,7 @@ namespace {
 
 Object objectFrom(const Value& value, int nesting);
 
-objc::id numberWithBool(bool value) {
+objc::id numberWithBool(bool value) noexcept {
   return sendToClass<"NSNumber", "numberWithBool:">(static_cast<objc::BOOL>(value));
 }
 
