@@ -96,7 +96,7 @@ class TerminatedText {
       text_ = {room_.data(), text.size()};
     } else {
       spilled_ = zib::wellFormed(text);
-      text_ = {spilled_.c_str(), spilled_.size()};
+      text_ = borrowed(spilled_);
     }
   }
   TerminatedText(const TerminatedText&) = delete;
@@ -257,6 +257,18 @@ class Held {
   Table table_;
 };
 
+// What the functions of zib.h keep.
+struct Kept {
+  std::mutex oneCoreAtATime;
+  std::mutex oneDelegateAtATime;
+  std::shared_ptr<ZibMessagingDelegate> delegate;
+};
+
+Kept& kept() {
+  static zib::NeverDestroyed<Kept> kept([] { return Kept(); });
+  return *kept;
+}
+
 // The core.
 
 class CoreLogger final : public ZibLogger {
@@ -329,8 +341,7 @@ class CoreStorage final : public ZibStorage {
 
 // The services that no core in C++ has installed before. False when there is none left.
 bool installServices(const zib_core& core) {
-  static zib::NeverDestroyed<std::mutex> oneAtATime([] { return std::mutex(); });
-  const std::lock_guard lock(*oneAtATime);
+  const std::lock_guard lock(kept().oneCoreAtATime);
   // All made first: what is installed refers to the core for good.
   auto logger = std::make_unique<CoreLogger>(core);
   auto events = std::make_unique<Core>(core);
@@ -374,20 +385,14 @@ class Delegate final : public ZibMessagingDelegate {
   Held<zib_messaging_delegate> delegate_;
 };
 
-struct KeptDelegate {
-  std::mutex mutex;
-  std::shared_ptr<ZibMessagingDelegate> delegate;
-};
-
 // Keeps the delegate, which the module holds weakly: with one lock around both, so that the one
 // that it holds is the one that is kept.
 void keepDelegate(std::shared_ptr<ZibMessagingDelegate> delegate) {
-  static zib::NeverDestroyed<KeptDelegate> kept([] { return KeptDelegate(); });
   ZibMessaging& messaging = ZibMessaging::shared();
-  const std::lock_guard lock((*kept).mutex);
+  const std::lock_guard lock(kept().oneDelegateAtATime);
   messaging.setDelegate(delegate);
   // The former one ends with its caller's argument, out of the lock: what it lets go is the host's.
-  std::swap((*kept).delegate, delegate);
+  std::swap(kept().delegate, delegate);
 }
 
 // The integration report.

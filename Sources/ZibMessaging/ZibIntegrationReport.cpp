@@ -94,12 +94,12 @@ class Describer {
   [[nodiscard]] Selector selector() const { return Selector(interceptionOf(row_).hostSelector); }
 
   // As far as it is known who calls whom: the module knows what it found, and nobody else's.
-  void addChain(ReportRow& row, objc::IMP outermost, const Installation* called) const {
-    row.chain.push_back(describe(row_, outermost));
-    std::size_t length = 0;
-    while (called != nullptr && called->kind() == Installed::swapped && ++length <= rowCount) {
-      row.chain.push_back(describe(row_, called->original()));
-      called = installationOf(row_, called->original(), owner_);
+  void addChain(ReportRow& row, objc::IMP function, const Installation* called) const {
+    for (std::size_t length = 0;; ++length) {
+      row.chain.push_back(describe(row_, function));
+      if (called == nullptr || called->kind() != Installed::swapped || length == rowCount) return;
+      function = called->original();
+      called = installationOf(row_, function, owner_);
     }
   }
 

@@ -52,14 +52,33 @@ void track(const zib::Dictionary& userInfo, const zib::SharedText& eventType) no
   });
 }
 
+// Sets the vendor. Why not, where it is refused.
+const char* refusalOf(std::string_view vendor, bool isConfigured) {
+  if (isConfigured) return " comes after configure() and is not taken";
+  switch (zib::setEventVendor(vendor)) {
+    case zib::VendorOutcome::isNoVendor:
+      return " is refused: letters, digits, \".\", \"-\" and \"_\" are allowed";
+    case zib::VendorOutcome::isSetAlready:
+      return " is refused: another was set before";
+    case zib::VendorOutcome::set:
+      break;
+  }
+  return nullptr;
+}
+
 // What cannot go to a core.
 void sayWhatIsMissingOfTheCore() {
+  const auto say = [](const char* part, const char* what) {
+    std::fprintf(stderr, "ZibMessaging: configured without a %s: its %s go nowhere\n", part, what);
+  };
   const bool hasLogger = ZibLogger::isInstalled();
-  const bool hasEvents = Zib::isInstalled();
-  if (hasLogger && hasEvents) return;
-  std::fprintf(stderr, "ZibMessaging: configured without a %s: its %s go nowhere\n",
-               hasEvents ? "ZibLogger" : (hasLogger ? "Zib" : "core"),
-               hasEvents ? "log lines" : (hasLogger ? "events" : "log lines and events"));
+  if (Zib::isInstalled()) {
+    if (!hasLogger) say("ZibLogger", "log lines");
+  } else if (hasLogger) {
+    say("Zib", "events");
+  } else {
+    say("core", "log lines and events");
+  }
 }
 
 }  // namespace
@@ -90,23 +109,12 @@ std::optional<zib::Bytes> ZibMessaging::apnsToken() const noexcept {
 
 bool ZibMessaging::setEventVendor(std::string_view vendor) noexcept {
   return containedOr(false, "setEventVendor", [&] {
+    const char* const refusal = refusalOf(vendor, swizzlingConfigured_);
+    if (refusal == nullptr) return true;
     std::string line = "ZibMessaging: the event vendor ";
     zib::appendQuoted(line, vendor);
-    if (swizzlingConfigured_) {
-      logError(line.append(" comes after configure() and is not taken"));
-      return false;
-    }
-    switch (zib::setEventVendor(vendor)) {
-      case zib::VendorOutcome::isNoVendor:
-        logError(line.append(" is refused: letters, digits, \".\", \"-\" and \"_\" are allowed"));
-        return false;
-      case zib::VendorOutcome::isSetAlready:
-        logError(line.append(" is refused: another was set before"));
-        return false;
-      case zib::VendorOutcome::set:
-        break;
-    }
-    return true;
+    logError(line.append(refusal));
+    return false;
   });
 }
 

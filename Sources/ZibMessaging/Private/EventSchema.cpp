@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ZibCoreBoundary/InstalledOnce.h"
+#include "ZibPlatform/Foundation/Strings.h"
 
 // A build sets it with -DZIB_EVENT_VENDOR.
 #if !defined(ZIB_EVENT_VENDOR)
@@ -16,7 +17,7 @@ namespace {
 
 struct Schema {
   explicit Schema(std::string_view vendor = ZIB_EVENT_VENDOR)
-      : uri("iglu:" + std::string(vendor) + "/notification_event/jsonschema/3-0-0") {}
+      : uri(joined("iglu:", vendor, "/notification_event/jsonschema/3-0-0")) {}
 
   std::string uri;
 };

@@ -40,13 +40,6 @@ char canonical(char type) {
   }
 }
 
-std::string withBlocksAsObjects(std::string types) {
-  for (std::size_t at = types.find("@?"); at != std::string::npos; at = types.find("@?", at + 1)) {
-    types.erase(at + 1, 1);
-  }
-  return types;
-}
-
 }  // namespace
 
 std::string normalised(std::string_view types) {
@@ -59,7 +52,9 @@ std::string normalised(std::string_view types) {
       result.push_back(type);
       at = skipStructureName(types, at + 1);
     } else {
-      if (noise.find(type) == std::string_view::npos) result.push_back(canonical(type));
+      const bool isOfBlock = type == '?' && result.ends_with('@');
+      const bool isNoise = isOfBlock || noise.find(type) != std::string_view::npos;
+      if (!isNoise) result.push_back(canonical(type));
       ++at;
     }
   }
@@ -67,7 +62,7 @@ std::string normalised(std::string_view types) {
 }
 
 bool agree(std::string_view one, std::string_view other) {
-  return withBlocksAsObjects(normalised(one)) == withBlocksAsObjects(normalised(other));
+  return normalised(one) == normalised(other);
 }
 
 }  // namespace zib::encoding
