@@ -828,8 +828,8 @@ zib_object zib_json_create(zib_text json) {
   return perform(__func__, [=](const Operation& operation) -> zib_object {
     if (!operation.has("json", json)) return nullptr;
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(json.bytes);
-    const auto parsed = zib::parseJSON({bytes, json.size});
-    if (parsed) return zib::Object(*parsed).relinquish();
+    auto parsed = zib::parseJSON({bytes, json.size});
+    if (parsed) return (*parsed).relinquish();
     operation.failFrom(parsed.failure(), "json cannot be read");
     return nullptr;
   });

@@ -75,8 +75,9 @@ void ConfigurePushFlow::pushConfigFetched(const Result<RemotePushConfig>& config
 void ConfigurePushFlow::downloadFirebasePlist(const URL& url) {
   logLine("Downloading Firebase plist from: ", Utf8(url.text()).view());
   recording::told(recording::requested, this, url);
-  URLSession::fetch(url, ReplyHandler{shared_from_this(), "the answer to the Firebase plist request",
-                                      &ConfigurePushFlow::takeFirebasePlist});
+  URLSession::fetch(url,
+                    ReplyHandler{shared_from_this(), "the answer to the Firebase plist request",
+                                 &ConfigurePushFlow::takeFirebasePlist});
 }
 
 void ConfigurePushFlow::firebasePlistDownloaded(const Result<Dictionary>& plist) {

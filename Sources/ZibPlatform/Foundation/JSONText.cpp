@@ -12,10 +12,9 @@
 namespace zib {
 namespace {
 
-std::string base64Of(const Bytes& bytes) {
+void appendBase64(std::string& text, const Bytes& bytes) {
   constexpr std::string_view digits =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
   for (std::size_t at = 0; at < bytes.size(); at += 3) {
     const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
     std::uint32_t group = 0;
@@ -26,7 +25,6 @@ std::string base64Of(const Bytes& bytes) {
       text.push_back(index <= count ? digits[(group >> (18U - 6U * index)) & 0x3FU] : '=');
     }
   }
-  return text;
 }
 
 class JSONWriter {
@@ -56,7 +54,11 @@ class JSONWriter {
     for (const char character : value) appendEscaped(character);
     text_.push_back('"');
   }
-  void append(const Bytes& value) { append(base64Of(value)); }
+  void append(const Bytes& value) {
+    text_.push_back('"');
+    appendBase64(text_, value);
+    text_.push_back('"');
+  }
   void append(Date value) { append(timeInISO8601(value)); }
   void append(const Array& values) {
     text_.push_back('[');

@@ -12,8 +12,9 @@ namespace {
 int compareKeys(const void* one, const void* other) {
   const Member* const first = *static_cast<const Member* const*>(one);
   const Member* const second = *static_cast<const Member* const*>(other);
-  const int order = first->key.compare(second->key);
-  return order != 0 ? order : (first < second ? -1 : 1);
+  const int order = std::string_view(first->key).compare(second->key);
+  if (order != 0) return order;
+  return first < second ? -1 : 1;
 }
 
 }  // namespace
@@ -66,9 +67,7 @@ void ValueMap::set(std::string_view key, Value value) {
   }
 }
 
-void ValueMap::append(std::string_view key, Value value) {
-  append(key) = std::move(value);
-}
+void ValueMap::append(std::string_view key, Value value) { append(key) = std::move(value); }
 
 Value& ValueMap::append(std::string_view key) { return members_.emplace_back(key).value; }
 
