@@ -38,5 +38,15 @@ TEST_F(LinkTest, BracketsOfAnAddressStay) {
   EXPECT_EQ(opened("http://[::1]/?a[]=1"), "http://[::1]/?a%5B%5D=1");
 }
 
+TEST_F(LinkTest, TheHostsDelegateIsThereUntilItIsTakenBack) {
+  ZibDeepLinkHandler& handler = ZibDeepLinkHandler::shared();
+  handler.setURLDelegate([](const zib::URL&) { return true; });
+  EXPECT_TRUE(handler.hasURLDelegate());
+  EXPECT_TRUE(handler.urlDelegate());
+  handler.setURLDelegate({});
+  EXPECT_FALSE(handler.hasURLDelegate());
+  EXPECT_FALSE(handler.urlDelegate());
+}
+
 }  // namespace
 }  // namespace hosts

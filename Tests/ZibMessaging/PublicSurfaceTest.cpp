@@ -55,6 +55,7 @@ TEST(PublicSurfaceTest, NoOperationThrows) {
   static_assert(noexcept(ZibDeepLinkHandler::shared()));
   static_assert(noexcept(ZibDeepLinkHandler::shared().setURLDelegate({})));
   static_assert(noexcept(ZibDeepLinkHandler::shared().urlDelegate()));
+  static_assert(noexcept(ZibDeepLinkHandler::shared().hasURLDelegate()));
   static_assert(noexcept(ZibPayloadBuilder::createNotificationPayload({}, "")));
   static_assert(noexcept(ZibPayloadBuilder::createEventPayload("")));
   static_assert(noexcept(zib::errorFrom(ZibPushError::noData)));
