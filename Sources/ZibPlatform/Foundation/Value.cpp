@@ -111,6 +111,7 @@ std::vector<const Member*> byKey(const ValueMap& map) {
   std::transform(map.begin(), map.end(), sorted.begin(),
                  [](const Member& member) { return &member; });
   // The C library's own sorting, which is no code of ours.
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): pointers are meant
   std::qsort(sorted.data(), sorted.size(), sizeof(const Member*), &compareKeys);
   return sorted;
 }
