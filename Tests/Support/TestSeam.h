@@ -16,9 +16,9 @@ struct ZibTestSeam {
 
   // A fresh instance takes the place of the shared one, which is destroyed: what holds it weakly
   // finds it gone.
-  static void replaceMessaging() { replace<ZibMessaging>(); }
-  static void replacePushConfig() { replace<ZibPushConfig>(); }
-  static void replaceSwizzleManager() { replace<ZibSwizzleManager>(); }
+  static void replaceMessaging() { ZibMessaging::slot() = ZibMessaging::make(); }
+  static void replacePushConfig() { ZibPushConfig::slot() = ZibPushConfig::make(); }
+  static void replaceSwizzleManager() { ZibSwizzleManager::slot() = ZibSwizzleManager::make(); }
 
   static bool hasReceivedAPNSToken() { return ZibMessaging::shared().hasReceivedAPNSToken_; }
   static bool swizzlingConfigured() { return ZibMessaging::shared().swizzlingConfigured_; }
@@ -36,12 +36,4 @@ struct ZibTestSeam {
     zib::addOrSwap(row, delegate, zib::Class::visibleClassOf(delegate));
   }
   static zib::Class swizzleManagerClass() { return zib::interceptorClass(); }
-
- private:
-  template <class Type>
-  static void replace() {
-    // Its pointer does not, since the module has no use for that.
-    const std::unique_ptr<Type> former(Type::slot().get());
-    Type::slot() = Type::make();
-  }
 };

@@ -37,8 +37,7 @@ class SharedInstance : public std::enable_shared_from_this<Type> {
 
   // On its own, so that finding the instance saves no registers for it.
   [[gnu::noinline]] static std::shared_ptr<Type> make() noexcept {
-    // Never destroyed, so the code for that is not there.
-    return std::shared_ptr<Type>(std::make_unique<Type>(Key()).release(), [](Type*) {});
+    return std::make_shared<Type>(Key());
   }
   static std::shared_ptr<Type>& slot() {
     static NeverDestroyed<std::shared_ptr<Type>> slot(&make);
