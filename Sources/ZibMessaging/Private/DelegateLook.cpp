@@ -41,7 +41,9 @@ Sighting findAppDelegate() {
 }
 
 void renewAppDelegate() {
-  if (const auto application = sharedApplication()) application->renewDelegate();
+  contained("renewing the application's delegate", [] {
+    if (const auto application = sharedApplication()) application->renewDelegate();
+  });
 }
 
 Sighting findSceneDelegates() {
