@@ -156,8 +156,9 @@ class Operation {
   bool has(const char* argument, zib_text given) const noexcept {
     return has(argument, given.bytes);
   }
+  // Whether it is of that class, too. What it raises as it is asked is perform()'s to report.
   template <zib::FixedString ClassName>
-  bool hasA(const char* argument, zib_object given) const noexcept {
+  bool hasA(const char* argument, zib_object given) const {
     return has(argument, given) && isA(argument, given, ClassName.data(), &zib::isKind<ClassName>);
   }
 
@@ -172,9 +173,8 @@ class Operation {
     return isMet;
   }
   bool isA(const char* argument, zib_object given, const char* className,
-           bool (*isOne)(zib_object)) const noexcept {
-    return require(zib::containedOr(false, name_, [&] { return isOne(given); }), argument,
-                   " is no ", className);
+           bool (*isOne)(zib_object)) const {
+    return require(isOne(given), argument, " is no ", className);
   }
 
   const char* name_;
