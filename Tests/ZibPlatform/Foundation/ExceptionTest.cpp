@@ -16,7 +16,6 @@ namespace {
 using zib::Caught;
 using zib::caughtFrom;
 using zib::classNamed;
-using zib::selector;
 using zib::objc::id;
 using zib::objc::SEL;
 
