@@ -110,7 +110,7 @@ bool equals(id string, std::string_view ascii) {
 
 // What the module keeps, with the same promises to readers on other threads.
 
-struct State {
+struct FloorState {
   std::mutex mutex;
   std::weak_ptr<ZibMessagingDelegate> delegate;
   std::shared_ptr<const std::function<bool(id)>> urlDelegate;
@@ -125,7 +125,7 @@ struct State {
   std::atomic<IMP> didReceive{nullptr};
   std::atomic<IMP> fcmTokenIMP{nullptr};
 };
-constinit State state;
+constinit FloorState state;
 
 std::shared_ptr<ZibMessagingDelegate> messagingDelegate() {
   const std::lock_guard lock(state.mutex);
@@ -422,30 +422,30 @@ struct Row {
   const char* host;
   const char* interceptor;
   std::string_view logName;
-  std::atomic<IMP> State::*saved;
+  std::atomic<IMP> FloorState::*saved;
 };
 
 constexpr Row didRegisterRow{
     "application:didRegisterForRemoteNotificationsWithDeviceToken:", "zib_didRegister:deviceToken:",
-    "didRegisterForRemoteNotificationsWithDeviceToken", &State::didRegister};
+    "didRegisterForRemoteNotificationsWithDeviceToken", &FloorState::didRegister};
 constexpr Row didFailRow{
     "application:didFailToRegisterForRemoteNotificationsWithError:", "zib_didFailRegister:error:",
-    "didFailToRegisterForRemoteNotificationsWithError", &State::didFailRegister};
+    "didFailToRegisterForRemoteNotificationsWithError", &FloorState::didFailRegister};
 constexpr Row openURLRow{"application:openURL:options:", "zib_openURL:url:options:",
-                         "application:open:options:", &State::openURL};
+                         "application:open:options:", &FloorState::openURL};
 constexpr Row sceneRow{"scene:openURLContexts:", "zib_scene:openURLContexts:",
-                       "scene:openURLContexts:", &State::sceneOpenURL};
+                       "scene:openURLContexts:", &FloorState::sceneOpenURL};
 constexpr Row willPresentRow{
     "userNotificationCenter:willPresentNotification:withCompletionHandler:",
     "zib_willPresent:notification:completionHandler:", "willPresent:withCompletionHandler:",
-    &State::willPresent};
+    &FloorState::willPresent};
 constexpr Row didReceiveRow{
     "userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:",
     "zib_didReceive:response:completionHandler:", "didReceive:withCompletionHandler:",
-    &State::didReceive};
+    &FloorState::didReceive};
 constexpr Row tokenRow{
     "messaging:didReceiveRegistrationToken:", "zib_messaging:didReceiveRegistrationToken:",
-    "messaging:didReceiveRegistrationToken:", &State::fcmTokenIMP};
+    "messaging:didReceiveRegistrationToken:", &FloorState::fcmTokenIMP};
 
 void intercept(Class delegateClass, Class interceptors, const Row& row) {
   const auto method = delegateClass.instanceMethod(zib::Selector(row.host));

@@ -10,15 +10,15 @@
 namespace bench {
 namespace {
 
-struct State {
+struct SinkState {
   std::uint64_t sum = 0;
   bool isRecording = false;
   bool isPlanted = false;
   std::vector<std::string> record;
 };
 
-State& state() {
-  static State state;
+SinkState& state() {
+  static SinkState state;
   return state;
 }
 

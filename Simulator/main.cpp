@@ -4,6 +4,7 @@
 #include <csignal>
 #include <iostream>
 #include <sstream>
+#include <stdexcept>
 
 #include "Simulator/CommandLine/DiffCommand.h"
 #include "Simulator/CommandLine/InputAndOutput.h"
@@ -12,7 +13,6 @@
 #include "Simulator/CommandLine/RunCommand.h"
 #include "Simulator/CommandLine/ServeCommand.h"
 #include "Simulator/CommandLine/Usage.h"
-#include "Simulator/HTTP/Library.h"
 #include "Simulator/Scenario/Reader.h"
 #include "Simulator/Scenario/ScenarioError.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
@@ -64,7 +64,7 @@ class CommandLine {
     } catch (const sim::UsageError& error) {
       std::istringstream lines(error.what());
       for (std::string line; std::getline(lines, line);) std::cerr << "zibsim: " << line << '\n';
-    } catch (const sim::HTTPLibraryMissing& error) {
+    } catch (const std::runtime_error& error) {
       std::cerr << "zibsim: " << error.what() << '\n';
     }
     return sim::wrongUsage;

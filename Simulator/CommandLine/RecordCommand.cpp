@@ -1,14 +1,12 @@
 #include "Simulator/CommandLine/RecordCommand.h"
 
-#include <unistd.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 
 #include "Simulator/CommandLine/InputAndOutput.h"
 #include "Simulator/CommandLine/ScenarioFiles.h"
 #include "Simulator/CommandLine/Usage.h"
+#include "Simulator/Device/Documents.h"
 #include "Simulator/Scenario/PlayInProcess.h"
 
 namespace sim {
@@ -23,25 +21,13 @@ constexpr bool canRecord = false;
 // A folder for the time of the recording.
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string name = std::filesystem::temp_directory_path() / "zibsim-record-XXXXXX";
-    if (::mkdtemp(name.data()) == nullptr) {
-      throw UsageError(name + ": cannot be made; allowed: a folder for temporary files");
-    }
-    path_ = name;
+  void letOthersWrite() const {
+    std::filesystem::permissions(folder_.path(), std::filesystem::perms::all);
   }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  void letOthersWrite() const { std::filesystem::permissions(path_, std::filesystem::perms::all); }
-  [[nodiscard]] std::string file(const char* name) const { return path_ / name; }
+  [[nodiscard]] std::string file(const char* name) const { return folder_.path() / name; }
 
  private:
-  std::filesystem::path path_;
+  DocumentsFolder folder_{Documents::writable};
 };
 
 }  // namespace

@@ -5,11 +5,11 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <set>
 #include <stdexcept>
+#include <system_error>
 
 #include "Simulator/Foundation/Base64.h"
 #include "Simulator/Json/Values.h"
@@ -64,13 +64,23 @@ void record(const std::string& name, const std::vector<std::uint8_t>& bytes) {
                           {"value", list ? jsonFromObject(list->raw()) : Json(base64From(bytes))}});
 }
 
+[[noreturn]] void failForTemporaries(const std::string& why) {
+  const char* const named = std::getenv("TMPDIR");  // NOLINT(concurrency-mt-unsafe)
+  throw std::runtime_error("TMPDIR: \"" + std::string(named == nullptr ? "/tmp" : named) +
+                           "\": no folder can be made in it: " + why +
+                           "; allowed: a folder for temporary files");
+}
+
 }  // namespace
 
 DocumentsFolder::DocumentsFolder(Documents kind) {
   if (kind == Documents::missing) return;
-  std::string pattern = (fs::absolute(fs::temp_directory_path()) / "zibsim-XXXXXX").string();
+  std::error_code error;
+  const fs::path parent = fs::temp_directory_path(error);
+  if (error) failForTemporaries(error.message());
+  std::string pattern = (fs::absolute(parent) / "zibsim-XXXXXX").string();
   if (::mkdtemp(pattern.data()) == nullptr) {
-    throw std::runtime_error("no folder for Documents: " + pattern + ": " + std::strerror(errno));
+    failForTemporaries(std::generic_category().message(errno));
   }
   path_ = pattern;
   using fs::perms;

@@ -43,8 +43,8 @@ class HTTPServer {
     // Before the body is read, which is not read where there is a response.
     std::function<std::optional<ServedResponse>(const ServedRequest&)> admit = {};
     std::function<ServedResponse(const ServedRequest&)> answer;
-    // For a request that could not be read, such as one that is too long.
-    std::function<ServedResponse(int status)> refuse = {};
+    // For a request that could not be read, such as one that is too long, as far as it was.
+    std::function<ServedResponse(const ServedRequest&, int status)> refuse = {};
     // Of every response.
     std::vector<HTTPHeader> headers = {};
     std::size_t largestBody = std::size_t{1} << 20U;

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "Simulator/HTTP/Header.h"
 #include "ZibMessaging/Private/LinkSearch.h"
 #include "ZibMessaging/Private/NotificationEvent.h"
 
@@ -40,14 +41,6 @@ bool isLookedUp(std::string_view key) {
 bool isLinkKey(std::string_view key) {
   return std::any_of(zib::linkKeys.begin(), zib::linkKeys.end(),
                      [&](const zib::ConstantString& link) { return link.text == key; });
-}
-
-std::string lowerCase(std::string_view text) {
-  std::string lower;
-  for (const char character : text) {
-    lower += static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-  }
-  return lower;
 }
 
 // Without what people confuse. A name that is hardly more than a separator keeps it.

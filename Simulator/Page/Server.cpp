@@ -20,6 +20,7 @@ namespace {
 
 enum Status {
   ok = 200,
+  badRequest = 400,
   forbidden = 403,
   notFound = 404,
   methodNotAllowed = 405,
@@ -94,7 +95,8 @@ std::string methodsOf(std::string_view path) {
 // None where the method is one that the path is there for.
 std::optional<ServedResponse> refusalOfMethod(const ServedRequest& request) {
   const std::string methods = methodsOf(request.path);
-  if (methods.empty() || methods.find(request.method) != std::string::npos) return std::nullopt;
+  const bool isThere = (" " + methods + ",").find(" " + request.method + ",") != std::string::npos;
+  if (methods.empty() || isThere) return std::nullopt;
   ServedResponse response = refusal(methodNotAllowed, "this address takes " + methods + " alone");
   response.headers.push_back({"Allow", methods});
   return response;
@@ -120,6 +122,16 @@ std::optional<ServedResponse> admit(const ServedRequest& request, int port) {
   if (!isOwnOrigin(request, port)) return refusal(forbidden, "another site's page may not ask");
   auto refused = refusalOfMethod(request);
   return refused ? refused : refusalOfBody(request);
+}
+
+// The library reads no further than a method that it does not know.
+ServedResponse refuseUnread(const ServedRequest& request, int status) {
+  if (status == badRequest && request.path.empty() && !request.method.empty()) {
+    ServedRequest known = request;
+    known.path = request.target.substr(0, request.target.find('?'));
+    if (auto refused = refusalOfMethod(known)) return *std::move(refused);
+  }
+  return refusal(status);
 }
 
 ServedResponse inspectBody(const ServedRequest& request) {
@@ -191,7 +203,7 @@ PageServer::PageServer(int port, std::string program)
       .admit =
           [&server](const ServedRequest& request) { return admit(request, server.http->port()); },
       .answer = [&server](const ServedRequest& request) { return answer(request, server.plays); },
-      .refuse = [](int status) { return refusal(status); },
+      .refuse = &refuseUnread,
       .headers = headersOfAll(),
       // Each connection has a thread, also one that says nothing: browsers open some in advance.
       .threads = 64,

@@ -22,9 +22,18 @@ Json schemaOfPart(const Json& part) {
 // Of a text, by a part of it.
 Json schemaOfPartOfText() { return schemaOfPart({{"type", "string"}}); }
 
-void checkPart(const Node& node, Reading& reading) {
+std::string readPart(const Node& node, Reading& reading) {
   node.checkKeys({"contains"}, reading.errors);
-  static_cast<void>(node.require("contains").text());
+  return node.require("contains").text();
+}
+
+// A part that none of the names has could never be met.
+void checkPartOfName(const Node& node, const NameList& names, Reading& reading) {
+  const std::string part = readPart(node, reading);
+  const bool fits = std::any_of(names.begin(), names.end(), [&](std::string_view name) {
+    return name.find(part) != std::string_view::npos;
+  });
+  if (!fits) node.require("contains").failType("a part of one of " + quotedList(names));
 }
 
 // Null is what each field can be: it stands for what the platform hands over as none.
@@ -94,7 +103,7 @@ Kind<Json> list() {
 Kind<Json> text() {
   return unlessNull({[](const Node& node, Reading& reading) -> Json {
                        if (node.value().is_object()) {
-                         checkPart(node, reading);
+                         static_cast<void>(readPart(node, reading));
                        } else if (!node.value().is_string()) {
                          node.failType("a text, null, {\"contains\": a text}");
                        }
@@ -108,7 +117,7 @@ Kind<Json> text() {
 Kind<Json> oneOf(const NameList& names) {
   return unlessNull({[names](const Node& node, Reading& reading) -> Json {
                        if (node.value().is_object()) {
-                         checkPart(node, reading);
+                         checkPartOfName(node, names, reading);
                        } else {
                          static_cast<void>(node.choice(names));
                        }

@@ -46,6 +46,12 @@ void setTarget(HostObject delegate, HostObject target);
 // Of Unsure.
 void beginToRaise(void);
 
+// When an application's setter of the delegate raises.
+enum RaisingSetter { forNil, forDelegate, theFirstTime, forTheFirstDelegate, eachTime };
+// Gives the application a subclass of the host's whose setter raises then, instead of calling super
+// or after it has.
+void makeSetterRaise(HostObject application, enum RaisingSetter when, int isAfterSuper);
+
 // Another library that puts a function of its own before a method of a class, and calls what it
 // found there. It tells hostDid() "Library method". Installing it again makes it call itself, or
 // whoever stands before it, for it keeps one function only.

@@ -362,6 +362,50 @@ void setTarget(id delegate, id target) {
 
 id makeHost(const char *className) { return [[objc_lookUpClass(className) alloc] init]; }
 
+// The application of a host's: UIApplication is there at run time only.
+static enum RaisingSetter raisesWhen;
+static BOOL raisesAfterSuper;
+static IMP setDelegateOfSuper = NULL;
+static int settings = 0;
+static int settingsOfDelegates = 0;
+
+static BOOL raisesAt(id delegate) {
+  settings += 1;
+  settingsOfDelegates += delegate ? 1 : 0;
+  switch (raisesWhen) {
+    case forNil:
+      return delegate == nil;
+    case forDelegate:
+      return delegate != nil;
+    case theFirstTime:
+      return settings == 1;
+    case forTheFirstDelegate:
+      return delegate != nil && settingsOfDelegates == 1;
+    case eachTime:
+      return YES;
+  }
+  return NO;
+}
+
+static void setDelegate(id self, SEL _cmd, id delegate) {
+  BOOL raises = raisesAt(delegate);
+  if (raises && !raisesAfterSuper) [NSException raise:@"Planned" format:@"no setting"];
+  ((void (*)(id, SEL, id))setDelegateOfSuper)(self, _cmd, delegate);
+  if (raises) [NSException raise:@"Planned" format:@"set"];
+}
+
+void makeSetterRaise(id application, enum RaisingSetter when, int isAfterSuper) {
+  raisesWhen = when;
+  raisesAfterSuper = isAfterSuper != 0;
+  Class super = object_getClass(application);
+  Method method = class_getInstanceMethod(super, @selector(setDelegate:));
+  setDelegateOfSuper = method_getImplementation(method);
+  Class own = objc_allocateClassPair(super, "HostApplication", 0);
+  class_addMethod(own, @selector(setDelegate:), (IMP)&setDelegate, method_getTypeEncoding(method));
+  objc_registerClassPair(own);
+  object_setClass(application, own);
+}
+
 // The library: one function for methods of three arguments, whatever the last two are.
 static IMP found = NULL;
 

@@ -521,6 +521,20 @@ TEST(ZibTextTest, IsAllOfAString) {
   EXPECT_EQ(device.errorLines(), std::vector{"zib_string_copy: string is no NSString"s});
 }
 
+TEST(ZibObjectTest, OneThatRaisesWhereItIsAskedForItsKindIsOneErrorLine) {
+  const Device device;
+  const auto isKind = +[](zib::objc::id, zib::objc::SEL, zib::objc::Class) -> zib::objc::BOOL {
+    test::raise(Thrown::platform);
+  };
+  const zib::Object raising =
+      zib::create(zib::ClassBuilder("Kindless", zib::classNamed<"NSObject">())
+                      .method("isKindOfClass:", isKind)
+                      .registerClass());
+  EXPECT_EQ(zib_string_copy(raising.raw()).bytes, nullptr);
+  EXPECT_EQ(device.errorLines(),
+            std::vector{"ZibMessaging: stopped an exception in zib_string_copy"s});
+}
+
 // What is missing, or of another class than is asked for.
 
 struct Missing {

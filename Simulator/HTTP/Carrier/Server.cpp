@@ -94,8 +94,9 @@ class LibraryServer : public HTTPServer {
           });
     }
     if (options_.refuse) {
-      http_.set_error_handler([this](const httplib::Request&, httplib::Response& response) {
-        if (response.body.empty()) fill(response, options_.refuse(response.status));
+      http_.set_error_handler([this](const httplib::Request& request, httplib::Response& response) {
+        if (!response.body.empty()) return;
+        fill(response, options_.refuse(requestFrom(request), response.status));
       });
     }
   }

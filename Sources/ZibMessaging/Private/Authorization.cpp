@@ -4,7 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include "ZibCoreBoundary/ZibLogger.h"
 #include "ZibCoreBoundary/ZibStorage.h"
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Deferred.h"

@@ -5,32 +5,22 @@
 
 #pragma once
 
-#include <memory>
-#include <string>
 #include <utility>
+
+#include "ZibPlatform/Foundation/Exception.h"
 
 namespace zib {
 
-// Of an exception that was stopped, what it says of itself.
-using Stopped = std::unique_ptr<std::string>;
-// While a catch block of the caller's is handling it.
-Stopped describeHandledException() noexcept;
-// An error line; once the exception is no longer being handled, since C++ runtimes end the process
-// when the platform's comes on top of another.
-void reportStopped(const char* operation, Stopped stopped) noexcept;
+// An error line.
+void reportStopped(const char* operation, const CaughtException& stopped) noexcept;
 
 // contained() with the handler in the caller's own code: what goes well costs nothing then, and
 // each use is larger. For what every callback passes.
 template <class Work>
 bool containedInPlace(const char* operation, const Work& work) noexcept {
-  Stopped stopped;
-  try {
-    work();
-    return true;
-  } catch (...) {
-    stopped = describeHandledException();
-  }
-  reportStopped(operation, std::move(stopped));
+  const Caught stopped = caughtFrom(work);
+  if (stopped == nullptr) return true;
+  reportStopped(operation, *stopped);
   return false;
 }
 

@@ -41,7 +41,9 @@ Sighting findAppDelegate() {
 }
 
 void renewAppDelegate() {
-  if (const auto application = sharedApplication()) application->renewDelegate();
+  contained("renewing the application's delegate", [] {
+    if (const auto application = sharedApplication()) application->renewDelegate();
+  });
 }
 
 Sighting findSceneDelegates() {
@@ -85,15 +87,10 @@ constexpr std::array firebaseRows{Row::fcmToken};
 // contained(), whose operation gets its name only where something was stopped.
 template <class NameOf, class Work>
 bool containedAs(const NameOf& nameOfOperation, const Work& work) noexcept {
-  Stopped stopped;
-  try {
-    work();
-    return true;
-  } catch (...) {
-    stopped = describeHandledException();
-  }
+  const Caught stopped = caughtFrom(work);
+  if (stopped == nullptr) return true;
   contained("the report of a delegate that raises",
-            [&] { reportStopped(nameOfOperation().c_str(), std::move(stopped)); });
+            [&] { reportStopped(nameOfOperation().c_str(), *stopped); });
   return false;
 }
 

@@ -7,12 +7,20 @@
 namespace zib {
 
 Error Error::fromNative(objc::id error) {
-  if (!isKind<"NSError">(error)) {
+  bool isError = false;
+  objc::Integer code = 0;
+  try {
+    isError = isKind<"NSError">(error);
+    if (isError) code = send<objc::Integer>(error, selector<"code">());
+  } catch (...) {
+    code = 0;
+  }
+  if (!isError) {
     return {"ZibMessaging", 0, "The platform reported a failure without an error object", {}};
   }
-  return {utf8From(send<objc::id>(error, selector<"domain">())),
-          send<objc::Integer>(error, selector<"code">()),
-          utf8From(send<objc::id>(error, selector<"localizedDescription">())),
+  return {textAnswered(error, selector<"domain">(), ""), code,
+          textAnswered(error, selector<"localizedDescription">(),
+                       "The platform reported an error that cannot be described"),
           Object::retained(error)};
 }
 

@@ -17,7 +17,8 @@ struct Error {
   // The platform's object, where the failure came with one; see nativeError().
   Object native;
 
-  // For nil, or an object that is no NSError, the error says that none was given.
+  // For nil, or an object that is no NSError, the error says that none was given. What the
+  // platform's error does not tell, or raises as it is asked for, costs the rest nothing.
   static Error fromNative(objc::id error);
   // The platform's own object, or one made from the fields.
   [[nodiscard]] Object nativeError() const;

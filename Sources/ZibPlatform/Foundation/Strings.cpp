@@ -168,6 +168,16 @@ Object makeString(std::string_view utf8) {
 
 std::string utf8From(objc::id string) { return StringRef(string).utf8(); }
 
+std::string textAnswered(objc::id object, Selector selector, std::string_view otherwise) {
+  try {
+    const StringRef text = StringRef::of(send<objc::id>(object, selector));
+    if (text) return text.utf8();
+  } catch (...) {
+    return std::string(otherwise);
+  }
+  return std::string(otherwise);
+}
+
 std::string StringRef::utf8() const { return std::string(Utf8(*this).view()); }
 
 Utf8::Utf8(StringRef text) {  // NOLINT(cppcoreguidelines-pro-type-member-init): written below

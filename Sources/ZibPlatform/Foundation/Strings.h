@@ -13,6 +13,7 @@
 #include "ZibPlatform/ObjectiveC/FixedString.h"
 #include "ZibPlatform/ObjectiveC/Native.h"
 #include "ZibPlatform/ObjectiveC/Object.h"
+#include "ZibPlatform/ObjectiveC/Selector.h"
 
 namespace zib {
 
@@ -22,6 +23,9 @@ Object makeString(std::string_view utf8);
 // The whole text, NUL characters included; lone surrogates become U+FFFD. Empty for nil. `string`
 // is an NSString or nil.
 std::string utf8From(objc::id string);
+
+// What the object answers; something else where that is no text, or where the object raises.
+std::string textAnswered(objc::id object, Selector selector, std::string_view otherwise);
 
 // A platform string that somebody else keeps alive, or none: for reading it where it lies. Not for
 // keeping it beyond the call in which it was handed out.

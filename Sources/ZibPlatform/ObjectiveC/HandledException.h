@@ -6,8 +6,8 @@
 
 namespace zib::objc {
 
-// The object that was thrown, where a catch block of the caller's is handling an exception of the
-// platform's; nil for any other.
+// The NSException that was thrown, where a catch block of the caller's is handling one; nil for
+// anything else.
 id handledException() noexcept;
 
 }  // namespace zib::objc

@@ -72,7 +72,10 @@ id handledException() noexcept {
   for (const char letter : thrownByObjectiveC) {
     kind = (kind << 8U) | static_cast<unsigned char>(letter);
   }
-  return thrown->header.exception_class == kind ? thrown->object : nullptr;
+  if (thrown->header.exception_class != kind) return nullptr;
+  const bool isException =
+      zib::Class::ofObject(thrown->object).derivesFrom(classNamed<"NSException">());
+  return isException ? thrown->object : nullptr;
 }
 
 id retain(id object) {

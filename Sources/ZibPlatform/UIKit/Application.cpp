@@ -5,6 +5,34 @@
 #include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace zib {
+namespace {
+
+// Renews the delegate where a setter of the host's own has raised, which could have left the
+// application without one: by the system's setter, around the host's.
+struct DelegateKeeper {
+  objc::id application;
+  objc::id delegate;
+  bool isNeeded = true;
+
+  ~DelegateKeeper() {
+    if (!isNeeded) return;
+    set(nullptr);
+    set(delegate);
+  }
+
+  void set(objc::id either) const noexcept {
+    const Selector set = selector<"setDelegate:">();
+    const Method systems = classNamed<"UIApplication">().instanceMethod(set);
+    if (!systems) return;
+    try {
+      callImplementation<void>(systems.implementation(), application, set, either);
+    } catch (...) {
+      return;  // the host's exception is the one that is told
+    }
+  }
+};
+
+}  // namespace
 
 std::optional<Application> Application::shared() {
   const Class cls = classNamed<"UIApplication">();
@@ -23,8 +51,10 @@ void Application::renewDelegate() const {
   const Selector set = selector<"setDelegate:">();
   const Object current = Object::retained(delegate());
   if (!current || !respondsTo(native(), set)) return;
+  DelegateKeeper keeper{native(), current.raw()};
   send<void>(native(), set, objc::id{});
   send<void>(native(), set, current.raw());
+  keeper.isNeeded = false;
 }
 
 void Application::registerForRemoteNotifications() const {

@@ -139,7 +139,7 @@ TEST_F(ServerTest, AnswersToNoOtherName) {
 }
 
 TEST_F(ServerTest, NamesTheMethodsThatAnAddressTakes) {
-  for (const std::string method : {"DELETE", "PUT", "OPTIONS", "POST"}) {
+  for (const std::string method : {"DELETE", "PUT", "OPTIONS", "POST", "PROPFIND", "ET"}) {
     const std::string answer =
         answerTo(method + " / HTTP/1.1\r\nHost: " + host() + "\r\nContent-Length: 0\r\n\r\n");
     EXPECT_EQ(statusOf(answer), "405") << method;

@@ -121,6 +121,21 @@ TEST_F(CommandLineTest, WritesOverNothingThatItReadsOrWrites) {
             allAsExpected);
 }
 
+TEST_F(CommandLineTest, SaysWhereItCannotMakeItsFolders) {
+  const std::string file = write("two.json", twoSteps);
+  const std::string none = path("none");
+  ::setenv("TMPDIR", none.c_str(), 1);
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"run", file}, {"record", file}}) {
+    const Outcome outcome = zibsim(arguments);
+    EXPECT_EQ(outcome.status, wrongUsage);
+    EXPECT_TRUE(outcome.errors.starts_with("zibsim: TMPDIR: \"" + none +
+                                           "\": no folder can be made in it: ") &&
+                outcome.errors.ends_with("; allowed: a folder for temporary files\n"))
+        << outcome.errors;
+  }
+}
+
 TEST_F(CommandLineTest, PassesOverNoScenarioOfAFolder) {
   std::filesystem::create_directories(path("folder/more.json"));
   static_cast<void>(write("folder/two.json", twoSteps));

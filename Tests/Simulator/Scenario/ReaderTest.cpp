@@ -196,6 +196,11 @@ INSTANTIATE_TEST_SUITE_P(
                 withExpectation(R"({"absent": {"kind": "storage", "operation": "saveFcmTokens"}})"),
                 R"(/expect/0/absent/operation: got "saveFcmTokens", did you mean )"
                 R"("saveFCMToken"?; allowed: "savePushPermission", "saveFCMToken")"},
+        Mistake{"PartOfNoOperation",
+                withExpectation(
+                    R"({"absent": {"kind": "storage", "operation": {"contains": "saveFcm"}}})"),
+                R"(/expect/0/absent/operation/contains: got "saveFcm"; allowed: a part of one of )"
+                R"("savePushPermission", "saveFCMToken")"},
         Mistake{"LogLevel", withExpectation(R"({"absent": {"kind": "log", "level": "warning"}})"),
                 R"(/expect/0/absent/level: got "warning"; allowed: "info", "error")"},
         Mistake{"FieldOfAnError",

@@ -186,7 +186,7 @@ std::vector<std::string> errorsOf(const Json& scenario, const fs::path& folder) 
 
 // What no schema says: it depends on other places, on files, or on the grammar of a text.
 bool isBeyondSchemas(const std::string& error) {
-  static const std::regex words("a URL|class|scene|cannot be read|twice|deep");
+  static const std::regex words("a URL|class|scene|cannot be read|twice|deep|a part of one of");
   return std::regex_search(error, words);
 }
 

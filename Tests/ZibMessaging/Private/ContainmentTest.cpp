@@ -108,10 +108,13 @@ class ContainmentTest : public testing::TestWithParam<Thrown> {
     switch (kind) {
       case Thrown::standard:
         return "planned";
+      case Thrown::speechless:
       case Thrown::ofItsOwnType:
         return "an exception of a type of its own";
       case Thrown::platform:
         return "Planned: planned for the platform";
+      case Thrown::platformThatRaises:
+        return "RaisingException: no reason given";
     }
     return nullptr;
   }

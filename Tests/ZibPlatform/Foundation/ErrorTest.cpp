@@ -7,6 +7,7 @@
 #include "ZibPlatform/Foundation/ErrorPointer.h"
 #include "ZibPlatform/Foundation/Strings.h"
 #include "ZibPlatform/ObjectiveC/Class.h"
+#include "ZibPlatform/ObjectiveC/ClassBuilder.h"
 #include "ZibPlatform/ObjectiveC/Send.h"
 
 namespace {
@@ -42,6 +43,64 @@ TEST_F(ErrorTest, BecomesThePlatformsAndComesBack) {
   EXPECT_EQ(error.description, "offline 😀");
   EXPECT_EQ(error.native.raw(), native.raw());
   EXPECT_EQ(error.nativeError().raw(), native.raw());
+}
+
+id answerNil(id, zib::objc::SEL) { return nullptr; }
+id answerNull(id, zib::objc::SEL) { return zib::sendToClass<"NSNull", "null">(); }
+zib::objc::BOOL raiseForKind(id, zib::objc::SEL, zib::objc::Class) {
+  test::raise(test::Thrown::platform);
+}
+
+constexpr id (*everyOddAnswer[])(id, zib::objc::SEL) = {&answerNil, &answerNull,
+                                                        &test::raiseInstead<id>};
+
+// An error in the domain "Domain" with the code 7, of a class with a method of its own.
+template <class Method>
+Error errorWithMethod(const char* selectorName, Method* method) {
+  const std::string className = std::string("OddError.") + selectorName;
+  zib::ClassBuilder(className.c_str(), zib::classNamed<"NSError">())
+      .method(selectorName, method)
+      .registerClass();
+  const zib::Class cls = zib::Class::named(className.c_str());
+  const zib::Method own = cls.instanceMethod(zib::Selector(selectorName));
+  own.setImplementation(zib::objc::functionCast<zib::objc::IMP>(method));
+  const Object native =
+      Object::adopted(send<id>(zib::allocate(cls), selector<"initWithDomain:code:userInfo:">(),
+                               zib::makeString("Domain").raw(), zib::objc::Integer{7}, id{}));
+  Error error = Error::fromNative(native.raw());
+  EXPECT_EQ(error.native.raw(), native.raw());
+  return error;
+}
+
+TEST_F(ErrorTest, OneThatCannotBeDescribedSaysSoAndKeepsTheRest) {
+  for (const auto answer : everyOddAnswer) {
+    const Error error = errorWithMethod("localizedDescription", answer);
+    EXPECT_EQ(error.domain, "Domain");
+    EXPECT_EQ(error.code, 7);
+    EXPECT_EQ(error.description, "The platform reported an error that cannot be described");
+  }
+}
+
+TEST_F(ErrorTest, OneOfNoDomainKeepsTheRest) {
+  for (const auto answer : everyOddAnswer) {
+    const Error error = errorWithMethod("domain", answer);
+    EXPECT_EQ(error.domain, "");
+    EXPECT_EQ(error.code, 7);
+  }
+}
+
+TEST_F(ErrorTest, OneThatRaisesForItsCodeKeepsTheRest) {
+  const Error error = errorWithMethod("code", &test::raiseInstead<zib::objc::Integer>);
+  EXPECT_EQ(error.domain, "Domain");
+  EXPECT_EQ(error.code, 0);
+  EXPECT_NE(error.description, "The platform reported a failure without an error object");
+}
+
+TEST_F(ErrorTest, WhatRaisesWhereItIsAskedForItsKindIsNoError) {
+  const Object raising = zib::create(zib::ClassBuilder("Kindless", zib::classNamed<"NSObject">())
+                                         .method("isKindOfClass:", &raiseForKind)
+                                         .registerClass());
+  expectNoneGiven(Error::fromNative(raising.raw()));
 }
 
 TEST_F(ErrorTest, AFailedCallGivesItsErrorOrSaysThatThereIsNone) {
