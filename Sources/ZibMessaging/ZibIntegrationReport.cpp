@@ -66,14 +66,30 @@ std::string describeInWords(std::string_view before, const FunctionName& functio
 
 void remark(ReportRow& row, std::string_view text) { row.remarks.emplace_back(text); }
 
+// A delegate, which is asked for its class once.
+struct Delegate {
+  explicit Delegate(const Object& found) : object(found.raw()), cls(classOfDelegate(object)) {}
+  objc::id object;
+  ClassOfDelegate cls;
+};
+
+// What is installed where the delegate's method is, or below a hidden class that has come before
+// its own since; or null.
+const Installation* installationFor(Row row, const Delegate& delegate) {
+  const Selector selector(interceptionOf(row).hostSelector);
+  const Installation* const found =
+      installationOn(row, Class::ofObject(delegate.object).ownerOf(selector));
+  return found != nullptr ? found : installationOn(row, delegate.cls.visible.ownerOf(selector));
+}
+
 // What the delegate's method is now, and what the module has to do with it.
 class Describer {
  public:
-  Describer(Row row, objc::id delegate)
+  Describer(Row row, const Delegate& delegate)
       : row_(row),
-        method_(Class::ofObject(delegate).instanceMethod(selector())),
-        owner_(Class::ofObject(delegate).ownerOf(selector())),
-        installation_(installationOn(row, owner_)) {}
+        method_(Class::ofObject(delegate.object).instanceMethod(selector())),
+        owner_(Class::ofObject(delegate.object).ownerOf(selector())),
+        installation_(installationFor(row, delegate)) {}
 
   void describeIn(ReportRow& row) const {
     if (!method_) return;
@@ -109,21 +125,14 @@ class Describer {
   const Installation* installation_;
 };
 
-// A delegate, which is asked for its class once.
-struct Delegate {
-  explicit Delegate(const Object& found) : object(found.raw()), cls(classOfDelegate(object)) {}
-  objc::id object;
-  ClassOfDelegate cls;
-};
-
 void describeDelegates(Row row, const std::vector<Delegate>& delegates, ReportRow& described) {
   const Delegate& first = delegates.front();
   described.delegateClass = wellFormed(first.cls.visible.name());
   if (first.cls.raises) remark(described, "raises where it is asked for its class");
-  Describer(row, first.object).describeIn(described);
+  Describer(row, first).describeIn(described);
   for (const Delegate& each : delegates) {
     if (Class::ofObject(each.object) == Class::ofObject(first.object) ||
-        isIntercepted(row, each.object)) {
+        isIntercepted(row, each.object) || installationFor(row, each) != nullptr) {
       continue;
     }
     remark(described, joined("a second delegate of class ", wellFormed(each.cls.visible.name()),

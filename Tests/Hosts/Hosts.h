@@ -33,11 +33,13 @@ extern "C" {
 //   Unsure      has nothing, and after beginToRaise() raises the first time that it is asked
 //   whether
 //     it opens URLs, and whether it presents notifications
+//   Lazy        gets the method for taps when it is asked whether it has it, and completes
 // Of these, which have no method themselves and answer what their target answers:
 //   Naming      names it
 //   Invoking    passes invocations on
 //   Proxy       likewise, and is no NSObject
 //   UnsureProxy  likewise, and raises where it is asked for the signature of a tap
+//   Helped      names it, but does not answer for what it has
 HostObject makeHost(const char* className);
 
 // Of a forwarding delegate, which keeps it.
@@ -56,6 +58,10 @@ void makeSetterRaise(HostObject application, enum RaisingSetter when, int isAfte
 // found there. It tells hostDid() "Library method". Installing it again makes it call itself, or
 // whoever stands before it, for it keeps one function only.
 void installLibrary(const char* className, const char* selector);
+// The same library before the method of one object, whose class it derives a hidden one from.
+void hideBehindLibrary(HostObject delegate, const char* selector);
+// The same library before a class's setter of its delegate.
+void installSetterLibrary(const char* className);
 // Exchanges the methods of two classes.
 void exchangeMethods(const char* oneClass, const char* otherClass, const char* selector);
 

@@ -273,6 +273,41 @@ void beginToRaise(void) { raisesForURLs = raisesForPresentation = YES; }
 }
 @end
 
+static void tapOfLazy(id self, SEL _cmd, id center, id response, Completion completionHandler) {
+  did("Lazy", "didReceive");
+  completionHandler();
+}
+
+@interface Lazy : NSObject
+@end
+
+@implementation Lazy
+- (BOOL)respondsToSelector:(SEL)selector {
+  if (selector == @selector(userNotificationCenter:
+                      didReceiveNotificationResponse:withCompletionHandler:)) {
+    class_addMethod([Lazy class], selector, (IMP)&tapOfLazy, "v@:@@@?");
+  }
+  return [super respondsToSelector:selector];
+}
+@end
+
+// Of an object that is asked only for what it has.
+@interface Helped : NSObject {
+ @public
+  id _target;
+}
+@end
+
+@implementation Helped
+- (void)dealloc {
+  [_target release];
+  [super dealloc];
+}
+- (id)forwardingTargetForSelector:(SEL)selector {
+  return _target;
+}
+@end
+
 @interface Forwarding : NSObject {
  @public
   id _target;
@@ -353,8 +388,11 @@ void beginToRaise(void) { raisesForURLs = raisesForPresentation = YES; }
 @end
 
 void setTarget(id delegate, id target) {
-  id *place =
-      [delegate isProxy] ? &((Proxy *)delegate)->_target : &((Forwarding *)delegate)->_target;
+  id *place = &((Forwarding *)delegate)->_target;
+  if ([delegate isProxy]) place = &((Proxy *)delegate)->_target;
+  if (![delegate isProxy] && [delegate isKindOfClass:[Helped class]]) {
+    place = &((Helped *)delegate)->_target;
+  }
   [target retain];
   [*place release];
   *place = target;
@@ -421,6 +459,34 @@ void installLibrary(const char *className, const char *selector) {
   Method method = class_getInstanceMethod(objc_lookUpClass(className), sel_registerName(selector));
   IMP before = method_setImplementation(method, (IMP)&libraryMethod);
   if (before != (IMP)&libraryMethod) found = before;
+}
+
+static Class visibleClass(id self, SEL _cmd) { return class_getSuperclass(object_getClass(self)); }
+
+void hideBehindLibrary(id delegate, const char *selector) {
+  Class visible = object_getClass(delegate);
+  SEL name = sel_registerName(selector);
+  Method method = class_getInstanceMethod(visible, name);
+  found = method_getImplementation(method);
+  Class hidden = objc_allocateClassPair(visible, "HiddenByLibrary", 0);
+  class_addMethod(hidden, name, (IMP)&libraryMethod, method_getTypeEncoding(method));
+  class_addMethod(hidden, @selector(class), (IMP)&visibleClass, "#@:");
+  objc_registerClassPair(hidden);
+  object_setClass(delegate, hidden);
+}
+
+static IMP foundSetter = NULL;
+
+static void librarySetter(id self, SEL _cmd, id delegate) {
+  did("Library", sel_getName(_cmd));
+  ((void (*)(id, SEL, id))foundSetter)(self, _cmd, delegate);
+}
+
+void installSetterLibrary(const char *className) {
+  Method method =
+      class_getInstanceMethod(objc_lookUpClass(className), sel_registerName("setDelegate:"));
+  IMP before = method_setImplementation(method, (IMP)&librarySetter);
+  if (before != (IMP)&librarySetter) foundSetter = before;
 }
 
 void exchangeMethods(const char *oneClass, const char *otherClass, const char *selector) {

@@ -124,6 +124,31 @@ TEST_F(IntegrationReportTest, AnObservedDelegate) {
                   key.raw());
 }
 
+// As libraries do that change the application delegate's class: ours is still called, by theirs.
+TEST_F(IntegrationReportTest, AHiddenClassThatCameAfterUs) {
+  const Object delegate = install("Whole");
+  hideBehindLibrary(delegate.raw(), presentMethod);
+  const auto row = rowOf(presentMethod);
+  EXPECT_EQ(row.delegateClass, "Whole");
+  EXPECT_EQ(row.state, State::swapped);
+  EXPECT_EQ(row.remarks, Lines{"replaced after us by libraryMethod in HostTests"});
+  present(delegate);
+  EXPECT_EQ(happened(),
+            (Lines{std::string("Library ") + presentMethod, "handled",
+                   "event notification-delivered", "Whole willPresent", "presented with 5"}));
+}
+
+TEST_F(IntegrationReportTest, AHiddenClassOfASecondSceneIsIntercepted) {
+  constexpr const char* method = "scene:openURLContexts:";
+  const Object first = make("BaseScene");
+  const Object second = make("Whole");
+  sim::uikit::connectScene(true, first);
+  sim::uikit::connectScene(true, second);
+  configure();
+  hideBehindLibrary(second.raw(), method);
+  EXPECT_TRUE(rowOf(method).remarks.empty());
+}
+
 TEST_F(IntegrationReportTest, CallbacksByHand) {
   const Object delegate = install("ByHand");
   for (int time = 0; time < 3; ++time) present(delegate);
