@@ -106,6 +106,82 @@ TEST_P(TargetGoneTest, TheModuleCompletes) {
                    "handled", "event notification-clicked", "completed"}));
 }
 
+using NobodyTest = ForwardingTest;
+
+INSTANTIATE_TEST_SUITE_P(Delegate, NobodyTest, testing::Values("Invoking"),
+                         [](const auto& each) { return std::string(each.param); });
+
+TEST_P(NobodyTest, ACompletionThatNobodyCanCallAnyMoreIsCalledByTheModule) {
+  install("Whole");
+  aim(nullptr);
+  present(delegate_);
+  Device::drain();
+  tap(delegate_);
+  Device::drain();
+  EXPECT_EQ(happened(), (Lines{"handled", "event notification-delivered", "presented with 19",
+                               "handled", "event notification-clicked", "completed"}));
+}
+
+// Who takes invocations and is an NSObject cannot be asked here either.
+using TargetLateTest = TargetGoneTest;
+
+INSTANTIATE_TEST_SUITE_P(Delegate, TargetLateTest, testing::Values("Naming", "Proxy"),
+                         [](const auto& each) { return std::string(each.param); });
+
+TEST_P(TargetLateTest, EveryCallbackReachesTheTargetFromThenOn) {
+  install(nullptr);
+  tap(delegate_);
+  EXPECT_EQ(happened(), (Lines{"handled", "event notification-clicked", "completed"}));
+  aim("Whole");
+  giveToken();
+  EXPECT_FALSE(openURL());
+  open(delegate_, {"app://one"});
+  test::fcmToken(delegate_.raw(), zib::makeString("token").raw());
+  EXPECT_EQ(happened(), (Lines{"handled", "Whole didRegister", "handled", "Whole openURL",
+                               "handled", "Whole openURLContexts", "handled", "Whole token"}));
+  present(delegate_);
+  tap(delegate_);
+  EXPECT_EQ(happened(), (Lines{"handled", "event notification-delivered", "Whole willPresent",
+                               "presented with 5", "handled", "event notification-clicked",
+                               "Whole didReceive", "completed"}));
+}
+
+TEST_P(TargetLateTest, ATargetWithMoreMethodsThanTheOneBefore) {
+  install("Partial");
+  aim("Whole");
+  tap(delegate_);
+  EXPECT_EQ(happened(),
+            (Lines{"handled", "event notification-clicked", "Whole didReceive", "completed"}));
+  aim("Partial");
+  tap(delegate_);
+  EXPECT_EQ(happened(), (Lines{"handled", "event notification-clicked", "completed"}));
+}
+
+class AnswersTest : public HostTest {
+ protected:
+  Object install(const char* className) {
+    Object delegate = make(className);
+    sim::usernotifications::setDelegate(delegate);
+    configure();
+    return delegate;
+  }
+};
+
+// The system would not have called it.
+TEST_F(AnswersTest, ATargetThatTheDelegateDoesNotAnswerForIsNotCalled) {
+  const Object delegate = install("Helped");
+  setTarget(delegate.raw(), make("Whole").raw());
+  tap(delegate);
+  EXPECT_EQ(happened(), (Lines{"handled", "event notification-clicked", "completed"}));
+}
+
+TEST_F(AnswersTest, ADelegateThatGetsItsMethodWhenItIsAsked) {
+  const Object delegate = install("Lazy");
+  tap(delegate);
+  EXPECT_EQ(happened(),
+            (Lines{"handled", "event notification-clicked", "Lazy didReceive", "completed"}));
+}
+
 class OlderURLMethodsTest : public HostTest {
  protected:
   bool openURL(const char* className) {

@@ -77,5 +77,14 @@ TEST_F(ManyClassesTest, CallsOfSuperReachAllTheWayUp) {
   EXPECT_EQ(happened(), expected);
 }
 
+// Whose method it was cannot be told: a wrong one would run on an object that is not of its class.
+TEST_F(ManyClassesTest, AMethodThatMovedToAnotherClassRunsNobodyElses) {
+  install(Of::nothing);
+  const Object other = make("Whole");
+  exchangeMethods(Scene<classCount - 1>::cls.name(), "Whole", method);
+  open(other, {"app://one"});
+  EXPECT_EQ(happened(), Lines{"handled"});
+}
+
 }  // namespace
 }  // namespace hosts

@@ -112,6 +112,32 @@ TEST_F(WatchTest, AFirebaseDelegateThatIsSetLate) {
   EXPECT_EQ(happened(), (Lines{"handled", "Whole token"}));
 }
 
+// The library that came before the module comes again, and finds the module, which had found it:
+// the system's own setter is out of reach for all of them.
+TEST_F(WatchTest, LibrariesThatSetDelegatesInACircleEnd) {
+  installSetterLibrary("UNUserNotificationCenter");
+  configureWatching();
+  installSetterLibrary("UNUserNotificationCenter");
+  device_.forget();
+  const Object delegate = make("Whole");
+  setDelegate(center(), delegate);
+  Lines lines = happened();
+  EXPECT_EQ(std::erase(lines, "Library setDelegate:"), 17);
+  EXPECT_EQ(lines, Lines{"error ZibMessaging: setDelegate: came back 16 times for one callback: "
+                         "other libraries call in a circle, which ends here"});
+}
+
+TEST_F(WatchTest, ALibraryBeforeOneSetterIsNoCircle) {
+  installSetterLibrary("UNUserNotificationCenter");
+  configureWatching();
+  const Object delegate = make("Whole");
+  setDelegate(center(), delegate);
+  EXPECT_EQ(sim::usernotifications::delegate(), delegate.raw());
+  tap(delegate);
+  EXPECT_EQ(happened(), (Lines{"Library setDelegate:", "handled", "event notification-clicked",
+                               "Whole didReceive", "completed"}));
+}
+
 TEST_F(WatchTest, NobodyWatchesUnlessAsked) {
   configure();
   Device::advance(5);

@@ -28,13 +28,10 @@ void swap(Row row, Class delegateClass, Method hostMethod) {
 
 // Not to a root class, though the delegate may call that its own: every object would have the
 // method.
-Installed add(Row row, objc::id delegate, Class visible) {
+Installed add(Row row, objc::id delegate, Class visible, Installed how) {
   Class owner = visible.superclass() ? visible : Class::ofObject(delegate);
   if (!owner.superclass()) return Installed::nothing;
   const Selector selector(interceptionOf(row).hostSelector);
-  // Before the class has the method, after which the delegate says yes in any case, and before a
-  // place is taken, since the delegate may raise.
-  const Installed how = respondsTo(delegate, selector) ? Installed::forwarding : Installed::added;
   const FreeInstallation free = nextInstallation(row, owner);
   if (free.place == nullptr) return Installed::nothing;
   free.place->record(how, owner, selector, forwarderOf(owner, selector));
@@ -47,8 +44,13 @@ Installed add(Row row, objc::id delegate, Class visible) {
 }  // namespace
 
 Installed addOrSwap(Row row, objc::id delegate, Class visible) {
-  const Installed installed = swapIfPresent(row, delegate, visible);
-  return installed == Installed::nothing ? add(row, delegate, visible) : installed;
+  if (swapIfPresent(row, delegate, visible) == Installed::swapped) return Installed::swapped;
+  // Before the class has the method, after which the delegate says yes in any case, and before a
+  // place is taken, since the delegate may raise.
+  const bool answers = respondsTo(delegate, Selector(interceptionOf(row).hostSelector));
+  // Some get their methods when they are asked.
+  if (swapIfPresent(row, delegate, visible) == Installed::swapped) return Installed::swapped;
+  return add(row, delegate, visible, answers ? Installed::forwarding : Installed::added);
 }
 
 Installed swapIfPresent(Row row, objc::id delegate, Class /*visible*/) {

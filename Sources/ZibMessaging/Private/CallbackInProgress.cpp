@@ -3,12 +3,25 @@
 #include <array>
 #include <atomic>
 
+#include "ZibMessaging/Private/Containment.h"
+#include "ZibMessaging/Private/LogLine.h"
+#include "ZibPlatform/Foundation/Strings.h"
+
 namespace zib {
 namespace {
 
 constinit std::array<std::atomic<unsigned long>, rowCount> handedIn;
 
 }  // namespace
+
+void reportCircle(const char* message) noexcept {
+  static_assert(maximumDepth == 16, "the line says so");
+  contained("the report of a circle", [&] {
+    logError(joined("ZibMessaging: ", message,
+                    " came back 16 times for one callback: other libraries call in a circle, "
+                    "which ends here"));
+  });
+}
 
 constinit thread_local CallbackInProgress* CallbackInProgress::innermost = nullptr;
 

@@ -9,6 +9,12 @@
 
 namespace zib {
 
+// How often one callback may come back to the module, one time within the other. Libraries that
+// each call what they found before them can make a circle, which would never end.
+inline constexpr int maximumDepth = 16;
+// Says that the message did, in one error line.
+void reportCircle(const char* message) noexcept;
+
 // One of them, from the moment that it reaches the module to the end of the host's own method.
 // Lives on the stack. `subject` is the object that the callback is about; it is compared only.
 class CallbackInProgress {

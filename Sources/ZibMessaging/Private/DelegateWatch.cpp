@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "ZibMessaging/Private/CallbackInProgress.h"
 #include "ZibMessaging/Private/Containment.h"
 #include "ZibMessaging/Private/Deferred.h"
 #include "ZibMessaging/Private/DelegateLook.h"
@@ -33,8 +34,28 @@ struct WatchedSetter {
 constinit WatchedSetter notificationSetter{"UNUserNotificationCenter", DelegateKind::notifications};
 constinit WatchedSetter firebaseSetter{"FIRMessaging", DelegateKind::firebase};
 
+// How many calls of setters are under way on this thread, one within the other.
+class SetterInProgress {
+ public:
+  SetterInProgress() noexcept { ++depth; }
+  ~SetterInProgress() { --depth; }
+  SetterInProgress(const SetterInProgress&) = delete;
+  SetterInProgress& operator=(const SetterInProgress&) = delete;
+
+  [[nodiscard]] static bool isCircle() noexcept { return depth > maximumDepth; }
+
+ private:
+  static constinit thread_local int depth;
+};
+constinit thread_local int SetterInProgress::depth = 0;
+
 // The delegate that comes is intercepted before the system asks it what it has.
 void setAndIntercept(const WatchedSetter& setter, id self, SEL command, id delegate) {
+  const SetterInProgress inProgress;
+  if (SetterInProgress::isCircle()) {
+    reportCircle("setDelegate:");
+    return;
+  }
   const DelegateLook& look = lookFor(setter.kind);
   const bool isMain = isMainThread();
   if (isMain && delegate != nullptr) {

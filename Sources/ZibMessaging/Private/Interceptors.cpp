@@ -7,7 +7,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 #include <utility>
 
 #include "ZibMessaging/Private/CallbackInProgress.h"
@@ -40,19 +39,6 @@ using objc::UInteger;
 
 namespace {
 
-// How often one callback may come back to the module, one time within the other. Libraries that
-// each call what they found before them can make a circle, which would never end.
-constexpr int maximumDepth = 16;
-
-void reportCircle(Row row) noexcept {
-  static_assert(maximumDepth == 16, "the line says so");
-  contained("the report of a circle", [&] {
-    logError(std::string("ZibMessaging: ") + interceptionOf(row).hostSelector +
-             " came back 16 times for one callback: other libraries call in a "
-             "circle, which ends here");
-  });
-}
-
 // What is called after the module's own handling, or nothing.
 struct ReplacedMethod {
   Destination destination;
@@ -80,10 +66,17 @@ class Intercepted {
   // After the module's own handling.
   [[nodiscard]] ReplacedMethod hostMethod() const {
     if (isCircle()) {
-      reportCircle(row_);
+      reportCircle(interceptionOf(row_).hostSelector);
       return {{}, selector()};
     }
     return {destination(), selector()};
+  }
+
+  // Whether the host is handed the callback as an invocation. An object that takes these says yes
+  // to every message that its class has a method for, whoever may be behind it.
+  [[nodiscard]] bool mayReachNobody(const ReplacedMethod& host) const noexcept {
+    return installation_.kind() != Installed::swapped &&
+           host.destination.receiver == receiver_.raw();
   }
 
   [[nodiscard]] bool isCircle() const noexcept { return inProgress_.depth() > maximumDepth; }
@@ -101,6 +94,7 @@ class Intercepted {
       case Installed::forwarding:
         return forwardedTo(receiver_.raw(), selector(), installation_.original());
       case Installed::added:
+        return forwardedByNow(receiver_.raw(), selector(), installation_.original());
       case Installed::nothing:
         break;
     }
@@ -112,6 +106,41 @@ class Intercepted {
   // The delegate may be let go while it is called.
   Object receiver_;
   CallbackInProgress inProgress_;
+};
+
+void complete(const Block<void(UInteger)>& completion) {
+  completion(foregroundPresentationOptions());
+}
+void complete(const Block<void()>& completion) { completion(); }
+
+// The system's completion as the host gets it. Where the host may be nobody, it is called by the
+// module once all who could call it have let it go.
+template <Row row, class... Arguments>
+class HandedOn {
+ public:
+  HandedOn(BlockLayout* completion, id subject, bool mayReachNobody)
+      : completion_(Block<void(Arguments...)>::copied(completion)),
+        subject_(subject),
+        isOwed_(mayReachNobody) {}
+  HandedOn(HandedOn&& other) noexcept
+      : completion_(std::move(other.completion_)),
+        subject_(other.subject_),
+        isOwed_(std::exchange(other.isOwed_, false)) {}
+  HandedOn& operator=(HandedOn&&) = delete;
+  ~HandedOn() {
+    if (isOwed_) contained("a completion", [&] { complete(completion_); });
+  }
+
+  void operator()(Arguments... arguments) {
+    isOwed_ = false;
+    CallbackInProgress::noteCompletion(row, subject_);
+    completion_(arguments...);
+  }
+
+ private:
+  Block<void(Arguments...)> completion_;
+  id subject_;
+  bool isOwed_;
 };
 
 }  // namespace
@@ -198,11 +227,8 @@ struct Interceptors {
       if (!callback.isCompleted()) Completion::call(completion, foregroundPresentationOptions());
       return;
     }
-    const auto wrapper = Completion::from(
-        [completion = Completion::copied(completion), notification](UInteger chosen) {
-          CallbackInProgress::noteCompletion(Row::willPresent, notification);
-          completion(chosen);
-        });
+    const auto wrapper = Completion::from(HandedOn<Row::willPresent, UInteger>(
+        completion, notification, callback.mayReachNobody(host)));
     host.call<void>(center, notification, wrapper.raw());
   }
 
@@ -221,10 +247,8 @@ struct Interceptors {
       if (!callback.isCompleted()) Completion::call(completion);
       return;
     }
-    const auto wrapper = Completion::from([completion = Completion::copied(completion), response] {
-      CallbackInProgress::noteCompletion(Row::didReceive, response);
-      completion();
-    });
+    const auto wrapper = Completion::from(
+        HandedOn<Row::didReceive>(completion, response, callback.mayReachNobody(host)));
     host.call<void>(center, response, wrapper.raw());
   }
 
@@ -254,7 +278,11 @@ const Installation& searched(Row row, id receiver) noexcept {
     found = sharedInstallation(row, running->owner().superclass());
   }
   if (found == nullptr) found = sharedInstallation(row, Class::ofObject(receiver));
-  return found == nullptr ? installationAt(row, functionsOfARow - 1) : *found;
+  if (found != nullptr) return *found;
+  // Another library has moved the function to this class: of several, whose it was is not known.
+  static constinit Installation unknown;
+  const Installation& only = installationAt(row, functionsOfARow - 1);
+  return only.next() == nullptr ? only : unknown;
 }
 
 // A method that leads to `Handle` with what is installed on its class, which its number tells.

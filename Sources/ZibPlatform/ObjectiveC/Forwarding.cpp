@@ -12,12 +12,26 @@ objc::id targetOf(objc::id object, Selector selector) {
   return target == object ? nullptr : target;
 }
 
+// Whether the object has a method of its own there, and not only a root class's.
+bool overrides(objc::id object, Selector selector) {
+  const Class owner = Class::ofObject(object).ownerOf(selector);
+  return owner && owner.superclass();
+}
+
 // A root class's own method only says that it does not know the selector.
 bool takesInvocations(objc::id object, Selector selector) {
-  const Class owner = Class::ofObject(object).ownerOf(zib::selector<"forwardInvocation:">());
-  return owner && owner.superclass() &&
+  return overrides(object, zib::selector<"forwardInvocation:">()) &&
          send<objc::id>(object, zib::selector<"methodSignatureForSelector:">(), selector.raw()) !=
              nullptr;
+}
+
+bool isProxy(objc::id object) {
+  return !Class::ofObject(object).derivesFrom(classNamed<"NSObject">());
+}
+
+Destination methodOf(objc::id target, Selector selector) {
+  if (!respondsTo(target, selector)) return {};
+  return {objc::functionCast<objc::IMP>(objc::functionFor<void()>(target, selector.raw())), target};
 }
 
 }  // namespace
@@ -42,13 +56,17 @@ static objc::IMP forwarderFor(objc::id object, Selector selector, objc::IMP) {
 
 Destination forwardedTo(objc::id object, Selector selector, objc::IMP forwarder) {
   if (!respondsTo(object, selector)) return {};
-  if (const objc::id target = targetOf(object, selector)) {
-    if (!respondsTo(target, selector)) return {};
-    return {objc::functionCast<objc::IMP>(objc::functionFor<void()>(target, selector.raw())),
-            target};
-  }
+  if (const objc::id target = targetOf(object, selector)) return methodOf(target, selector);
   if (!takesInvocations(object, selector)) return {};
   return {forwarderFor(object, selector, forwarder), object};
+}
+
+Destination forwardedByNow(objc::id object, Selector selector, objc::IMP forwarder) {
+  if (isProxy(object)) return forwardedTo(object, selector, forwarder);
+  // One that says nothing of its own about what it answers is not asked for what its target has.
+  if (!overrides(object, zib::selector<"respondsToSelector:">())) return {};
+  const objc::id target = targetOf(object, selector);
+  return target == nullptr ? Destination{} : methodOf(target, selector);
 }
 
 }  // namespace zib
