@@ -34,10 +34,15 @@ Installed add(Row row, objc::id delegate, Class visible, Installed how) {
   const Selector selector(interceptionOf(row).hostSelector);
   const FreeInstallation free = nextInstallation(row, owner);
   if (free.place == nullptr) return Installed::nothing;
-  free.place->record(how, owner, selector, forwarderOf(owner, selector));
+  const objc::IMP forwarder = forwarderOf(owner, selector);
+  free.place->record(how, owner, selector, forwarder);
   owner.addMethod(selector, interceptorFunction(row, free.number),
                   interceptorMethod(row).typeEncoding());
   logLine("  + Added: ", interceptionOf(row).logName);
+  // Who says no all the same speaks for others, and can be asked each time.
+  if (how == Installed::added && !respondsTo(delegate, selector)) {
+    free.place->record(Installed::forwarding, owner, selector, forwarder);
+  }
   return how;
 }
 

@@ -23,7 +23,7 @@ enum class Installed : std::uint8_t {
   nothing,
   // The host's method was replaced, and is called after the module's own handling.
   swapped,
-  // There was none, so there is nothing to call, unless the host forwards the message by now.
+  // There was none, so there is nothing to call, unless the host names a target by now.
   added,
   // There was none, but the host answers the message by forwarding it, and still gets it so.
   forwarding,

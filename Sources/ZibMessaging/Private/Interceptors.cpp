@@ -94,7 +94,7 @@ class Intercepted {
       case Installed::forwarding:
         return forwardedTo(receiver_.raw(), selector(), installation_.original());
       case Installed::added:
-        return forwardedByNow(receiver_.raw(), selector(), installation_.original());
+        return namedByNow(receiver_.raw(), selector());
       case Installed::nothing:
         break;
     }

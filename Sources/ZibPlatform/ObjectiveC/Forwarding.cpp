@@ -25,10 +25,6 @@ bool takesInvocations(objc::id object, Selector selector) {
              nullptr;
 }
 
-bool isProxy(objc::id object) {
-  return !Class::ofObject(object).derivesFrom(classNamed<"NSObject">());
-}
-
 Destination methodOf(objc::id target, Selector selector) {
   if (!respondsTo(target, selector)) return {};
   return {objc::functionCast<objc::IMP>(objc::functionFor<void()>(target, selector.raw())), target};
@@ -61,8 +57,7 @@ Destination forwardedTo(objc::id object, Selector selector, objc::IMP forwarder)
   return {forwarderFor(object, selector, forwarder), object};
 }
 
-Destination forwardedByNow(objc::id object, Selector selector, objc::IMP forwarder) {
-  if (isProxy(object)) return forwardedTo(object, selector, forwarder);
+Destination namedByNow(objc::id object, Selector selector) {
   // One that says nothing of its own about what it answers is not asked for what its target has.
   if (!overrides(object, zib::selector<"respondsToSelector:">())) return {};
   const objc::id target = targetOf(object, selector);

@@ -24,9 +24,9 @@ objc::IMP forwarderOf(Class cls, Selector selector);
 // for one call, within the current autorelease pool.
 Destination forwardedTo(objc::id object, Selector selector, objc::IMP forwarder);
 
-// The same of an object that did not answer the message when its class got a method for it, and may
-// do so by now. None for one that takes invocations, unless it is a proxy: its class has the
-// method, so it says yes whether or not anybody would take the message.
-Destination forwardedByNow(objc::id object, Selector selector, objc::IMP forwarder);
+// The same of an object that did not answer the message when its class got a method for it, and has
+// said yes ever since: to a target that it names by now. None for one that takes invocations, which
+// says yes whether or not anybody would take this one.
+Destination namedByNow(objc::id object, Selector selector);
 
 }  // namespace zib
