@@ -108,6 +108,7 @@ bool operator==(const ValueMap& one, const ValueMap& other) {
 
 std::vector<const Member*> byKey(const ValueMap& map) {
   std::vector<const Member*> sorted(map.size());
+  if (map.empty()) return sorted;
   std::transform(map.begin(), map.end(), sorted.begin(),
                  [](const Member& member) { return &member; });
   // The C library's own sorting, which is no code of ours.
