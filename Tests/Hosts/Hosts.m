@@ -5,6 +5,9 @@
 
 typedef void (^OptionsCompletion)(NSUInteger options);
 typedef void (^Completion)(void);
+typedef void (*Setter)(id self, SEL _cmd, id value);
+// What a function is cast by where the types are meant to differ.
+typedef void (*AnyFunction)(void);
 
 static void did(const char *className, const char *method) {
   hostDid([[NSString stringWithFormat:@"%s %s", className, method] UTF8String]);
@@ -285,7 +288,7 @@ static void tapOfLazy(id self, SEL _cmd, id center, id response, Completion comp
 - (BOOL)respondsToSelector:(SEL)selector {
   if (selector == @selector(userNotificationCenter:
                       didReceiveNotificationResponse:withCompletionHandler:)) {
-    class_addMethod([Lazy class], selector, (IMP)&tapOfLazy, "v@:@@@?");
+    class_addMethod([Lazy class], selector, (IMP)(AnyFunction)&tapOfLazy, "v@:@@@?");
   }
   return [super respondsToSelector:selector];
 }
@@ -428,7 +431,7 @@ static BOOL raisesAt(id delegate) {
 static void setDelegate(id self, SEL _cmd, id delegate) {
   BOOL raises = raisesAt(delegate);
   if (raises && !raisesAfterSuper) [NSException raise:@"Planned" format:@"no setting"];
-  ((void (*)(id, SEL, id))setDelegateOfSuper)(self, _cmd, delegate);
+  ((Setter)(AnyFunction)setDelegateOfSuper)(self, _cmd, delegate);
   if (raises) [NSException raise:@"Planned" format:@"set"];
 }
 
@@ -439,7 +442,8 @@ void makeSetterRaise(id application, enum RaisingSetter when, int isAfterSuper) 
   Method method = class_getInstanceMethod(super, @selector(setDelegate:));
   setDelegateOfSuper = method_getImplementation(method);
   Class own = objc_allocateClassPair(super, "HostApplication", 0);
-  class_addMethod(own, @selector(setDelegate:), (IMP)&setDelegate, method_getTypeEncoding(method));
+  class_addMethod(own, @selector(setDelegate:), (IMP)(AnyFunction)&setDelegate,
+                  method_getTypeEncoding(method));
   objc_registerClassPair(own);
   object_setClass(application, own);
 }
@@ -470,7 +474,7 @@ void hideBehindLibrary(id delegate, const char *selector) {
   found = method_getImplementation(method);
   Class hidden = objc_allocateClassPair(visible, "HiddenByLibrary", 0);
   class_addMethod(hidden, name, (IMP)&libraryMethod, method_getTypeEncoding(method));
-  class_addMethod(hidden, @selector(class), (IMP)&visibleClass, "#@:");
+  class_addMethod(hidden, @selector(class), (IMP)(AnyFunction)&visibleClass, "#@:");
   objc_registerClassPair(hidden);
   object_setClass(delegate, hidden);
 }
@@ -479,14 +483,14 @@ static IMP foundSetter = NULL;
 
 static void librarySetter(id self, SEL _cmd, id delegate) {
   did("Library", sel_getName(_cmd));
-  ((void (*)(id, SEL, id))foundSetter)(self, _cmd, delegate);
+  ((Setter)(AnyFunction)foundSetter)(self, _cmd, delegate);
 }
 
 void installSetterLibrary(const char *className) {
   Method method =
       class_getInstanceMethod(objc_lookUpClass(className), sel_registerName("setDelegate:"));
-  IMP before = method_setImplementation(method, (IMP)&librarySetter);
-  if (before != (IMP)&librarySetter) foundSetter = before;
+  IMP before = method_setImplementation(method, (IMP)(AnyFunction)&librarySetter);
+  if (before != (IMP)(AnyFunction)&librarySetter) foundSetter = before;
 }
 
 void exchangeMethods(const char *oneClass, const char *otherClass, const char *selector) {
