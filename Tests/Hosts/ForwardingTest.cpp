@@ -157,26 +157,18 @@ TEST_P(TargetLateTest, ATargetWithMoreMethodsThanTheOneBefore) {
   EXPECT_EQ(happened(), (Lines{"handled", "event notification-clicked", "completed"}));
 }
 
-class AnswersTest : public HostTest {
- protected:
-  Object install(const char* className) {
-    Object delegate = make(className);
-    sim::usernotifications::setDelegate(delegate);
-    configure();
-    return delegate;
-  }
-};
+using AnswersTest = HostTest;
 
 // The system would not have called it.
 TEST_F(AnswersTest, ATargetThatTheDelegateDoesNotAnswerForIsNotCalled) {
-  const Object delegate = install("Helped");
+  const Object delegate = configureWith("Helped");
   setTarget(delegate.raw(), make("Whole").raw());
   tap(delegate);
   EXPECT_EQ(happened(), (Lines{"handled", "event notification-clicked", "completed"}));
 }
 
 TEST_F(AnswersTest, ADelegateThatGetsItsMethodWhenItIsAsked) {
-  const Object delegate = install("Lazy");
+  const Object delegate = configureWith("Lazy");
   tap(delegate);
   EXPECT_EQ(happened(),
             (Lines{"handled", "event notification-clicked", "Lazy didReceive", "completed"}));

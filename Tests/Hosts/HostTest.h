@@ -50,6 +50,14 @@ class HostTest : public testing::Test {
     device_.forget();
   }
 
+  // With a new delegate of notifications, of that class.
+  Object configureWith(const char* className) {
+    Object delegate = make(className);
+    sim::usernotifications::setDelegate(delegate);
+    configure();
+    return delegate;
+  }
+
   static void open(const Object& scene, std::initializer_list<const char*> links) {
     std::vector<Object> urls;
     for (const char* link : links) {

@@ -26,12 +26,6 @@ class IntegrationReportTest : public HostTest {
                                     [&](const auto& row) { return row.method == method; });
     return found == report.rows.end() ? Report::Row{} : *found;
   }
-  Object install(const char* className) {
-    Object delegate = make(className);
-    sim::usernotifications::setDelegate(delegate);
-    configure();
-    return delegate;
-  }
 };
 
 TEST_F(IntegrationReportTest, BeforeConfigure) {
@@ -49,7 +43,7 @@ TEST_F(IntegrationReportTest, BeforeConfigure) {
 }
 
 TEST_F(IntegrationReportTest, ASwappedMethodAndWhatItReplaced) {
-  const Object delegate = install("Whole");
+  const Object delegate = configureWith("Whole");
   const auto row = rowOf(presentMethod);
   EXPECT_EQ(row.state, State::swapped);
   ASSERT_EQ(row.chain.size(), 2U);
@@ -72,7 +66,7 @@ TEST_F(IntegrationReportTest, AnAddedAndAForwardedMethod) {
 }
 
 TEST_F(IntegrationReportTest, AnotherLibraryThatCameAfterUs) {
-  const Object delegate = install("Whole");
+  const Object delegate = configureWith("Whole");
   installLibrary("Whole", presentMethod);
   const auto row = rowOf(presentMethod);
   EXPECT_EQ(row.state, State::swapped);
@@ -83,7 +77,7 @@ TEST_F(IntegrationReportTest, AnotherLibraryThatCameAfterUs) {
 
 TEST_F(IntegrationReportTest, AnotherLibraryThatCameBeforeUs) {
   installLibrary("Whole", presentMethod);
-  const Object delegate = install("Whole");
+  const Object delegate = configureWith("Whole");
   const auto row = rowOf(presentMethod);
   EXPECT_TRUE(row.remarks.empty());
   ASSERT_EQ(row.chain.size(), 2U);
@@ -93,7 +87,7 @@ TEST_F(IntegrationReportTest, AnotherLibraryThatCameBeforeUs) {
 
 TEST_F(IntegrationReportTest, LibrariesBeforeAndAfterUs) {
   installLibrary("Whole", presentMethod);
-  const Object delegate = install("Whole");
+  const Object delegate = configureWith("Whole");
   installLibrary("Whole", presentMethod);
   const auto row = rowOf(presentMethod);
   EXPECT_EQ(row.state, State::swapped);
@@ -126,7 +120,7 @@ TEST_F(IntegrationReportTest, AnObservedDelegate) {
 
 // As libraries do that change the application delegate's class: ours is still called, by theirs.
 TEST_F(IntegrationReportTest, AHiddenClassThatCameAfterUs) {
-  const Object delegate = install("Whole");
+  const Object delegate = configureWith("Whole");
   hideBehindLibrary(delegate.raw(), presentMethod);
   const auto row = rowOf(presentMethod);
   EXPECT_EQ(row.delegateClass, "Whole");
@@ -150,7 +144,7 @@ TEST_F(IntegrationReportTest, AHiddenClassOfASecondSceneIsIntercepted) {
 }
 
 TEST_F(IntegrationReportTest, CallbacksByHand) {
-  const Object delegate = install("ByHand");
+  const Object delegate = configureWith("ByHand");
   for (int time = 0; time < 3; ++time) present(delegate);
   EXPECT_EQ(rowOf(presentMethod).remarks,
             Lines{"callbacks that were handed in by hand while we had them already: 3"});
@@ -178,7 +172,7 @@ TEST_F(IntegrationReportTest, AMethodOfOtherTypes) {
 TEST_F(IntegrationReportTest, ADelegateThatRaisesWhereItIsAskedForItsClass) {
   const Object delegate = make("Classless");
   sim::uikit::setAppDelegate(delegate);
-  const Object other = install("Whole");
+  const Object other = configureWith("Whole");
   const auto row = rowOf("application:didRegisterForRemoteNotificationsWithDeviceToken:");
   EXPECT_EQ(row.delegateClass, "Classless");
   EXPECT_EQ(row.state, State::swapped);
@@ -191,7 +185,7 @@ TEST_F(IntegrationReportTest, ANameOfSeveralLinesStaysOneInTheText) {
   constexpr const char* name = "Several\nLines\xC2\x85";
   zib::ClassBuilder builder(name, zib::Class::named("Whole"));
   builder.registerClass();
-  const Object delegate = install(name);
+  const Object delegate = configureWith(name);
   EXPECT_EQ(rowOf(presentMethod).delegateClass, name);
   const std::string text = zib::integrationReport().text();
   EXPECT_NE(text.find(": swapped on Several\\nLines\\u{85}\n"), std::string::npos) << text;
@@ -199,7 +193,7 @@ TEST_F(IntegrationReportTest, ANameOfSeveralLinesStaysOneInTheText) {
 }
 
 TEST_F(IntegrationReportTest, AsText) {
-  const Object delegate = install("Whole");
+  const Object delegate = configureWith("Whole");
   const std::string text = zib::integrationReport().text();
   EXPECT_NE(text.find(std::string(presentMethod) + ": swapped on Whole\n  runs " + ours +
                       " in HostTests\n"),

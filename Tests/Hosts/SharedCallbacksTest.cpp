@@ -71,25 +71,17 @@ TEST_F(ExchangeTest, AMethodThatMovedToAnotherClassKeepsItsHost) {
   EXPECT_EQ(happened(), Lines{"Whole openURLContexts"});
 }
 
-class CountedOnceTest : public HostTest {
- protected:
-  Object install(const char* className) {
-    Object delegate = make(className);
-    sim::usernotifications::setDelegate(delegate);
-    configure();
-    return delegate;
-  }
-};
+using CountedOnceTest = HostTest;
 
 TEST_F(CountedOnceTest, ADelegateThatPassesATapOnToChildrenThatInheritItsMethod) {
-  const Object delegate = install("Composite");
+  const Object delegate = configureWith("Composite");
   tap(delegate);
   EXPECT_EQ(happened(), (Lines{"handled", "event notification-clicked", "Composite didReceive",
                                "Child didReceive", "Child didReceive", "completed"}));
 }
 
 TEST_F(CountedOnceTest, AHostThatHandsItsNotificationsInByHandAsWell) {
-  const Object delegate = install("ByHand");
+  const Object delegate = configureWith("ByHand");
   present(delegate);
   EXPECT_EQ(happened(), (Lines{"handled", "event notification-delivered", "ByHand willPresent",
                                "presented with 5"}));
